@@ -1,0 +1,180 @@
+#include "app/form_layout.h"
+
+#include "app/gas_box.h"
+#include "app/numeric_box.h"
+
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int listRowHeight = 14;            // pixels: two rows fit the 450 twips of the pressure list
+constexpr int rowGap = 4;                    // pixels between neighbouring labels of a row
+constexpr const char* stated = "statedLeft"; // property: the left edge (right edge when right-aligned) in pixels
+
+QString withoutAccessKey(QString caption)
+{
+    return caption.remove(u'&');
+}
+
+QFont weighted(QFont font, bool bold)
+{
+    font.setBold(bold);
+    return font;
+}
+
+QLabel* createLabel(const ControlRow& row, QWidget* parent)
+{
+    auto* const label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    if (row.kind == Kind::wrappedLabel) {
+        label->setWordWrap(true);
+        label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    }
+    if (row.kind == Kind::rightLabel)
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return label;
+}
+
+QListWidget* createList(QWidget* parent)
+{
+    auto* const list = new QListWidget(parent);
+    list->setUniformItemSizes(true);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    return list;
+}
+
+QPushButton* createButton(const ControlRow& row, QWidget* parent)
+{
+    auto* const button = new QPushButton(QString::fromUtf8(row.caption), parent);
+    button->setAutoDefault(true); // Enter presses it, as Space does
+    return button;
+}
+
+QWidget* createControl(const ControlRow& row, QWidget* parent)
+{
+    switch (row.kind) {
+        case Kind::frame:
+        case Kind::boldFrame:
+            return new QGroupBox(QString::fromUtf8(row.caption), parent);
+        case Kind::option:
+            return new QRadioButton(QString::fromUtf8(row.caption), parent);
+        case Kind::textBox:
+            return new QLineEdit(parent);
+        case Kind::numericBox:
+            return new NumericBox(parent);
+        case Kind::comboBox:
+            return new GasBox(parent);
+        case Kind::list:
+            return createList(parent);
+        case Kind::button:
+            return createButton(row, parent);
+        default:
+            return createLabel(row, parent);
+    }
+}
+
+QPoint offsetInForm(const QWidget& form, const QWidget& parent, FrameOrigin origin)
+{
+    return origin == FrameOrigin::form && &parent != &form ? parent.pos() : QPoint();
+}
+
+} // namespace
+
+QFont screenFont()
+{
+    QFont font;
+    font.setFamilies({QStringLiteral("MS Sans Serif"), QStringLiteral("Microsoft Sans Serif"),
+                      QStringLiteral("Liberation Sans"), QStringLiteral("Arial")});
+    font.setPixelSize(11);
+    return font;
+}
+
+void buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin origin, int width, int height)
+{
+    form.setFont(screenFont());
+    form.setFixedSize(pixels(width), pixels(height));
+
+    QList<QLabel*> waitingForBuddy;
+    QWidget* lastInTabOrder = nullptr;
+    for (const ControlRow& row : rows) {
+        QWidget* const parent = row.frame == nullptr ? &form : &control<QWidget>(form, row.frame);
+        QWidget* const widget = createControl(row, parent);
+        widget->setObjectName(QLatin1String(row.name));
+        // Said for every control, or the controls of a bold frame would be bold with it.
+        widget->setFont(weighted(form.font(), row.kind == Kind::boldLabel || row.kind == Kind::boldFrame));
+        const QPoint position = QPoint(pixels(row.left), pixels(row.top)) - offsetInForm(form, *parent, origin);
+        widget->setGeometry(QRect(position, QSize(pixels(row.width), pixels(row.height))));
+
+        if (auto* const label = qobject_cast<QLabel*>(widget)) {
+            label->setProperty(stated, position.x());
+            setLabelCaption(*label, QString::fromUtf8(row.caption));
+            if (QLatin1String(row.caption).contains(u'&'))
+                waitingForBuddy.append(label);
+        } else if (widget->focusPolicy() != Qt::NoFocus) {
+            for (QLabel* const caption : std::exchange(waitingForBuddy, {})) {
+                caption->setBuddy(widget);
+                widget->setAccessibleName(withoutAccessKey(caption->text()));
+            }
+            if (lastInTabOrder != nullptr)
+                QWidget::setTabOrder(lastInTabOrder, widget);
+            lastInTabOrder = widget;
+        }
+    }
+}
+
+void fillList(QListWidget& list, const QStringList& entries)
+{
+    list.clear();
+    list.addItems(entries);
+    for (int row = 0; row < list.count(); ++row)
+        list.item(row)->setSizeHint(QSize(0, listRowHeight));
+    list.setCurrentRow(0);
+}
+
+void setLabelCaption(QLabel& label, const QString& caption)
+{
+    label.setText(caption);
+    if (label.buddy() != nullptr)
+        label.buddy()->setAccessibleName(withoutAccessKey(caption));
+    if (label.wordWrap())
+        return;
+    const int edge = label.property(stated).toInt();
+    const QSize size = label.sizeHint();
+    const bool rightAligned = label.alignment().testFlag(Qt::AlignRight);
+    label.setGeometry(QRect(QPoint(rightAligned ? edge - size.width() : edge, label.y()), size));
+}
+
+void keepApart(std::span<QLabel* const> row)
+{
+    int end = 0;
+    for (QLabel* const label : row) {
+        const int left = std::max(label->property(stated).toInt(), end);
+        label->move(left, label->y());
+        end = label->text().isEmpty() ? left : left + label->width() + rowGap;
+    }
+}
+
+void paintLightGrey(QWidget& widget)
+{
+    QPalette palette = widget.palette();
+    palette.setColor(QPalette::Window, QColor(192, 192, 192));
+    palette.setColor(QPalette::WindowText, Qt::black);
+    widget.setPalette(palette);
+    widget.setAutoFillBackground(true);
+}
+
+void centreOnScreen(QWidget& window)
+{
+    const QRect screen = window.screen()->geometry();
+    const QSize spare = (screen.size() - window.size()) / 2;
+    window.move(screen.topLeft() + QPoint(std::max(spare.width(), 0), std::max(spare.height(), 0)));
+}

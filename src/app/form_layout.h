@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QFont>
+#include <QLabel>
+#include <QString>
+#include <QWidget>
+
+#include <span>
+
+class QListWidget;
+
+/// What a row of a form's layout table becomes.
+enum class Kind
+{
+    frame,
+    boldFrame,
+    option,
+    label,
+    rightLabel, ///< ends at a given right edge, however long its caption is
+    boldLabel,
+    wrappedLabel,
+    textBox,
+    numericBox,
+    comboBox,
+    list,
+    button
+};
+
+/// One control of a form. Positions are in twips (1/1440 inch). A label without a size takes that of its caption.
+struct ControlRow
+{
+    const char* name;    ///< objectName
+    Kind kind;
+    const char* frame;   ///< the frame it stands in; nullptr: on the form itself
+    const char* caption; ///< "&" marks the access key
+    int left;            ///< of a rightLabel: its right edge
+    int top;
+    int width = 0;
+    int height = 0;
+};
+
+/// Whether the positions of controls inside a frame count from the frame or from the form.
+enum class FrameOrigin
+{
+    frame,
+    form
+};
+
+/// Logical pixels for a distance in twips; Qt scales the rest.
+constexpr int pixels(int twips)
+{
+    return twips / 15;
+}
+
+/// The screens' font: 8.25 pt at 96 dpi.
+QFont screenFont();
+
+/// Creates the controls of `rows` on `form` and gives it its fixed client size (twips). The rows stand in tab order: a
+/// label's access key leads to the next row that takes the focus, which also takes its caption as accessible name.
+void buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin origin, int width, int height);
+
+/// Replaces a list's entries and selects the first.
+void fillList(QListWidget& list, const QStringList& entries);
+
+/// Changes a label's caption, keeps its position (a right-aligned one its right edge), and the accessible name of the
+/// control it captions.
+void setLabelCaption(QLabel& label, const QString& caption);
+
+/// Lets the labels of one row that have grown into their right-hand neighbour push it on; the others stand at the
+/// positions they were created with. `row` is in order from the left.
+void keepApart(std::span<QLabel* const> row);
+
+/// Light grey background with black text on it, whatever the desktop's theme.
+void paintLightGrey(QWidget& widget);
+
+/// Puts a window in the middle of its screen; one that is larger than the screen starts at its top-left corner.
+void centreOnScreen(QWidget& window);
+
+/// The named control of a form; it must exist.
+template <typename Control>
+Control& control(const QWidget& form, const char* name)
+{
+    auto* const found = form.findChild<Control*>(QLatin1String(name));
+    Q_ASSERT(found != nullptr);
+    return *found;
+}

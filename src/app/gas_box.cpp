@@ -1,0 +1,38 @@
+#include "app/gas_box.h"
+
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+GasBox::GasBox(QWidget* parent) : QComboBox(parent)
+{
+    setEditable(true);
+    setInsertPolicy(NoInsert);
+    setCompleter(nullptr);
+    setFocusPolicy(Qt::StrongFocus);
+    setDuplicatesEnabled(true); // else Enter picks the entry that the typed text names
+    // Leaving the box would pick that entry, too.
+    disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
+}
+
+void GasBox::setGas(const QString& name)
+{
+    setCurrentIndex(findText(name));
+    setEditText(name);
+}
+
+void GasBox::fill(const QStringList& names)
+{
+    const QSignalBlocker blocker(this);
+    const QString shown = currentText();
+    addItems(names); // shows the first entry
+    setGas(shown);
+}
+
+void GasBox::wheelEvent(QWheelEvent* event)
+{
+    if (hasFocus())
+        QComboBox::wheelEvent(event);
+    else
+        event->ignore();
+}

@@ -1,0 +1,22 @@
+#include "app/screens.h"
+#include "platform/locale_info.h"
+#include "platform/qt_message_box.h"
+
+#include <QApplication>
+#include <QIcon>
+
+int main(int argc, char* argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("blanketing-valve-sizing"));
+    QApplication::setApplicationDisplayName(QString());
+    QApplication::setDesktopFileName(QStringLiteral("blanketing-valve-sizing"));
+    // The forms have fixed positions: one style on every desktop, so that what fits here fits there.
+    QApplication::setStyle(QStringLiteral("Fusion"));
+
+    QtMessageBox messageBox;
+    const QString directory = QCoreApplication::applicationDirPath();
+    Screens screens(userLocale(), messageBox, (directory + QStringLiteral("/capacities.mdb")).toStdString());
+    screens.showSetup();
+    return QApplication::exec();
+}

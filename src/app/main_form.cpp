@@ -1,0 +1,260 @@
+#include "app/main_form.h"
+
+#include "app/gas_box.h"
+#include "app/gases.h"
+#include "app/main_form_layout.h"
+#include "app/numeric_box.h"
+#include "app/sizing_state.h"
+#include "engine/sizing_driver.h"
+#include "platform/number_text.h"
+
+#include <QGroupBox>
+#include <QPushButton>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+// In the order of the enumerations of main_screen.h.
+constexpr const char* boxNames[] = {"txtPumpRate", "txtPressure",     "txtTankVolume", "cmbBlanketingGas",
+                                    "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint", "txtStoredMaterial"};
+constexpr std::array<const char*, labelCount> labelNames{
+    "lblHFPLFP",          "lblPRFlow", "lblBRFlow",        "lblTotalFlow",            "lblSGGas",   "lblCV",
+    "lblMaxValveCapacity", "lblSGGas2", "lblValveBodySize", "lblPercentValveCapacity", "lblComments"};
+
+constexpr const char* numericBoxes[] = {"txtPumpRate", "txtPressure",     "txtTankVolume",
+                                        "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint"};
+
+/// What an edit of an input empties, in this order; an edit of the tank volume leaves the first one.
+constexpr Label resultLabels[] = {Label::lblHFPLFP,        Label::lblPRFlow,           Label::lblBRFlow,
+                                  Label::lblTotalFlow,     Label::lblSGGas,            Label::lblCV,
+                                  Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity,
+                                  Label::lblComments};
+
+constexpr const char* storedMaterialControls[] = {
+    "lblBoilingPoint", "txtBoilingPoint", "lblTempUnits1",     "lblFlashPoint",
+    "txtFlashPoint",   "lblTempUnits2",   "lblStoredMaterial", "txtStoredMaterial"};
+constexpr const char* tankVolumeControls[] = {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"};
+
+/// What screen readers say of a value: the caption beside it.
+constexpr const char* describedBy[][2] = {
+    {"lblValveModel", "lblValveModellbl"},
+    {"lblValveType", "lblValveTypelbl"},
+    {"lblSizingMethod", "lblSizingMethodlbl"},
+    {"lblHFPLFP", "lblSizingMethodlbl"},
+    {"lblPRFlow", "lblPRFlowLabel"},
+    {"lblBRFlow", "lblBRFlowLabel"},
+    {"lblTotalFlow", "lblTotalFlowLabel"},
+    {"lblSGGas", "lblSGGaslbl"},
+    {"lblCV", "lblCVlbl"},
+    {"lblMaxValveCapacity", "lblMaxValveCapacitylbl"},
+    {"lblSGGas2", "Label2"},
+    {"lblValveBodySize", "lblValveBodySizelbl"},
+    {"lblPercentValveCapacity", "lblPercentValveCapacitylbl"},
+};
+
+struct ValveTypeTexts
+{
+    const char* valveType;
+    const char* pumpRate;
+    const char* breathingFlow;
+    const char* pressure;
+    const char* blanketingGas;
+    const char* specGrav;
+    Gas gas;
+};
+
+constexpr ValveTypeTexts valveTypeTexts[] = {
+    {"Pad", "Pump-&Out Rate", "+ Inbreathing Flow", "Supply &Pressure of Blanketing Gas", "&Blanketing Gas:",
+     "Specific &Gravity - Blanketing Gas", gases[0]},
+    {"Depad", "Pump-In Rate", "+ Outbreathing Flow", "Differential &Pressure", "&Vented Gas:",
+     "Specific &Gravity - Vented Gas", gases[1]},
+};
+
+constexpr const char* directDisplacementNote =
+    "Direct Displacement only accounts for a direct volumetric displacement of liquid/vapor based on the liquid "
+    "displacement. It is normally used for indoor storage of low volatility products.";
+
+/// The listed gas of a specific gravity; "" for any other.
+const char* gasOf(double specGrav)
+{
+    if (std::fabs(specGrav) <= std::numeric_limits<float>::max())
+        for (const Gas& gas : gases)
+            if (static_cast<float>(specGrav) == gas.specGrav)
+                return gas.name;
+    return "";
+}
+
+} // namespace
+
+MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, const CapacityStore& store)
+    : sizing_{state, *this, messageBox, numbers, store}
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("Halvor-ORM Blanketing Valve Sizing Application - Version " SIZING_VERSION));
+    buildForm(*this, mainFormRows, FrameOrigin::form, mainFormWidth, mainFormHeight);
+    paintLightGrey(*this);
+    gas_ = &control<GasBox>(*this, "cmbBlanketingGas");
+    for (std::size_t label = 0; label < labels_.size(); ++label)
+        labels_[label] = &control<QLabel>(*this, labelNames[label]);
+    for (const std::span<const char* const> names : {std::span<const char* const>(flowRow), {capacityRow}, {bodySizeRow}})
+        for (rows_.emplace_back(); const char* const name : names)
+            rows_.back().push_back(&control<QLabel>(*this, name));
+    for (const auto& [value, caption] : describedBy)
+        control<QLabel>(*this, value).setAccessibleDescription(control<QLabel>(*this, caption).text());
+    control<QLabel>(*this, "lblComments")
+        .setAccessibleDescription(control<QGroupBox>(*this, "frmComments").title());
+    setText("txtSpecGrav", "0.97");
+    gas_->setGas(QStringLiteral("Nitrogen"));
+    connectHandlers();
+    load();
+    control<NumericBox>(*this, "txtPumpRate").setFocus();
+}
+
+void MainForm::connectHandlers()
+{
+    for (const char* const name : numericBoxes) {
+        auto& box = control<NumericBox>(*this, name);
+        box.setFilter(sizing_.state);
+        const bool keepsPointNote = &box == &control<NumericBox>(*this, "txtTankVolume");
+        connect(&box, &QLineEdit::textChanged, this, [this, keepsPointNote] { emptyResultLabels(keepsPointNote); });
+    }
+    connect(&control<NumericBox>(*this, "txtSpecGrav"), &QLineEdit::textChanged, this, &MainForm::nameGas);
+    connect(gas_, &QComboBox::editTextChanged, this, [this] { emptyResultLabels(false); });
+    connect(gas_, &QComboBox::activated, this, &MainForm::cmbBlanketingGas_Click);
+
+    const auto onClick = [this](const char* name, auto handler) {
+        connect(&control<QPushButton>(*this, name), &QPushButton::clicked, this, handler);
+    };
+    onClick("cmdCalcFlowRate", [this] { cmdCalcFlowRate_Click(sizing_); });
+    onClick("cmdClear", [this] { modClearData(); });
+    onClick("cmdNewCalc", [this] { emit newCalcRequested(); });
+    onClick("cmdExit", [this] { emit exitRequested(); });
+}
+
+void MainForm::load()
+{
+    const SizingState& state = sizing_.state;
+    const std::pair<const char*, const std::string&> choices[] = {
+        {"lblValveModel", state.ValveModel},       {"lblValveType", state.ValveType},
+        {"lblSizingMethod", state.SizingMethod},   {"lblPressureUnits", state.PressUnits},
+        {"lblPumpRateUnits", state.PumpRateUnits}, {"lblVolumeUnits", state.VolUnits}};
+    for (const auto& [name, text] : choices)
+        setLabelCaption(name, text);
+    centreOnScreen(*this);
+
+    const bool directDisplacement = state.SizingMethod == "Direct Displacement";
+    if (directDisplacement) {
+        setText("txtTankVolume", "0");
+        hide(tankVolumeControls);
+        hide(storedMaterialControls);
+    }
+    loadValveType();
+
+    const bool us = state.UnitSystem == "US";
+    for (const char* const name : {"lblFlow1", "lblFlow2"})
+        setLabelCaption(name, us ? "SCFH of" : "Nm3/Hr of");
+    for (const char* const name : {"lblTempUnits1", "lblTempUnits2"})
+        setLabelCaption(name, us ? "(F)" : "(C)");
+
+    QStringList names;
+    for (const Gas& gas : gases)
+        names.append(QString::fromUtf8(gas.name));
+    gas_->fill(names);
+
+    // Last: every box written above has emptied the comments.
+    if (directDisplacement)
+        setCaption(Label::lblComments, directDisplacementNote);
+}
+
+void MainForm::loadValveType()
+{
+    const std::string& valveType = sizing_.state.ValveType;
+    for (const ValveTypeTexts& texts : valveTypeTexts) {
+        if (valveType != texts.valveType)
+            continue;
+        setLabelCaption("lblPumpRate", texts.pumpRate);
+        setLabelCaption("lblBRFlowLabel", texts.breathingFlow);
+        setLabelCaption("lblPressure", texts.pressure);
+        setLabelCaption("lblBlanketingGas", texts.blanketingGas);
+        setLabelCaption("lblSpecGravlbl", texts.specGrav);
+        setText("txtSpecGrav", sizing_.numbers.general(texts.gas.specGrav));
+        gas_->setGas(QString::fromUtf8(texts.gas.name));
+    }
+    if (valveType == "Pad") {
+        hide(storedMaterialControls);
+        setCaption(Label::lblHFPLFP, "");
+    }
+}
+
+void MainForm::cmbBlanketingGas_Click()
+{
+    const std::string picked = text(Box::cmbBlanketingGas);
+    for (const Gas& gas : gases)
+        if (picked == gas.name)
+            setText("txtSpecGrav", sizing_.numbers.general(gas.specGrav));
+}
+
+void MainForm::nameGas()
+{
+    const double specGrav = sizing_.numbers.leading(text(Box::txtSpecGrav));
+    gas_->setGas(QString::fromUtf8(gasOf(specGrav)));
+}
+
+void MainForm::emptyResultLabels(bool keepPointNote)
+{
+    for (const Label label : resultLabels)
+        if (label != Label::lblHFPLFP || !keepPointNote)
+            setCaption(label, "");
+}
+
+std::string MainForm::text(Box box) const
+{
+    if (box == Box::cmbBlanketingGas)
+        return gas_->currentText().toStdString();
+    return control<QLineEdit>(*this, boxNames[static_cast<std::size_t>(box)]).text().toStdString();
+}
+
+std::string MainForm::caption(Label label) const
+{
+    return labels_[static_cast<std::size_t>(label)]->text().toStdString();
+}
+
+void MainForm::setCaption(Label label, const std::string& caption)
+{
+    setLabelCaption(labelNames[static_cast<std::size_t>(label)], caption);
+}
+
+void MainForm::modClearData()
+{
+    const auto emptyLabels = [this](std::initializer_list<Label> labels) {
+        for (const Label label : labels)
+            setCaption(label, "");
+    };
+    emptyLabels({Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize, Label::lblPercentValveCapacity});
+    setText("txtPressure", "");
+    setText("txtTankVolume", "0");
+    for (const char* const box : {"txtPumpRate", "txtFlashPoint", "txtBoilingPoint", "txtStoredMaterial"})
+        setText(box, "");
+    emptyLabels({Label::lblComments, Label::lblPRFlow, Label::lblBRFlow, Label::lblTotalFlow, Label::lblHFPLFP,
+                 Label::lblSGGas, Label::lblSGGas2});
+}
+
+void MainForm::setLabelCaption(const char* name, const std::string& caption)
+{
+    ::setLabelCaption(control<QLabel>(*this, name), QString::fromStdString(caption));
+    for (const std::vector<QLabel*>& row : rows_)
+        keepApart(row);
+}
+
+void MainForm::setText(const char* box, const std::string& text)
+{
+    control<QLineEdit>(*this, box).setText(QString::fromStdString(text));
+}
+
+void MainForm::hide(std::span<const char* const> names)
+{
+    for (const char* const name : names)
+        control<QWidget>(*this, name).hide();
+}

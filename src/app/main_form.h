@@ -1,0 +1,56 @@
+#pragma once
+
+#include "engine/main_screen.h"
+#include "engine/sizing_context.h"
+
+#include <QLabel>
+#include <QWidget>
+
+#include <array>
+#include <span>
+#include <string>
+#include <vector>
+
+class GasBox;
+class NumericBox;
+
+/// `frmMain`, the working window: takes the duty, runs a sizing and shows the valve. Creating it is its load from the
+/// choices in the record. It is the `MainScreen` that the engine reads and writes.
+class MainForm : public QWidget, public MainScreen
+{
+    Q_OBJECT
+
+public:
+    MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, const CapacityStore& store);
+
+    std::string text(Box box) const override;
+    std::string caption(Label label) const override;
+    void setCaption(Label label, const std::string& caption) override;
+    void modClearData() override;
+
+signals:
+    /// "Size &New Valve" was pressed.
+    void newCalcRequested();
+    /// "E&xit" was pressed.
+    void exitRequested();
+
+private:
+    void connectHandlers();
+    void load();
+    void loadValveType();
+
+    void cmbBlanketingGas_Click();
+    /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
+    void nameGas();
+    /// Results never stand beside inputs they were not made from.
+    void emptyResultLabels(bool keepPointNote);
+
+    void setLabelCaption(const char* name, const std::string& caption);
+    void setText(const char* box, const std::string& text);
+    void hide(std::span<const char* const> names);
+
+    SizingContext sizing_;
+    GasBox* gas_ = nullptr;
+    std::array<QLabel*, labelCount> labels_{};
+    std::vector<std::vector<QLabel*>> rows_; ///< labels that must not run into each other
+};

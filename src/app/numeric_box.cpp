@@ -1,0 +1,80 @@
+#include "app/numeric_box.h"
+
+#include "app/key_filter.h"
+#include "app/sizing_state.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+
+namespace {
+
+/// What a key types. Keys that type nothing (arrows, Home, Delete, Shift+Insert) give an empty text; Ctrl+letter gives
+/// its control character on every platform.
+QString typedText(const QKeyEvent& event, const SizingState* state)
+{
+    const bool control = event.modifiers().testFlag(Qt::ControlModifier);
+    const int key = event.key();
+    if (key == Qt::Key_Delete)
+        return {};
+    if (key == Qt::Key_Backspace)
+        return QChar(u'\b');
+    if (control && key >= Qt::Key_A && key <= Qt::Key_Z)
+        return QChar(key - Qt::Key_A + 1);
+    const bool keypad = event.modifiers().testFlag(Qt::KeypadModifier);
+    if (state != nullptr && keypad && (key == Qt::Key_Period || key == Qt::Key_Comma))
+        return QString::fromStdString(state->DecSep);
+    return event.text();
+}
+
+} // namespace
+
+QString NumericBox::accepted(const QString& typed) const
+{
+    if (state_ == nullptr)
+        return typed;
+    QString passed;
+    for (const QChar c : typed)
+        if (modValidate(static_cast<std::int16_t>(c.unicode()), state_->ValidChars, &QApplication::beep) != 0)
+            passed += c;
+    return passed;
+}
+
+void NumericBox::keyPressEvent(QKeyEvent* event)
+{
+    const QString typed = typedText(*event, state_);
+    const QString passed = accepted(typed);
+    if (passed.isEmpty() && !typed.isEmpty()) {
+        event->accept(); // rejected: the keystroke ends here
+        return;
+    }
+    QKeyEvent filtered(event->type(), event->key(), event->modifiers(), passed, event->isAutoRepeat(),
+                       static_cast<quint16>(event->count()));
+    QLineEdit::keyPressEvent(&filtered);
+    event->setAccepted(filtered.isAccepted());
+}
+
+void NumericBox::inputMethodEvent(QInputMethodEvent* event)
+{
+    if (const QString text = event->commitString(); !text.isEmpty())
+        event->setCommitString(accepted(text), event->replacementStart(), event->replacementLength());
+    QLineEdit::inputMethodEvent(event);
+}
+
+void NumericBox::focusInEvent(QFocusEvent* event)
+{
+    QLineEdit::focusInEvent(event);
+    // Coming back from another window or from the context menu is not entering: the user may be half-way through.
+    if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason)
+        return;
+    enteredByMouse_ = event->reason() == Qt::MouseFocusReason;
+    setSelection(0, 10);
+}
+
+void NumericBox::mousePressEvent(QMouseEvent* event)
+{
+    // The click that enters the box selects; only the next one places the cursor.
+    if (std::exchange(enteredByMouse_, false))
+        event->accept();
+    else
+        QLineEdit::mousePressEvent(event);
+}

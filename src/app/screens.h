@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/sizing_state.h"
+#include "capacity/capacity_store.h"
+#include "platform/number_text.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+class LocaleInfo;
+class MessageBox;
+
+/// Loads, shows and unloads the two forms; only one of them exists at a time. Owns the record and what the sizing
+/// routines reach. The program ends when the window that is open closes.
+class Screens : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `capacityFile` is the path of the capacity data file, UTF-8.
+    Screens(const LocaleInfo& locale, MessageBox& messageBox, std::string capacityFile);
+    ~Screens() override;
+
+    void showSetup();
+    void showMain();
+
+    SizingState& state() { return state_; }
+    QWidget* form() const { return form_; }
+
+private:
+    /// Shows the new form, then unloads the one before.
+    void replaceForm(QWidget* form);
+
+    const LocaleInfo& locale_;
+    MessageBox& messageBox_;
+    SizingState state_;
+    NumberText numbers_;
+    CapacityStore store_;
+    QPointer<QWidget> form_;
+};

@@ -1,0 +1,194 @@
+#include "capacity/capacity_store.h"
+
+#include "engine/failure.h"
+#include "platform/number_text.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+namespace {
+
+constexpr int lockedFileWaitMs = 200; // another program may hold the file for a moment
+
+/// Numbers in the data file are always written with "."; these are for values stored as text.
+const NumberText& storedNumbers()
+{
+    static const NumberText numbers;
+    return numbers;
+}
+
+double literalValue(const std::string& literal, const NumberText& users)
+{
+    auto value = storedNumbers().parse(literal);
+    if (!value)
+        value = users.parse(literal);
+    if (!value)
+        throw SilentFailure("unreadable Cv in the query: " + literal);
+    return *value;
+}
+
+std::string quoted(const std::string& name)
+{
+    std::string text = "\"";
+    for (const char c : name)
+        text += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return text + '"';
+}
+
+} // namespace
+
+void CapacityRows::Closer::operator()(sqlite3* file) const
+{
+    sqlite3_close(file);
+}
+
+void CapacityRows::Closer::operator()(sqlite3_stmt* statement) const
+{
+    sqlite3_finalize(statement);
+}
+
+void CapacityRows::prepare(const std::string& sql)
+{
+    sqlite3_stmt* statement = nullptr;
+    const int result = sqlite3_prepare_v2(file_.get(), sql.c_str(), -1, &statement, nullptr);
+    statement_.reset(statement);
+    if (result != SQLITE_OK || statement == nullptr)
+        throw SilentFailure(sqlite3_errmsg(file_.get()));
+    current_.resize(static_cast<std::size_t>(sqlite3_column_count(statement)));
+    before_.resize(current_.size());
+}
+
+void CapacityRows::step()
+{
+    sqlite3_stmt* const statement = statement_.get();
+    const int result = sqlite3_step(statement);
+    if (result == SQLITE_DONE) {
+        atEnd_ = true;
+        return;
+    }
+    if (result != SQLITE_ROW)
+        throw SilentFailure(sqlite3_errmsg(file_.get()));
+    for (int column = 0; Cell & cell : current_) {
+        cell.type = sqlite3_column_type(statement, column);
+        if (cell.type == SQLITE_TEXT)
+            cell.text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+        else
+            cell.number = sqlite3_column_double(statement, column);
+        ++column;
+    }
+}
+
+void CapacityRows::next()
+{
+    if (atEnd_)
+        throw SilentFailure("no current row");
+    std::swap(before_, current_);
+    hasBefore_ = true;
+    step();
+}
+
+void CapacityRows::previous()
+{
+    if (!hasBefore_)
+        throw SilentFailure("no row before");
+    std::swap(before_, current_);
+    hasBefore_ = false;
+    atEnd_ = false;
+}
+
+int CapacityRows::column(const char* name) const
+{
+    for (int column = 0; column < sqlite3_column_count(statement_.get()); ++column)
+        if (sqlite3_stricmp(sqlite3_column_name(statement_.get(), column), name) == 0)
+            return column;
+    throw SilentFailure(std::string("no column ") + name);
+}
+
+const CapacityRows::Cell& CapacityRows::cell(int column) const
+{
+    if (atEnd_)
+        throw SilentFailure("no current row");
+    return current_[static_cast<std::size_t>(column)];
+}
+
+std::optional<double> CapacityRows::numberOrEmpty(int column) const
+{
+    const Cell& value = cell(column);
+    switch (value.type) {
+        case SQLITE_NULL:
+            return std::nullopt;
+        case SQLITE_INTEGER:
+        case SQLITE_FLOAT:
+            return value.number;
+        case SQLITE_TEXT:
+            if (const auto number = storedNumbers().parse(value.text))
+                return number;
+            [[fallthrough]];
+        default:
+            throw TypeMismatch();
+    }
+}
+
+double CapacityRows::number(int column) const
+{
+    const auto value = numberOrEmpty(column);
+    if (!value)
+        throw SilentFailure("empty value");
+    return *value;
+}
+
+std::string CapacityRows::text(int column) const
+{
+    const Cell& value = cell(column);
+    switch (value.type) {
+        case SQLITE_TEXT:
+            return value.text;
+        case SQLITE_INTEGER:
+        case SQLITE_FLOAT:
+            return storedNumbers().general(value.number);
+        case SQLITE_NULL:
+            throw SilentFailure("empty value");
+        default:
+            throw TypeMismatch();
+    }
+}
+
+CapacityRows CapacityStore::open() const
+{
+    CapacityRows rows;
+    sqlite3* file = nullptr;
+    const int result = sqlite3_open_v2(file_.c_str(), &file, SQLITE_OPEN_READWRITE, nullptr);
+    rows.file_.reset(file);
+    if (result != SQLITE_OK)
+        throw SilentFailure("cannot open " + file_);
+    sqlite3_busy_timeout(file, lockedFileWaitMs);
+    return rows;
+}
+
+CapacityRows CapacityStore::table(const std::string& name) const
+{
+    CapacityRows rows = open();
+    rows.prepare("SELECT * FROM " + quoted(name) + " INDEXED BY " + quoted(name + ".Index") +
+                 " ORDER BY Pressure, flow");
+    rows.step();
+    return rows;
+}
+
+CapacityRows CapacityStore::query(const std::string& text) const
+{
+    static const std::string beforeLiteral = " WHERE CV = ";
+    CapacityRows rows = open();
+    const auto where = text.find(beforeLiteral);
+    if (where == std::string::npos) {
+        rows.prepare(text);
+    } else {
+        // "7,5" would be two numbers to SQLite: the literal is read here and bound.
+        const auto literal = where + beforeLiteral.size();
+        const auto end = std::min(text.find(" ORDER BY", literal), text.size());
+        rows.prepare(text.substr(0, literal) + "?1" + text.substr(end));
+        sqlite3_bind_double(rows.statement_.get(), 1, literalValue(text.substr(literal, end - literal), *numbers_));
+    }
+    rows.step();
+    return rows;
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+class NumberText;
+struct sqlite3;
+struct sqlite3_stmt;
+
+/// Rows of one table or query, walked one after the other. Holds the data file open for as long as it lives.
+///
+/// Any failure of the file, a missing column, an empty value where one is needed and a read without a current row are
+/// silent failures; a value that cannot be read as the number or text wanted is a type mismatch.
+class CapacityRows
+{
+public:
+    CapacityRows(CapacityRows&&) = default;
+
+    /// True once the walk has passed the last row.
+    bool atEnd() const { return atEnd_; }
+    void next();
+
+    /// Steps back to the row before; there is none before the first row, and only one step back is possible.
+    void previous();
+
+    /// Position of a column, for the reads below. Case does not matter, as in SQL.
+    int column(const char* name) const;
+
+    /// A value of the current row as a number; nullopt when it is empty.
+    std::optional<double> numberOrEmpty(int column) const;
+    double number(int column) const;
+    std::string text(int column) const;
+
+private:
+    friend class CapacityStore;
+
+    struct Closer
+    {
+        void operator()(sqlite3* file) const;
+        void operator()(sqlite3_stmt* statement) const;
+    };
+    struct Cell
+    {
+        int type = 0; ///< SQLite's type code
+        double number = 0;
+        std::string text;
+    };
+    using Row = std::vector<Cell>;
+
+    CapacityRows() = default;
+    void prepare(const std::string& sql);
+    void step();
+    const Cell& cell(int column) const;
+
+    std::unique_ptr<sqlite3, Closer> file_;
+    std::unique_ptr<sqlite3_stmt, Closer> statement_; ///< closed before the file
+    Row current_;
+    Row before_; ///< the row walked over last
+    bool atEnd_ = false;
+    bool hasBefore_ = false;
+};
+
+/// The capacity data file `capacities.mdb`: an SQLite 3 file of valve capacity tables and large-tank breathing tables.
+/// Every call opens the file afresh, shared and not read-only, without ever creating it; nothing is written.
+class CapacityStore
+{
+public:
+    /// `file` is a path in UTF-8. `numbers` reads the Cv literal of a query text in the user's number format.
+    CapacityStore(std::string file, const NumberText& numbers) : file_(std::move(file)), numbers_(&numbers) {}
+
+    /// The rows of a capacity table, from the first, in the order of its index "Index": Pressure, then flow. The index
+    /// of table T is the SQLite index "T.Index"; without it the table cannot be walked.
+    CapacityRows table(const std::string& name) const;
+
+    /// The rows of a query text, from the first. The number after " WHERE CV = " may be written with "." or with the
+    /// user's decimal separator.
+    CapacityRows query(const std::string& text) const;
+
+private:
+    CapacityRows open() const;
+
+    std::string file_;
+    const NumberText* numbers_;
+};

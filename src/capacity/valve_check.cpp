@@ -1,0 +1,88 @@
+#include "capacity/valve_check.h"
+
+#include "app/sizing_state.h"
+#include "capacity/cv_series.h"
+#include "capacity/model_rules.h"
+#include "capacity/table_lookups.h"
+#include "capacity/valve_selection.h"
+#include "engine/checked_math.h"
+#include "engine/main_screen.h"
+#include "engine/sizing_context.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+/// Steps `SelectedCv` to the next value of the series; a value outside it stays. At the last value the valve results
+/// become empty, `message` is shown and the answer is false.
+bool stepUp(SizingContext& sizing, std::span<const float> series, const char* message)
+{
+    float& cv = sizing.state.SelectedCv;
+    if (cv == series.back()) {
+        for (const Label label : {Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize})
+            sizing.screen.setCaption(label, "");
+        sizing.screen.setCaption(Label::lblComments, message);
+        return false;
+    }
+    if (const auto found = std::find(series.begin(), series.end(), cv); found != series.end())
+        cv = found[1];
+    return true;
+}
+
+void setMaxValveCap(SizingContext& sizing, double tableCapacity)
+{
+    SizingState& state = sizing.state;
+    state.MaxValveCap = toSingle(toWhole(tableCapacity * static_cast<double>(state.GasFactor)));
+    showMaxValveCap(sizing);
+}
+
+void checkPad(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    if (!stepUp(sizing, padCvSeries,
+                "You have exceeded the maximum available valve capacity for the given inlet pressure."))
+        return;
+    if (state.SelectedCv == 0.2F || state.SelectedCv == 0.4F)
+        modStoreCV(sizing);
+    if (const char* const message = brokenModelRule(sizing)) {
+        sizing.screen.setCaption(Label::lblComments, message);
+        return;
+    }
+    const std::int32_t flow = tableFlow(sizing, state.ShownTotalFlow);
+    setMaxValveCap(sizing, modLookupSCFHPad(sizing, state.InputPressure, flow));
+    state.ValveBodySize =
+        modLookupSizePad(sizing, state.InputPressure, tableFlow(sizing, static_cast<double>(state.MaxValveCap)));
+    sizing.screen.setCaption(Label::lblValveBodySize, state.ValveBodySize);
+}
+
+void checkDepad(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    if (!stepUp(sizing, depadCvSeries,
+                "You have exceeded the maximum available valve capacity for the given differential pressure."))
+        return;
+    const std::int32_t flow = tableFlow(sizing, state.ShownTotalFlow);
+    setMaxValveCap(sizing, modLookupSCFHDepad(sizing, state.InputPressure, flow));
+    state.ValveBodySize =
+        modLookupSizeDepad(sizing, state.InputPressure, tableFlow(sizing, static_cast<double>(state.MaxValveCap)));
+    sizing.screen.setCaption(Label::lblValveBodySize, state.ValveBodySize);
+}
+
+} // namespace
+
+void modCheckValveData(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    withHandler(
+        sizing.messageBox, errorCodes("modCheckValveData"),
+        [&] {
+            if (toSingle(state.TotalFlow) < state.MaxValveCap)
+                return;
+            if (state.ValveType == "Pad")
+                checkPad(sizing);
+            else if (state.ValveType == "Depad")
+                checkDepad(sizing);
+        },
+        [&] { sizing.screen.modClearData(); });
+}

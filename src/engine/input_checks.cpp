@@ -1,0 +1,112 @@
+#include "engine/input_checks.h"
+
+#include "app/sizing_state.h"
+#include "engine/main_screen.h"
+#include "engine/sizing_context.h"
+#include "platform/number_text.h"
+
+#include <optional>
+
+namespace {
+
+/// Why the entries are refused; nullptr when they pass. `notANumber` refuses without a message.
+using Refusal = const char*;
+constexpr Refusal passed = nullptr;
+constexpr Refusal notANumber = "";
+
+constexpr double largestPumpRate = 100000; // gpm and m3/h alike: beyond the capacity of any valve
+// The ends of the venting tables of API Standard 2000. Both pass.
+constexpr double largestTankGallons = 7560000;
+constexpr double largestTankCubicMeters = 30000;
+
+bool isEmpty(const SizingContext& sizing, Box box)
+{
+    return sizing.screen.text(box).empty();
+}
+
+bool readNumber(const SizingContext& sizing, Box box, double& value)
+{
+    const std::optional<double> number = sizing.numbers.parse(sizing.screen.text(box));
+    if (number)
+        value = *number;
+    return number.has_value();
+}
+
+Refusal copyNumbers(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    if (isEmpty(sizing, Box::txtPressure) || isEmpty(sizing, Box::txtPumpRate))
+        return "Please enter Pressure and Pump-Rate information.";
+    if (state.ValveType == "Pad" && isEmpty(sizing, Box::txtSpecGrav))
+        return "Please enter the specific gravity of the blanketing gas.";
+    if (state.ValveType == "Depad" && isEmpty(sizing, Box::txtSpecGrav))
+        return "Please enter the specific gravity of the vented gas.";
+    if (!readNumber(sizing, Box::txtSpecGrav, state.SpecGrav) ||
+        !readNumber(sizing, Box::txtPumpRate, state.PumpRate) ||
+        !readNumber(sizing, Box::txtPressure, state.InputPressure))
+        return notANumber;
+    if (isEmpty(sizing, Box::txtTankVolume) && state.SizingMethod == "API-2000")
+        return "Please enter the Tank Volume.";
+    if (!readNumber(sizing, Box::txtTankVolume, state.TankVolume))
+        return notANumber;
+    return passed;
+}
+
+Refusal checkRateAndPressure(const SizingState& state)
+{
+    const bool pad = state.ValveType == "Pad";
+    const bool depad = state.ValveType == "Depad";
+    if (state.PumpRate > largestPumpRate)
+        return "Pump-Rate will exceed the maximum available valve capacity.";
+    if (pad && state.InputPressure <= 0)
+        return "Supply Pressure must be greater than zero.";
+    if (depad && state.InputPressure <= 0)
+        return "Differential Pressure must be greater than zero.";
+    if (pad && state.PumpRate <= 0)
+        return "Pump-out rate must be greater than zero.";
+    if (depad && state.PumpRate <= 0)
+        return "Pump-in rate must be greater than zero.";
+    return passed;
+}
+
+Refusal checkTankVolume(const SizingState& state)
+{
+    if (state.SizingMethod != "API-2000")
+        return passed;
+    if (state.UnitSystem == "US" && state.TankVolume > largestTankGallons)
+        return "There are special requirements for tanks larger than 7,560,000 gallons. Refer to API Publication 2000.";
+    if (state.UnitSystem == "Metric" && state.TankVolume > largestTankCubicMeters)
+        return "There are special requirements for tanks larger than 30,000 cubic meters.";
+    if (state.TankVolume <= 0)
+        return "Tank Volume must be greater than zero.";
+    return passed;
+}
+
+Refusal checkEntries(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    if (const Refusal refusal = copyNumbers(sizing))
+        return refusal;
+    state.BlanketingGas = sizing.screen.text(Box::cmbBlanketingGas);
+    state.StoredMaterial = sizing.screen.text(Box::txtStoredMaterial);
+    if (const Refusal refusal = checkRateAndPressure(state))
+        return refusal;
+    if (isEmpty(sizing, Box::txtFlashPoint) && isEmpty(sizing, Box::txtBoilingPoint) &&
+        state.SizingMethod == "API-2000" && state.ValveType == "Depad")
+        return "Please enter the Flash Point and/or Boiling Point of the Stored Material.";
+    state.BoilingPoint = sizing.screen.text(Box::txtBoilingPoint);
+    state.FlashPoint = sizing.screen.text(Box::txtFlashPoint);
+    return checkTankVolume(state);
+}
+
+} // namespace
+
+void modErrorCheck(SizingContext& sizing)
+{
+    const Refusal refusal = checkEntries(sizing);
+    if (refusal == passed)
+        return;
+    if (*refusal != '\0')
+        sizing.screen.setCaption(Label::lblComments, refusal);
+    sizing.state.InputError = true;
+}

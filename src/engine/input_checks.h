@@ -1,0 +1,8 @@
+#pragma once
+
+struct SizingContext;
+
+/// Checks the main form's entries in a fixed order and copies them into the sizing state. The first failing check
+/// writes its message into `lblComments` (an entry that is not a number: nothing) and sets `InputError`; what was
+/// copied before it stays copied.
+void modErrorCheck(SizingContext& sizing);

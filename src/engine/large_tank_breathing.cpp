@@ -1,0 +1,56 @@
+#include "engine/large_tank_breathing.h"
+
+#include "app/sizing_state.h"
+#include "capacity/capacity_store.h"
+#include "engine/failure.h"
+#include "engine/interpolation.h"
+#include "engine/main_screen.h"
+#include "engine/sizing_context.h"
+
+namespace {
+
+double breathingFlow(SizingContext& sizing, const char* rateColumn, double volume)
+{
+    const char* const text =
+        sizing.state.UnitSystem == "US" ? "Select * FROM USLargeTank" : "Select * FROM MetriclargeTank";
+    CapacityRows rows = sizing.store.query(text);
+    const int tankVol = rows.column("TankVol");
+    const int rate = rows.column(rateColumn);
+    while (!rows.atEnd() && rows.number(tankVol) < volume)
+        rows.next();
+    if (rows.atEnd())
+        return 0;
+
+    const double x2 = rows.number(tankVol);
+    const double y2 = rows.number(rate);
+    if (x2 == volume)
+        return y2;
+    rows.previous();
+    return modInterpolate(sizing, rows.number(tankVol), volume, x2, rows.number(rate), y2);
+}
+
+double lookup(SizingContext& sizing, const char* routine, const char* rateColumn, double volume)
+{
+    double flow = 0;
+    withHandler(
+        sizing.messageBox, errorCodes(routine), [&] { flow = breathingFlow(sizing, rateColumn, volume); },
+        [&] { sizing.screen.modClearData(); });
+    return flow;
+}
+
+} // namespace
+
+double modGetLargeTankBRPad(SizingContext& sizing, double volume)
+{
+    return lookup(sizing, "modGetLargeTankBRPad", "Pad", volume);
+}
+
+double modGetLargeTankBRDepadHFP(SizingContext& sizing, double volume)
+{
+    return lookup(sizing, "modGetLargeTankBRDepadHFP", "DepadHFP", volume);
+}
+
+double modGetLargeTankBRDepadLFP(SizingContext& sizing, double volume)
+{
+    return lookup(sizing, "modGetLargeTankBRDepadLFP", "DepadLFP", volume);
+}

@@ -1,0 +1,138 @@
+#include "engine/required_flow.h"
+
+#include "app/sizing_state.h"
+#include "engine/checked_math.h"
+#include "engine/display_rounding.h"
+#include "engine/large_tank_breathing.h"
+#include "engine/main_screen.h"
+#include "engine/read_number.h"
+#include "engine/sizing_context.h"
+#include "platform/number_text.h"
+
+#include <cmath>
+
+namespace {
+
+/// Whether the stored material counts as one of high or of low flash or boiling point; only "Depad API-2000" asks.
+enum class Point
+{
+    any,
+    high,
+    low
+};
+
+/// A conversion factor in both unit systems. Singles, widened to double when used: the shown digits depend on it.
+struct Factor
+{
+    float us;
+    float metric;
+};
+
+constexpr Factor displaced{8.0F, 1.01F};          // per gpm (8.02 SCF/h, rounded) and per m3/h: volume for volume
+constexpr Factor outbreathingHigh{8.6F, 1.01F};   // liquid in, high flash or boiling point
+constexpr Factor outbreathingLow{17.1F, 2.02F};   // twice the volume: the liquid gives off vapour too
+constexpr Factor noBreathing{0, 0};
+constexpr Factor thermal{1.0F / 42, 0.169F};      // 1 SCFH a barrel of 42 gal; Nm3/h per m3
+constexpr Factor thermalHigh{0.0143F, 0.1F};      // 60 % of it: no vapour to flash
+
+// Up to these volumes the thermal flow is proportional to the volume; above, it comes from the large-tank table.
+constexpr double smallTankGallons = 840000;
+constexpr double smallTankCubicMeters = 3179;
+
+struct FlowRule
+{
+    const char* sizingCase;
+    Point point;
+    Factor pump;
+    Factor breathing;
+    double (*largeTank)(SizingContext&, double); ///< nullptr: no thermal breathing
+    double gasConstant; ///< square root of the gravity the capacity tables refer to: nitrogen or air
+};
+
+constexpr double nitrogenTables = 0.985;
+constexpr double airTables = 1.0;
+
+constexpr FlowRule flowRules[] = {
+    {"Pad Direct Displacement", Point::any, displaced, noBreathing, nullptr, nitrogenTables},
+    {"Depad Direct Displacement", Point::any, displaced, noBreathing, nullptr, airTables},
+    {"Pad API-2000", Point::any, displaced, thermal, modGetLargeTankBRPad, nitrogenTables},
+    {"Depad API-2000", Point::high, outbreathingHigh, thermalHigh, modGetLargeTankBRDepadHFP, airTables},
+    {"Depad API-2000", Point::low, outbreathingLow, thermal, modGetLargeTankBRDepadLFP, airTables},
+};
+
+/// A given flash point wins over the boiling point. At the limit (degF or degC) the point is high.
+Point judgePoint(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    const bool us = state.UnitSystem == "US";
+    const bool flash = !sizing.screen.text(Box::txtFlashPoint).empty();
+    const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149);
+    const bool high = readNumber(sizing.numbers, flash ? state.FlashPoint : state.BoilingPoint) >= limit;
+    sizing.screen.setCaption(Label::lblHFPLFP, std::string(high ? "High " : "Low ") +
+                                                   (flash ? "Flash Point" : "Boiling Point"));
+    state.HighFlashBoil = high;
+    return high ? Point::high : Point::low;
+}
+
+const FlowRule& ruleOf(SizingContext& sizing)
+{
+    const std::string& sizingCase = sizing.state.SizingCase;
+    const Point point = sizingCase == "Depad API-2000" ? judgePoint(sizing) : Point::any;
+    for (const FlowRule& rule : flowRules)
+        if (sizingCase == rule.sizingCase && point == rule.point)
+            return rule;
+    throw SilentFailure("no such sizing case: " + sizingCase);
+}
+
+double breathingFlow(SizingContext& sizing, const FlowRule& rule)
+{
+    const double volume = sizing.state.TankVolume;
+    const bool us = sizing.state.UnitSystem == "US";
+    if (rule.largeTank == nullptr)
+        return 0;
+    if (volume > (us ? smallTankGallons : smallTankCubicMeters))
+        return rule.largeTank(sizing, volume);
+    return volume * static_cast<double>(us ? rule.breathing.us : rule.breathing.metric);
+}
+
+/// Flows are shown cut to two decimals below 1, to one up to 10, and as whole numbers (halves to even) above.
+std::string shownFlow(SizingContext& sizing, double flow)
+{
+    if (flow < 1)
+        return sizing.numbers.general(Round2Places(sizing, flow));
+    if (flow <= 10)
+        return sizing.numbers.general(Round1Place(sizing, flow));
+    return sizing.numbers.general(std::nearbyint(flow));
+}
+
+void calculate(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    const FlowRule& rule = ruleOf(sizing);
+    state.PumpFlow = state.PumpRate * static_cast<double>(state.UnitSystem == "US" ? rule.pump.us : rule.pump.metric);
+    state.BreathingFlow = breathingFlow(sizing, rule);
+    state.TotalFlow = state.PumpFlow + state.BreathingFlow;
+    state.SpecGravRoot = squareRoot(state.SpecGrav);
+    state.GasFactor = toSingle(NumberText::standardValue(divide(rule.gasConstant, state.SpecGravRoot)));
+
+    MainScreen& screen = sizing.screen;
+    screen.setCaption(Label::lblPRFlow, shownFlow(sizing, state.PumpFlow));
+    screen.setCaption(Label::lblBRFlow, shownFlow(sizing, state.BreathingFlow));
+    screen.setCaption(Label::lblTotalFlow, shownFlow(sizing, state.TotalFlow));
+    screen.setCaption(Label::lblSGGas, sizing.numbers.standard(state.SpecGrav));
+    screen.setCaption(Label::lblComments, "");
+}
+
+} // namespace
+
+void modCalcFlowRate(SizingContext& sizing)
+{
+    // The two texts differ in the case of "Flowrate"; users quote them, so they stay.
+    withHandler(
+        sizing.messageBox, {"Error Code 11; modCalcFlowRate", "Error Code 13; modCalcFlowrate"},
+        [&] { calculate(sizing); },
+        [&] {
+            sizing.state.SizingError = true;
+            sizing.screen.modClearData();
+        });
+}

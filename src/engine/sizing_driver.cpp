@@ -1,0 +1,106 @@
+#include "engine/sizing_driver.h"
+
+#include "app/sizing_state.h"
+#include "capacity/valve_check.h"
+#include "capacity/valve_selection.h"
+#include "engine/checked_math.h"
+#include "engine/display_rounding.h"
+#include "engine/input_checks.h"
+#include "engine/main_screen.h"
+#include "engine/pressure_range.h"
+#include "engine/read_number.h"
+#include "engine/required_flow.h"
+#include "engine/sizing_context.h"
+#include "platform/number_text.h"
+
+namespace {
+
+/// Writes the advice on the valve's utilisation. Tested in this order; a later text replaces an earlier one, and one
+/// that valve selection or its check left.
+void advise(SizingContext& sizing)
+{
+    const SizingState& state = sizing.state;
+    const bool pad = state.ValveType == "Pad";
+    const bool depad = state.ValveType == "Depad";
+    const auto comment = [&](const char* text) { sizing.screen.setCaption(Label::lblComments, text); };
+    const float used = state.PercentCap;
+
+    if (pad && used < 0.2F)
+        comment("Consider reducing supply pressure to increase valve utilization for better control.");
+    if (depad && used < 0.5F)
+        comment("Consider reducing valve size or decreasing differential pressure to increase valve utilization for "
+                "better control.");
+    // No advice to lower a pressure that is at its lowest: 1 and 25 are the models' lowest supply pressures in PSI, but
+    // are compared with the pressure in whatever unit the user chose.
+    if ((state.ValveModel == "Series 61" && used < 0.2F && state.InputPressure <= 1) ||
+        (state.ValveModel == "Series 63" && state.InputPressure <= 25 &&
+         ((pad && used < 0.2F) || (depad && used < 0.5F))))
+        comment("");
+    if (pad && used > 0.7F)
+        comment("If utilized valve capacity is greater than 70%, consider using the next larger valve capacity (Cv).");
+    if (depad && used > 0.8F)
+        comment("If utilized valve capacity is greater than 80%, consider using the next larger valve capacity (Cv).");
+}
+
+/// Shows the chosen valve, the share of its capacity that the duty takes, and the advice.
+void showUtilisation(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    MainScreen& screen = sizing.screen;
+    state.PercentCap = toSingle(divide(state.TotalFlow, static_cast<double>(state.MaxValveCap)));
+    screen.setCaption(Label::lblCV,
+                      sizing.numbers.general(Round1Place(sizing, static_cast<double>(state.SelectedCv))));
+    advise(sizing);
+    if (state.PercentCap >= 1) {
+        screen.setCaption(Label::lblComments,
+                          "You have reached or exceeded the maximum valve capacity for the given Inlet Pressure.");
+        for (const Label label :
+             {Label::lblCV, Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity})
+            screen.setCaption(label, "");
+        return;
+    }
+    const auto percent = toWhole(static_cast<double>(state.PercentCap) * 100);
+    screen.setCaption(Label::lblPercentValveCapacity,
+                      state.PercentCap < 0.01F ? "Less than 1%" : std::to_string(percent));
+    screen.setCaption(Label::lblSGGas2, sizing.numbers.standard(state.SpecGrav));
+    state.Comments = screen.caption(Label::lblComments);
+}
+
+void size(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    modCalcFlowRate(sizing);
+    if (state.SizingError)
+        return;
+    modMaxMinCheck(sizing);
+    if (state.SizingError)
+        return;
+    state.ShownTotalFlow = toWhole(readNumber(sizing.numbers, sizing.screen.caption(Label::lblTotalFlow)));
+    modGetValveData(sizing);
+    if (state.SizingError)
+        return;
+    modCheckValveData(sizing);
+    showUtilisation(sizing);
+}
+
+} // namespace
+
+void modSizeValve(SizingContext& sizing)
+{
+    withHandler(
+        sizing.messageBox, {"Error Code 11: modSizeValve", "Error Code 13: modSizeValve"}, [&] { size(sizing); },
+        [&] { sizing.state.SizingError = true; });
+}
+
+void cmdCalcFlowRate_Click(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    state.SizingCase = state.ValveType + " " + state.SizingMethod;
+    modErrorCheck(sizing);
+    if (state.InputError) {
+        state.InputError = false;
+        return;
+    }
+    modSizeValve(sizing);
+    state.SizingError = false;
+}

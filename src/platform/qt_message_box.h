@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/message_box.h"
+
+/// Modal message boxes on the desktop, over the active window.
+class QtMessageBox : public MessageBox
+{
+public:
+    void show(const std::string& text) override;
+};

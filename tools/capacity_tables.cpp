@@ -1,0 +1,323 @@
+#include "capacity_tables.h"
+
+#include "capacity/cv_series.h"
+#include "csv_reader.h"
+#include "engine/pressure_range.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <limits>
+#include <optional>
+#include <ostream>
+#include <span>
+
+namespace
+{
+
+struct ValveTable
+{
+    const char* name;
+    std::string_view valveType;
+    std::string_view pressUnits; ///< as `pressureRanges` names them
+    std::span<const float> cvSeries;
+};
+
+constexpr std::array<ValveTable, 6> valveTables{{
+    {"psi_Pad", "Pad", "PSI", padCvSeries},
+    {"kgcm2_Pad", "Pad", "kg/cm2", padCvSeries},
+    {"kpa_Pad", "Pad", "kPa", padCvSeries},
+    {"psi_Depad", "Depad", "PSI", depadCvSeries},
+    {"inwc_Depad", "Depad", "in wc", depadCvSeries},
+    {"mbar_Depad", "Depad", "mbar", depadCvSeries},
+}};
+
+/// Volumes, in `volUnits`, that are looked up in a large-tank table rather than computed.
+struct LargeTankTable
+{
+    const char* name;
+    const char* volUnits;
+    double lowest;
+    double highest;
+};
+
+constexpr std::array<LargeTankTable, 2> largeTankTables{{
+    {"USLargeTank", "gal", 840'000, 7'560'000},
+    {"MetriclargeTank", "m3", 3179, 30'000},
+}};
+
+/// Where a finding belongs.
+struct Place
+{
+    const std::string& file;
+    std::size_t line;
+    Findings& findings;
+
+    void error(const std::string& reason) const { findings.error(file, line, reason); }
+};
+
+/// Shortest text that reads back as `value`.
+template <typename Number>
+std::string shortest(Number value)
+{
+    std::array<char, 32> text;
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
+}
+
+/// The file's bytes; a file that cannot be read is an error and gives nothing.
+std::optional<std::string> readFile(const std::filesystem::path& path, Findings& findings)
+{
+    errno = 0;
+    std::ifstream in(path, std::ios::binary);
+    std::string text;
+    std::array<char, 4096> block;
+    while (in.read(block.data(), block.size()) || in.gcount() > 0)
+        text.append(block.data(), static_cast<std::size_t>(in.gcount()));
+    if (!in.eof() || in.bad()) {
+        findings.error(path.filename().string(), 0, std::string("cannot be read: ") + std::strerror(errno));
+        return std::nullopt;
+    }
+    return text;
+}
+
+bool store(const std::string& text, const char* column, double& value, const Place& place)
+{
+    const std::string named = std::string(column) + " \"" + text + "\"";
+    const char* end = text.data() + text.size();
+    const auto [stop, failure] = std::from_chars(text.data(), end, value);
+    if (text.empty())
+        place.error(std::string(column) + " is empty");
+    else if (failure == std::errc::invalid_argument || stop != end)
+        place.error(named + " is not a number");
+    else if (failure != std::errc() || !std::isfinite(value))
+        place.error(named + " is not a finite number");
+    else if (std::signbit(value))
+        place.error(named + " is negative");
+    else
+        return true;
+    return false;
+}
+
+bool store(const std::string& text, const char* column, std::string& value, const Place& place)
+{
+    value = text;
+    const bool blank = text.find_first_not_of(" \t\r\n") == std::string::npos;
+    if (blank)
+        place.error(std::string(column) + " is empty");
+    return !blank;
+}
+
+/// The column that each field of the header names, nullptr for one it should not have.
+template <typename Row>
+std::vector<const Column<Row>*> readHeader(const CsvRow& header, std::span<const Column<Row>> columns,
+                                           const Place& place)
+{
+    std::vector<const Column<Row>*> order;
+    for (const std::string& name : header.fields) {
+        const auto column = std::ranges::find_if(columns, [&](const auto& one) { return name == one.name; });
+        const bool known = column != columns.end();
+        const bool doubled = known && std::ranges::find(order, &*column) != order.end();
+        if (!known)
+            place.error("unknown column \"" + name + "\"");
+        else if (doubled)
+            place.error("column " + name + " stands twice");
+        order.push_back(known && !doubled ? &*column : nullptr);
+    }
+    for (const Column<Row>& column : columns)
+        if (std::ranges::find(order, &column) == order.end())
+            place.error(std::string("column ") + column.name + " is missing");
+    return order;
+}
+
+void reportBrokenQuoting(const Place& place)
+{
+    place.error("broken quoting; a text with a quotation mark is written like \"1/2\"\"\"");
+}
+
+/// Reads one row's fields into `row`; false when there was anything to report.
+template <typename Row>
+bool readRow(const CsvRow& fields, const std::vector<const Column<Row>*>& order, Row& row, const Place& place)
+{
+    if (fields.fields.empty()) {
+        reportBrokenQuoting(place);
+        return false;
+    }
+    if (fields.fields.size() != order.size()) {
+        place.error(shortest(fields.fields.size()) + " fields where the header has " + shortest(order.size()));
+        return false;
+    }
+    bool good = true;
+    row.line = fields.line;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        if (!order[i])
+            continue;
+        const auto storeField = [&](auto member) {
+            return store(fields.fields[i], order[i]->name, row.*member, place);
+        };
+        good = std::visit(storeField, order[i]->member) && good;
+    }
+    return good;
+}
+
+/// The readable rows of a table's file; everything else in it is an error.
+template <typename Row>
+std::vector<Row> readTable(const std::filesystem::path& path, std::span<const Column<Row>> columns, Findings& findings)
+{
+    const std::optional<std::string> text = readFile(path, findings);
+    if (!text)
+        return {};
+    const std::string file = path.filename().string();
+    const std::vector<CsvRow> csv = readCsv(*text);
+    if (csv.empty()) {
+        findings.error(file, 1, "the header row is missing");
+        return {};
+    }
+    const Place header{file, csv.front().line, findings};
+    if (csv.size() == 1)
+        header.error("the table is empty");
+    if (csv.front().fields.empty()) {
+        reportBrokenQuoting(header);
+        return {};
+    }
+    const int errorsBefore = findings.errors();
+    const auto order = readHeader(csv.front(), columns, header);
+    const bool headerGood = findings.errors() == errorsBefore;
+    std::vector<Row> rows;
+    for (const CsvRow& fields : std::span(csv).subspan(1)) {
+        Row row;
+        if (readRow(fields, order, row, {file, fields.line, findings}) && headerGood)
+            rows.push_back(row);
+    }
+    return rows;
+}
+
+struct Limits
+{
+    double lowest = std::numeric_limits<double>::infinity();
+    double highest = 0;
+};
+
+/// The pressures that any model lets a user enter for this table. The model without a valve type in its limits is built
+/// as a pad valve only.
+Limits permittedPressures(const ValveTable& table)
+{
+    Limits limits;
+    for (const PressureRange& range : pressureRanges) {
+        const std::string_view valveType = range.valveType ? range.valveType : "Pad";
+        if (valveType != table.valveType || range.pressUnits != table.pressUnits)
+            continue;
+        limits.lowest = std::min(limits.lowest, range.lowest);
+        limits.highest = std::max(limits.highest, range.highest);
+    }
+    return limits;
+}
+
+/// The rows of one Cv by pressure.
+using Curve = std::map<double, const CapacityRow*>;
+
+void checkCurve(const ValveTable& table, const std::string& file, float cv, const Curve& curve, Findings& findings)
+{
+    const CapacityRow& lowest = *curve.begin()->second;
+    const CapacityRow& highest = *curve.rbegin()->second;
+    const Limits limits = permittedPressures(table);
+    const std::string units = " " + std::string(table.pressUnits);
+    const auto warn = [&](const CapacityRow& row, const std::string& reason) {
+        findings.warning(file, row.line, "Cv " + shortest(cv) + reason);
+    };
+    if (std::ranges::find(table.cvSeries, cv) == table.cvSeries.end())
+        warn(lowest, " is outside the series of this valve type");
+    if (lowest.pressure > limits.lowest)
+        warn(lowest, " begins at " + shortest(lowest.pressure) + units + ", above the lowest permitted pressure, " +
+                         shortest(limits.lowest) + units);
+    if (highest.pressure < limits.highest)
+        warn(highest, " ends at " + shortest(highest.pressure) + units + ", below the highest permitted pressure, " +
+                          shortest(limits.highest) + units);
+    const CapacityRow* before = &lowest;
+    for (const auto& [pressure, row] : curve) {
+        if (row->flow < before->flow)
+            warn(*row, ": the flow falls from " + shortest(before->flow) + " at " + shortest(before->pressure) + units +
+                           " to " + shortest(row->flow) + " at " + shortest(pressure) + units);
+        before = row;
+    }
+}
+
+void checkValveTable(const ValveTable& table, const std::vector<CapacityRow>& rows, Findings& findings)
+{
+    const std::string file = std::string(table.name) + ".csv";
+    std::map<float, Curve> curves; // single precision, as a selected Cv is held
+    for (const CapacityRow& row : rows) {
+        const auto [same, added] = curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
+        if (!added)
+            findings.error(file, row.line,
+                           "Cv " + shortest(row.cv) + " at Pressure " + shortest(row.pressure) +
+                               " is a duplicate of line " + shortest(same->second->line));
+    }
+    for (const auto& [cv, curve] : curves)
+        checkCurve(table, file, cv, curve, findings);
+    for (const float cv : table.cvSeries)
+        if (!curves.contains(cv))
+            findings.warning(file, 1, "no row covers any permitted pressure for Cv " + shortest(cv));
+}
+
+void checkLargeTankTable(const LargeTankTable& table, const std::vector<LargeTankRow>& rows, Findings& findings)
+{
+    const std::string file = std::string(table.name) + ".csv";
+    const std::string first = "TankVol " + shortest(rows.front().tankVol);
+    const std::string last = "TankVol " + shortest(rows.back().tankVol);
+    const std::string units = std::string(" ") + table.volUnits;
+    if (rows.front().tankVol > table.lowest)
+        findings.error(file, rows.front().line,
+                       "the table starts above " + shortest(table.lowest) + units + ", at " + first);
+    for (std::size_t i = 1; i < rows.size(); ++i)
+        if (rows[i].tankVol <= rows[i - 1].tankVol)
+            findings.error(file, rows[i].line,
+                           "TankVol " + shortest(rows[i].tankVol) + " is not in ascending order, it follows " +
+                               shortest(rows[i - 1].tankVol));
+    if (rows.back().tankVol < table.highest)
+        findings.error(file, rows.back().line,
+                       "the table ends below " + shortest(table.highest) + units + ", at " + last);
+}
+
+} // namespace
+
+void Findings::error(std::string_view file, std::size_t line, std::string_view reason)
+{
+    ++errorCount;
+    write(file, line, "error", reason);
+}
+
+void Findings::warning(std::string_view file, std::size_t line, std::string_view reason)
+{
+    ++warningCount;
+    write(file, line, "warning", reason);
+}
+
+void Findings::write(std::string_view file, std::size_t line, std::string_view kind, std::string_view reason)
+{
+    out << file;
+    if (line > 0)
+        out << ':' << line;
+    out << ": " << kind << ": " << reason << '\n';
+}
+
+CapacityTables readCapacityTables(const std::filesystem::path& directory, Findings& findings)
+{
+    CapacityTables tables;
+    const auto pathOf = [&](const char* table) { return directory / (std::string(table) + ".csv"); };
+    for (const ValveTable& table : valveTables) {
+        auto& rows = tables.valves[table.name];
+        rows = readTable<CapacityRow>(pathOf(table.name), capacityColumns, findings);
+        if (!rows.empty())
+            checkValveTable(table, rows, findings);
+    }
+    for (const LargeTankTable& table : largeTankTables) {
+        auto& rows = tables.largeTanks[table.name];
+        rows = readTable<LargeTankRow>(pathOf(table.name), largeTankColumns, findings);
+        if (!rows.empty())
+            checkLargeTankTable(table, rows, findings);
+    }
+    return tables;
+}
