@@ -1,9 +1,9 @@
 #include "app/form_layout.h"
 
+#include "app/frame.h"
 #include "app/gas_box.h"
 #include "app/numeric_box.h"
 
-#include <QGroupBox>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -13,7 +13,8 @@
 #include <algorithm>
 #include <utility>
 
-namespace {
+namespace
+{
 
 constexpr int listRowHeight = 14;            // pixels: two rows fit the 450 twips of the pressure list
 constexpr int rowGap = 4;                    // pixels between neighbouring labels of a row
@@ -64,7 +65,7 @@ QWidget* createControl(const ControlRow& row, QWidget* parent)
     switch (row.kind) {
         case Kind::frame:
         case Kind::boldFrame:
-            return new QGroupBox(QString::fromUtf8(row.caption), parent);
+            return new Frame(QString::fromUtf8(row.caption), parent);
         case Kind::option:
             return new QRadioButton(QString::fromUtf8(row.caption), parent);
         case Kind::textBox:
@@ -116,6 +117,7 @@ void buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin orig
 
         if (auto* const label = qobject_cast<QLabel*>(widget)) {
             label->setProperty(stated, position.x());
+            label->setMinimumSize(pixels(row.width), pixels(row.height));
             setLabelCaption(*label, QString::fromUtf8(row.caption));
             if (QLatin1String(row.caption).contains(u'&'))
                 waitingForBuddy.append(label);
@@ -148,7 +150,7 @@ void setLabelCaption(QLabel& label, const QString& caption)
     if (label.wordWrap())
         return;
     const int edge = label.property(stated).toInt();
-    const QSize size = label.sizeHint();
+    const QSize size = label.sizeHint().expandedTo(label.minimumSize());
     const bool rightAligned = label.alignment().testFlag(Qt::AlignRight);
     label.setGeometry(QRect(QPoint(rightAligned ? edge - size.width() : edge, label.y()), size));
 }

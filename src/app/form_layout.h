@@ -26,10 +26,11 @@ enum class Kind
     button
 };
 
-/// One control of a form. Positions are in twips (1/1440 inch). A label without a size takes that of its caption.
+/// One control of a form. Positions are in twips (1/1440 inch). A label takes the size of its caption
+/// where its stated one is smaller.
 struct ControlRow
 {
-    const char* name;    ///< objectName
+    const char* name; ///< objectName
     Kind kind;
     const char* frame;   ///< the frame it stands in; nullptr: on the form itself
     const char* caption; ///< "&" marks the access key

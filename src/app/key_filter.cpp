@@ -4,7 +4,8 @@
 #include "platform/locale_info.h"
 #include "platform/number_text.h"
 
-namespace {
+namespace
+{
 
 std::string upperCase(std::string text)
 {

@@ -14,27 +14,35 @@
 #include <cmath>
 #include <limits>
 
-namespace {
+namespace
+{
 
 // In the order of the enumerations of main_screen.h.
 constexpr const char* boxNames[] = {"txtPumpRate", "txtPressure",     "txtTankVolume", "cmbBlanketingGas",
                                     "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint", "txtStoredMaterial"};
 constexpr std::array<const char*, labelCount> labelNames{
-    "lblHFPLFP",          "lblPRFlow", "lblBRFlow",        "lblTotalFlow",            "lblSGGas",   "lblCV",
-    "lblMaxValveCapacity", "lblSGGas2", "lblValveBodySize", "lblPercentValveCapacity", "lblComments"};
+    "lblHFPLFP",  "lblPRFlow",           "lblBRFlow", "lblTotalFlow",     "lblSGGas",
+    "lblCV",      "lblMaxValveCapacity", "lblSGGas2", "lblValveBodySize", "lblPercentValveCapacity",
+    "lblComments"};
 
 constexpr const char* numericBoxes[] = {"txtPumpRate", "txtPressure",     "txtTankVolume",
                                         "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint"};
 
 /// What an edit of an input empties, in this order; an edit of the tank volume leaves the first one.
-constexpr Label resultLabels[] = {Label::lblHFPLFP,        Label::lblPRFlow,           Label::lblBRFlow,
-                                  Label::lblTotalFlow,     Label::lblSGGas,            Label::lblCV,
-                                  Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity,
+constexpr Label resultLabels[] = {Label::lblHFPLFP,
+                                  Label::lblPRFlow,
+                                  Label::lblBRFlow,
+                                  Label::lblTotalFlow,
+                                  Label::lblSGGas,
+                                  Label::lblCV,
+                                  Label::lblValveBodySize,
+                                  Label::lblMaxValveCapacity,
+                                  Label::lblPercentValveCapacity,
                                   Label::lblComments};
 
-constexpr const char* storedMaterialControls[] = {
-    "lblBoilingPoint", "txtBoilingPoint", "lblTempUnits1",     "lblFlashPoint",
-    "txtFlashPoint",   "lblTempUnits2",   "lblStoredMaterial", "txtStoredMaterial"};
+constexpr const char* storedMaterialControls[] = {"lblBoilingPoint",   "txtBoilingPoint",  "lblTempUnits1",
+                                                  "lblFlashPoint",     "txtFlashPoint",    "lblTempUnits2",
+                                                  "lblStoredMaterial", "txtStoredMaterial"};
 constexpr const char* tankVolumeControls[] = {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"};
 
 /// What screen readers say of a value: the caption beside it.
@@ -66,10 +74,10 @@ struct ValveTypeTexts
 };
 
 constexpr ValveTypeTexts valveTypeTexts[] = {
-    {"Pad", "Pump-&Out Rate", "+ Inbreathing Flow", "Supply &Pressure of Blanketing Gas", "&Blanketing Gas:",
-     "Specific &Gravity - Blanketing Gas", gases[0]},
-    {"Depad", "Pump-In Rate", "+ Outbreathing Flow", "Differential &Pressure", "&Vented Gas:",
-     "Specific &Gravity - Vented Gas", gases[1]},
+    {"Pad", "Pump-&Out Rate", "+ Inbreathing Flow", "Supply &Pressure of Blanketing Gas",
+     "&Blanketing Gas:", "Specific &Gravity - Blanketing Gas", gases[0]},
+    {"Depad", "Pump-In Rate", "+ Outbreathing Flow", "Differential &Pressure",
+     "&Vented Gas:", "Specific &Gravity - Vented Gas", gases[1]},
 };
 
 constexpr const char* directDisplacementNote =
@@ -98,13 +106,13 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
     gas_ = &control<GasBox>(*this, "cmbBlanketingGas");
     for (std::size_t label = 0; label < labels_.size(); ++label)
         labels_[label] = &control<QLabel>(*this, labelNames[label]);
-    for (const std::span<const char* const> names : {std::span<const char* const>(flowRow), {capacityRow}, {bodySizeRow}})
+    for (const std::span<const char* const> names :
+         {std::span<const char* const>(flowRow), {capacityRow}, {bodySizeRow}})
         for (rows_.emplace_back(); const char* const name : names)
             rows_.back().push_back(&control<QLabel>(*this, name));
     for (const auto& [value, caption] : describedBy)
         control<QLabel>(*this, value).setAccessibleDescription(control<QLabel>(*this, caption).text());
-    control<QLabel>(*this, "lblComments")
-        .setAccessibleDescription(control<QGroupBox>(*this, "frmComments").title());
+    control<QLabel>(*this, "lblComments").setAccessibleDescription(control<QGroupBox>(*this, "frmComments").title());
     setText("txtSpecGrav", "0.97");
     gas_->setGas(QStringLiteral("Nitrogen"));
     connectHandlers();

@@ -10,24 +10,26 @@ inline constexpr int captionEdge = 6960;
 inline constexpr int choiceCaptionEdge = 2040;
 
 /// The main form in tab order, placed from the form's corner inside frames, too. A frame stands before its controls;
+/// labels beside a box share its height, so that their texts stand on one line;
 /// captions left empty are set when the form loads or by a sizing, and those of a pad valve may change when it loads.
 inline constexpr ControlRow mainFormRows[] = {
     {"frmInput", Kind::boldFrame, nullptr, "Input Data", 0, 120, 10575, 3615},
-    {"lblPumpRate", Kind::rightLabel, "frmInput", "Pump-&Out Rate", captionEdge, 2520},
+    {"lblPumpRate", Kind::rightLabel, "frmInput", "Pump-&Out Rate", captionEdge, 2520, 0, 285},
     {"txtPumpRate", Kind::numericBox, "frmInput", "", 7080, 2520, 1335, 285},
-    {"lblPressure", Kind::rightLabel, "frmInput", "Supply &Pressure of Blanketing Gas", captionEdge, 2880},
+    {"lblPressure", Kind::rightLabel, "frmInput", "Supply &Pressure of Blanketing Gas", captionEdge, 2880, 0, 285},
     {"txtPressure", Kind::numericBox, "frmInput", "", 7080, 2880, 1335, 285},
-    {"lblTankVolume", Kind::rightLabel, "frmInput", "Tank &Volume:", captionEdge, 3240},
+    {"lblTankVolume", Kind::rightLabel, "frmInput", "Tank &Volume:", captionEdge, 3240, 0, 285},
     {"txtTankVolume", Kind::numericBox, "frmInput", "", 7080, 3240, 1335, 285},
-    {"lblBlanketingGas", Kind::rightLabel, "frmInput", "&Blanketing Gas:", captionEdge, 480},
+    {"lblBlanketingGas", Kind::rightLabel, "frmInput", "&Blanketing Gas:", captionEdge, 480, 0, 315},
     {"cmbBlanketingGas", Kind::comboBox, "frmInput", "", 7080, 480, 1335, 315},
-    {"lblSpecGravlbl", Kind::rightLabel, "frmInput", "Specific &Gravity - Blanketing Gas", captionEdge, 840},
+    {"lblSpecGravlbl", Kind::rightLabel, "frmInput", "Specific &Gravity - Blanketing Gas", captionEdge, 840, 0, 285},
     {"txtSpecGrav", Kind::numericBox, "frmInput", "", 7080, 840, 1335, 285},
-    {"lblBoilingPoint", Kind::rightLabel, "frmInput", "&Boiling Point of Stored Material:", captionEdge, 1200},
+    {"lblBoilingPoint", Kind::rightLabel, "frmInput", "&Boiling Point of Stored Material:", captionEdge, 1200, 0, 285},
     {"txtBoilingPoint", Kind::numericBox, "frmInput", "", 7080, 1200, 1335, 285},
-    {"lblFlashPoint", Kind::rightLabel, "frmInput", "&Flash Point of Stored Material:", captionEdge, 1560},
+    {"lblFlashPoint", Kind::rightLabel, "frmInput", "&Flash Point of Stored Material:", captionEdge, 1560, 0, 285},
     {"txtFlashPoint", Kind::numericBox, "frmInput", "", 7080, 1560, 1335, 285},
-    {"lblStoredMaterial", Kind::rightLabel, "frmInput", "&Material to be Stored (optional):", captionEdge, 1920},
+    {"lblStoredMaterial", Kind::rightLabel, "frmInput", "&Material to be Stored (optional):", captionEdge, 1920, 0,
+     285},
     {"txtStoredMaterial", Kind::textBox, "frmInput", "", 7080, 1920, 1335, 285},
     {"cmdCalcFlowRate", Kind::button, "frmInput", "&Select Valve Size", 1320, 2640, 1455, 495},
     {"cmdPrint", Kind::button, nullptr, "Prin&t", 240, 6120, 1335, 495},
@@ -63,19 +65,19 @@ inline constexpr ControlRow mainFormRows[] = {
     {"lblValveTypelbl", Kind::rightLabel, "frmInput", "Valve Type:", choiceCaptionEdge, 1320},
     {"lblValveType", Kind::label, "frmInput", "", 2160, 1320},
     {"lblSizingMethod", Kind::label, "frmInput", "", 2160, 1680},
-    {"lblPressureUnits", Kind::label, "frmInput", "", 8520, 2880},
-    {"lblTempUnits1", Kind::label, "frmInput", "(F)", 8520, 1200},
-    {"lblVolumeUnits", Kind::label, "frmInput", "", 8520, 3240},
-    {"lblPumpRateUnits", Kind::label, "frmInput", "", 8520, 2520},
-    {"lblTempUnits2", Kind::label, "frmInput", "(F)", 8520, 1560},
+    {"lblPressureUnits", Kind::label, "frmInput", "", 8520, 2880, 0, 285},
+    {"lblTempUnits1", Kind::label, "frmInput", "(F)", 8520, 1200, 0, 285},
+    {"lblVolumeUnits", Kind::label, "frmInput", "", 8520, 3240, 0, 285},
+    {"lblPumpRateUnits", Kind::label, "frmInput", "", 8520, 2520, 0, 285},
+    {"lblTempUnits2", Kind::label, "frmInput", "(F)", 8520, 1560, 0, 285},
     {"lblHFPLFP", Kind::label, "frmInput", "", 2160, 1920},
 };
 
 /// Labels that stand in one line: one that outgrows its place pushes the next ones on.
-inline constexpr const char* flowRow[] = {"lblPRFlowLabel", "lblPRFlow",     "lblBRFlowLabel",
+inline constexpr const char* flowRow[] = {"lblPRFlowLabel", "lblPRFlow",         "lblBRFlowLabel",
                                           "lblBRFlow",      "lblTotalFlowLabel", "lblTotalFlow",
-                                          "lblFlow1",       "lblSGGas",      "lblSGGaslbl"};
-inline constexpr const char* capacityRow[] = {"lblCVlbl", "lblCV",     "lblMaxValveCapacitylbl", "lblMaxValveCapacity",
-                                              "lblFlow2", "lblSGGas2", "Label2"};
+                                          "lblFlow1",       "lblSGGas",          "lblSGGaslbl"};
+inline constexpr const char* capacityRow[] = {
+    "lblCVlbl", "lblCV", "lblMaxValveCapacitylbl", "lblMaxValveCapacity", "lblFlow2", "lblSGGas2", "Label2"};
 inline constexpr const char* bodySizeRow[] = {"lblValveBodySizelbl", "lblValveBodySize", "lblPercentValveCapacitylbl",
                                               "lblPercentValveCapacity"};

@@ -6,7 +6,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 
-namespace {
+namespace
+{
 
 /// What a key types. Keys that type nothing (arrows, Home, Delete, Shift+Insert) give an empty text; Ctrl+letter gives
 /// its control character on every platform.

@@ -10,7 +10,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-namespace {
+namespace
+{
 
 /// Which units of pressure and flow a model, valve type and unit system offer; nullptr: either type.
 struct UnitRow

@@ -7,7 +7,8 @@
 
 #include <utility>
 
-namespace {
+namespace
+{
 
 constexpr int lockedFileWaitMs = 200; // another program may hold the file for a moment
 

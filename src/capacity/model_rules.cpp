@@ -7,13 +7,14 @@
 
 #include <limits>
 
-namespace {
+namespace
+{
 
 struct ModelRule
 {
     const char* valveModel;
     const char* pressUnits;
-    double lowest;     ///< supply pressure that still passes
+    double lowest;      ///< supply pressure that still passes
     float exemptUpToCv; ///< valves up to this Cv are free of the rule
     const char* message;
 };

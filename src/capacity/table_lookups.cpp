@@ -8,7 +8,8 @@
 #include "engine/sizing_context.h"
 #include "platform/number_text.h"
 
-namespace {
+namespace
+{
 
 /// Moves `rows` to the first adequate row; past the last one when there is none. A row without a pressure or a
 /// capacity is never adequate.

@@ -12,7 +12,8 @@
 #include <algorithm>
 #include <span>
 
-namespace {
+namespace
+{
 
 /// Steps `SelectedCv` to the next value of the series; a value outside it stays. At the last value the valve results
 /// become empty, `message` is shown and the answer is false.

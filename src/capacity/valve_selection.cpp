@@ -9,7 +9,8 @@
 #include "engine/sizing_context.h"
 #include "platform/number_text.h"
 
-namespace {
+namespace
+{
 
 void refuse(SizingContext& sizing, const char* message)
 {

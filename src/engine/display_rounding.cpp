@@ -7,7 +7,8 @@
 #include <cmath>
 #include <string>
 
-namespace {
+namespace
+{
 
 double cut(SizingContext& sizing, double value, double scale, const char* routine)
 {

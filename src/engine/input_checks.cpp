@@ -7,7 +7,8 @@
 
 #include <optional>
 
-namespace {
+namespace
+{
 
 /// Why the entries are refused; nullptr when they pass. `notANumber` refuses without a message.
 using Refusal = const char*;

@@ -7,7 +7,8 @@
 #include "engine/main_screen.h"
 #include "engine/sizing_context.h"
 
-namespace {
+namespace
+{
 
 double breathingFlow(SizingContext& sizing, const char* rateColumn, double volume)
 {

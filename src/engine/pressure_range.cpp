@@ -5,12 +5,13 @@
 #include "engine/main_screen.h"
 #include "engine/sizing_context.h"
 
-namespace {
+namespace
+{
 
 bool applies(const PressureRange& range, const SizingState& state)
 {
-    return state.ValveModel == range.valveModel &&
-           (range.valveType == nullptr || state.ValveType == range.valveType) && state.PressUnits == range.pressUnits;
+    return state.ValveModel == range.valveModel && (range.valveType == nullptr || state.ValveType == range.valveType) &&
+           state.PressUnits == range.pressUnits;
 }
 
 } // namespace

@@ -11,7 +11,8 @@
 
 #include <cmath>
 
-namespace {
+namespace
+{
 
 /// Whether the stored material counts as one of high or of low flash or boiling point; only "Depad API-2000" asks.
 enum class Point
@@ -28,12 +29,12 @@ struct Factor
     float metric;
 };
 
-constexpr Factor displaced{8.0F, 1.01F};          // per gpm (8.02 SCF/h, rounded) and per m3/h: volume for volume
-constexpr Factor outbreathingHigh{8.6F, 1.01F};   // liquid in, high flash or boiling point
-constexpr Factor outbreathingLow{17.1F, 2.02F};   // twice the volume: the liquid gives off vapour too
+constexpr Factor displaced{8.0F, 1.01F};        // per gpm (8.02 SCF/h, rounded) and per m3/h: volume for volume
+constexpr Factor outbreathingHigh{8.6F, 1.01F}; // liquid in, high flash or boiling point
+constexpr Factor outbreathingLow{17.1F, 2.02F}; // twice the volume: the liquid gives off vapour too
 constexpr Factor noBreathing{0, 0};
-constexpr Factor thermal{1.0F / 42, 0.169F};      // 1 SCFH a barrel of 42 gal; Nm3/h per m3
-constexpr Factor thermalHigh{0.0143F, 0.1F};      // 60 % of it: no vapour to flash
+constexpr Factor thermal{1.0F / 42, 0.169F}; // 1 SCFH a barrel of 42 gal; Nm3/h per m3
+constexpr Factor thermalHigh{0.0143F, 0.1F}; // 60 % of it: no vapour to flash
 
 // Up to these volumes the thermal flow is proportional to the volume; above, it comes from the large-tank table.
 constexpr double smallTankGallons = 840000;
@@ -68,8 +69,8 @@ Point judgePoint(SizingContext& sizing)
     const bool flash = !sizing.screen.text(Box::txtFlashPoint).empty();
     const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149);
     const bool high = readNumber(sizing.numbers, flash ? state.FlashPoint : state.BoilingPoint) >= limit;
-    sizing.screen.setCaption(Label::lblHFPLFP, std::string(high ? "High " : "Low ") +
-                                                   (flash ? "Flash Point" : "Boiling Point"));
+    sizing.screen.setCaption(Label::lblHFPLFP,
+                             std::string(high ? "High " : "Low ") + (flash ? "Flash Point" : "Boiling Point"));
     state.HighFlashBoil = high;
     return high ? Point::high : Point::low;
 }

@@ -6,7 +6,8 @@ class MessageBox;
 class NumberText;
 struct SizingState;
 
-/// What a sizing routine reaches: the record, the main form, the message box, the user's number texts and the data file.
+/// What a sizing routine reaches: the record, the main form, the message box, the user's number texts and the data
+/// file.
 struct SizingContext
 {
     SizingState& state;

@@ -13,7 +13,8 @@
 #include "engine/sizing_context.h"
 #include "platform/number_text.h"
 
-namespace {
+namespace
+{
 
 /// Writes the advice on the valve's utilisation. Tested in this order; a later text replaces an earlier one, and one
 /// that valve selection or its check left.
@@ -48,8 +49,7 @@ void showUtilisation(SizingContext& sizing)
     SizingState& state = sizing.state;
     MainScreen& screen = sizing.screen;
     state.PercentCap = toSingle(divide(state.TotalFlow, static_cast<double>(state.MaxValveCap)));
-    screen.setCaption(Label::lblCV,
-                      sizing.numbers.general(Round1Place(sizing, static_cast<double>(state.SelectedCv))));
+    screen.setCaption(Label::lblCV, sizing.numbers.general(Round1Place(sizing, static_cast<double>(state.SelectedCv))));
     advise(sizing);
     if (state.PercentCap >= 1) {
         screen.setCaption(Label::lblComments,

@@ -4,7 +4,8 @@
 
 #include <windows.h>
 
-namespace {
+namespace
+{
 
 class SystemLocale : public LocaleInfo
 {
@@ -28,7 +29,8 @@ public:
 #include <locale.h>
 #include <string>
 
-namespace {
+namespace
+{
 
 constexpr std::uint32_t userDefaultLcid = 0x0400; // LOCALE_USER_DEFAULT, the only locale known here
 

@@ -8,7 +8,8 @@
 #include <cmath>
 #include <limits>
 
-namespace {
+namespace
+{
 
 bool isDigit(char c)
 {
@@ -47,9 +48,9 @@ void increment(std::string& digits)
 std::string roundedToHundredths(double value)
 {
     std::array<char, 32> buffer; // d.dddddddddddddde+xxx
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value),
-                                   std::chars_format::scientific, 14)
-                         .ptr;
+    const auto end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value), std::chars_format::scientific, 14)
+            .ptr;
     const auto e = std::find(buffer.data(), end, 'e');
     int exponent = 0;
     std::from_chars(e[1] == '+' ? e + 2 : e + 1, end, exponent);

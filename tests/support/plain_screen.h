@@ -20,8 +20,8 @@ struct PlainScreen : MainScreen
     void modClearData() override
     {
         captions.clear();
-        for (const Box box : {Box::txtPressure, Box::txtPumpRate, Box::txtFlashPoint, Box::txtBoilingPoint,
-                              Box::txtStoredMaterial})
+        for (const Box box :
+             {Box::txtPressure, Box::txtPumpRate, Box::txtFlashPoint, Box::txtBoilingPoint, Box::txtStoredMaterial})
             boxes[box].clear();
         boxes[Box::txtTankVolume] = "0";
     }
