@@ -60,6 +60,18 @@ QPushButton* createButton(const ControlRow& row, QWidget* parent)
     return button;
 }
 
+/// Tab stops at the selected option of a frame, the arrow keys go through the others.
+QRadioButton* createOption(const ControlRow& row, QWidget* parent)
+{
+    auto* const option = new QRadioButton(QString::fromUtf8(row.caption), parent);
+    const auto setTabStop = [option](bool selected) {
+        option->setFocusPolicy(selected ? Qt::StrongFocus : Qt::ClickFocus);
+    };
+    setTabStop(false);
+    QObject::connect(option, &QRadioButton::toggled, option, setTabStop);
+    return option;
+}
+
 QWidget* createControl(const ControlRow& row, QWidget* parent)
 {
     switch (row.kind) {
@@ -67,7 +79,7 @@ QWidget* createControl(const ControlRow& row, QWidget* parent)
         case Kind::boldFrame:
             return new Frame(QString::fromUtf8(row.caption), parent);
         case Kind::option:
-            return new QRadioButton(QString::fromUtf8(row.caption), parent);
+            return createOption(row, parent);
         case Kind::textBox:
             return new QLineEdit(parent);
         case Kind::numericBox:
@@ -124,7 +136,7 @@ void buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin orig
         } else if (widget->focusPolicy() != Qt::NoFocus) {
             for (QLabel* const caption : std::exchange(waitingForBuddy, {})) {
                 caption->setBuddy(widget);
-                widget->setAccessibleName(withoutAccessKey(caption->text()));
+                setLabelCaption(*caption, caption->text()); // its "&" has become an access key: narrower now
             }
             if (lastInTabOrder != nullptr)
                 QWidget::setTabOrder(lastInTabOrder, widget);

@@ -1,5 +1,6 @@
 #include "app/screens.h"
 #include "platform/locale_info.h"
+#include "platform/printers.h"
 #include "platform/qt_message_box.h"
 
 #include <QApplication>
@@ -16,7 +17,8 @@ int main(int argc, char* argv[])
 
     QtMessageBox messageBox;
     const QString directory = QCoreApplication::applicationDirPath();
-    Screens screens(userLocale(), messageBox, (directory + QStringLiteral("/capacities.mdb")).toStdString());
+    SystemPrinters printers;
+    Screens screens(userLocale(), messageBox, printers, (directory + QStringLiteral("/capacities.mdb")).toStdString());
     screens.showSetup();
     return QApplication::exec();
 }

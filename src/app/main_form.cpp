@@ -28,17 +28,11 @@ constexpr std::array<const char*, labelCount> labelNames{
 constexpr const char* numericBoxes[] = {"txtPumpRate", "txtPressure",     "txtTankVolume",
                                         "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint"};
 
-/// What an edit of an input empties, in this order; an edit of the tank volume leaves the first one.
-constexpr Label resultLabels[] = {Label::lblHFPLFP,
-                                  Label::lblPRFlow,
-                                  Label::lblBRFlow,
-                                  Label::lblTotalFlow,
-                                  Label::lblSGGas,
-                                  Label::lblCV,
-                                  Label::lblValveBodySize,
-                                  Label::lblMaxValveCapacity,
-                                  Label::lblPercentValveCapacity,
-                                  Label::lblComments};
+/// What an edit of an input empties, in this order.
+constexpr Label resultLabels[] = {
+    Label::lblPRFlow, Label::lblBRFlow,        Label::lblTotalFlow,        Label::lblSGGas,
+    Label::lblCV,     Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity,
+    Label::lblHFPLFP, Label::lblComments};
 
 constexpr const char* storedMaterialControls[] = {"lblBoilingPoint",   "txtBoilingPoint",  "lblTempUnits1",
                                                   "lblFlashPoint",     "txtFlashPoint",    "lblTempUnits2",
@@ -110,13 +104,13 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
          {std::span<const char* const>(flowRow), {capacityRow}, {bodySizeRow}})
         for (rows_.emplace_back(); const char* const name : names)
             rows_.back().push_back(&control<QLabel>(*this, name));
-    for (const auto& [value, caption] : describedBy)
-        control<QLabel>(*this, value).setAccessibleDescription(control<QLabel>(*this, caption).text());
-    control<QLabel>(*this, "lblComments").setAccessibleDescription(control<QGroupBox>(*this, "frmComments").title());
     setText("txtSpecGrav", "0.97");
     gas_->setGas(QStringLiteral("Nitrogen"));
     connectHandlers();
     load();
+    for (const auto& [value, caption] : describedBy)
+        control<QLabel>(*this, value).setAccessibleDescription(control<QLabel>(*this, caption).text());
+    control<QLabel>(*this, "lblComments").setAccessibleDescription(control<QGroupBox>(*this, "frmComments").title());
     control<NumericBox>(*this, "txtPumpRate").setFocus();
 }
 
@@ -139,6 +133,7 @@ void MainForm::connectHandlers()
     onClick("cmdClear", [this] { modClearData(); });
     onClick("cmdNewCalc", [this] { emit newCalcRequested(); });
     onClick("cmdExit", [this] { emit exitRequested(); });
+    onClick("cmdPrint", [this] { emit printRequested(); });
 }
 
 void MainForm::load()

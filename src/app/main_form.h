@@ -33,6 +33,8 @@ signals:
     void newCalcRequested();
     /// "E&xit" was pressed.
     void exitRequested();
+    /// "Prin&t" was pressed.
+    void printRequested();
 
 private:
     void connectHandlers();

@@ -1,12 +1,15 @@
 #include "app/screens.h"
 
+#include "app/form_layout.h"
 #include "app/main_form.h"
 #include "app/setup_form.h"
+#include "report/print_command.h"
 
 #include <QApplication>
+#include <QPushButton>
 
-Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, std::string capacityFile)
-    : locale_(locale), messageBox_(messageBox), store_(std::move(capacityFile), numbers_)
+Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& printers, std::string capacityFile)
+    : locale_(locale), messageBox_(messageBox), printers_(printers), store_(std::move(capacityFile), numbers_)
 {
 }
 
@@ -30,6 +33,10 @@ void Screens::showMain()
     connect(mainForm, &MainForm::exitRequested, qApp, [mainForm] {
         mainForm->close();
         QApplication::quit();
+    });
+    connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
+        cmdPrint_Click(
+            {state_, *mainForm, control<QPushButton>(*mainForm, "cmdPrint"), messageBox_, numbers_, printers_});
     });
     replaceForm(mainForm);
 }

@@ -10,6 +10,7 @@
 
 class LocaleInfo;
 class MessageBox;
+class Printers;
 
 /// Loads, shows and unloads the two forms; only one of them exists at a time. Owns the record and what the sizing
 /// routines reach. The program ends when the window that is open closes.
@@ -19,7 +20,7 @@ class Screens : public QObject
 
 public:
     /// `capacityFile` is the path of the capacity data file, UTF-8.
-    Screens(const LocaleInfo& locale, MessageBox& messageBox, std::string capacityFile);
+    Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& printers, std::string capacityFile);
     ~Screens() override;
 
     void showSetup();
@@ -34,6 +35,7 @@ private:
 
     const LocaleInfo& locale_;
     MessageBox& messageBox_;
+    Printers& printers_;
     SizingState state_;
     NumberText numbers_;
     CapacityStore store_;

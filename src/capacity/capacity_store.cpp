@@ -5,6 +5,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -70,20 +71,25 @@ void CapacityRows::step()
     }
     if (result != SQLITE_ROW)
         throw SilentFailure(sqlite3_errmsg(file_.get()));
-    for (int column = 0; Cell & cell : current_) {
-        cell.type = sqlite3_column_type(statement, column);
-        if (cell.type == SQLITE_TEXT)
-            cell.text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-        else
-            cell.number = sqlite3_column_double(statement, column);
-        ++column;
-    }
+    for (const int column : asked_)
+        read(column);
+}
+
+void CapacityRows::read(int column)
+{
+    sqlite3_stmt* const statement = statement_.get();
+    Cell& cell = current_[static_cast<std::size_t>(column)];
+    cell.type = sqlite3_column_type(statement, column);
+    if (cell.type == SQLITE_TEXT)
+        cell.text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+    else
+        cell.number = sqlite3_column_double(statement, column);
 }
 
 void CapacityRows::next()
 {
-    if (atEnd_)
-        throw SilentFailure("no current row");
+    if (atEnd_ || steppedBack_)
+        throw SilentFailure("the walk is over");
     std::swap(before_, current_);
     hasBefore_ = true;
     step();
@@ -95,14 +101,22 @@ void CapacityRows::previous()
         throw SilentFailure("no row before");
     std::swap(before_, current_);
     hasBefore_ = false;
+    steppedBack_ = true;
     atEnd_ = false;
 }
 
-int CapacityRows::column(const char* name) const
+int CapacityRows::column(const char* name)
 {
-    for (int column = 0; column < sqlite3_column_count(statement_.get()); ++column)
-        if (sqlite3_stricmp(sqlite3_column_name(statement_.get(), column), name) == 0)
-            return column;
+    for (int column = 0; column < sqlite3_column_count(statement_.get()); ++column) {
+        if (sqlite3_stricmp(sqlite3_column_name(statement_.get(), column), name) != 0)
+            continue;
+        if (std::find(asked_.begin(), asked_.end(), column) == asked_.end()) {
+            asked_.push_back(column);
+            if (!atEnd_ && !steppedBack_)
+                read(column);
+        }
+        return column;
+    }
     throw SilentFailure(std::string("no column ") + name);
 }
 
@@ -110,7 +124,10 @@ const CapacityRows::Cell& CapacityRows::cell(int column) const
 {
     if (atEnd_)
         throw SilentFailure("no current row");
-    return current_[static_cast<std::size_t>(column)];
+    const Cell& value = current_[static_cast<std::size_t>(column)];
+    if (value.type == notRead)
+        throw SilentFailure("the column was not asked for in time");
+    return value;
 }
 
 std::optional<double> CapacityRows::numberOrEmpty(int column) const

@@ -22,11 +22,13 @@ public:
     bool atEnd() const { return atEnd_; }
     void next();
 
-    /// Steps back to the row before; there is none before the first row, and only one step back is possible.
+    /// Steps back to the row before, which ends the walk. There is none before the first row, and only the columns
+    /// asked for while it was current can be read.
     void previous();
 
-    /// Position of a column, for the reads below. Case does not matter, as in SQL.
-    int column(const char* name) const;
+    /// Asks for a column, from the current row on, and gives its position for the reads below. Case does not matter,
+    /// as in SQL.
+    int column(const char* name);
 
     /// A value of the current row as a number; nullopt when it is empty.
     std::optional<double> numberOrEmpty(int column) const;
@@ -41,9 +43,10 @@ private:
         void operator()(sqlite3* file) const;
         void operator()(sqlite3_stmt* statement) const;
     };
+    static constexpr int notRead = 0;
     struct Cell
     {
-        int type = 0; ///< SQLite's type code
+        int type = notRead; ///< or SQLite's type code
         double number = 0;
         std::string text;
     };
@@ -52,14 +55,17 @@ private:
     CapacityRows() = default;
     void prepare(const std::string& sql);
     void step();
+    void read(int column);
     const Cell& cell(int column) const;
 
     std::unique_ptr<sqlite3, Closer> file_;
     std::unique_ptr<sqlite3_stmt, Closer> statement_; ///< closed before the file
+    std::vector<int> asked_; ///< only these columns are read: a walk passes many rows
     Row current_;
     Row before_; ///< the row walked over last
     bool atEnd_ = false;
     bool hasBefore_ = false;
+    bool steppedBack_ = false; ///< the statement stands one row ahead of `current_`
 };
 
 /// The capacity data file `capacities.mdb`: an SQLite 3 file of valve capacity tables and large-tank breathing tables.

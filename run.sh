@@ -1,0 +1,22 @@
+#!/bin/bash
+# Installs what is missing, builds the program into build/ and opens it. Without a display it is taken on a tour instead:
+# see tools/tour.sh.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "$0")")"
+
+groups=(build run)
+if [[ -z ${DISPLAY:-} ]]; then
+    if [[ -n ${WAYLAND_DISPLAY:-} ]]; then groups+=(wayland); else groups+=(tour); fi
+fi
+tools/install_packages.sh "${groups[@]}"
+
+echo "== Building the program"
+cmake --preset release
+cmake --build --preset release --target blanketing-valve-sizing capacities
+
+if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then
+    echo "== Opening the program"
+    exec build/bin/blanketing-valve-sizing
+fi
+echo "== There is no display (DISPLAY and WAYLAND_DISPLAY are empty): running the program on a virtual one"
+tools/tour.sh build/bin/blanketing-valve-sizing build/tour

@@ -1,0 +1,54 @@
+#include "report/print_command.h"
+
+#include "app/sizing_state.h"
+#include "engine/main_screen.h"
+#include "engine/read_number.h"
+#include "platform/message_box.h"
+#include "platform/printers.h"
+#include "report/summary_form.h"
+
+#include <QWidget>
+
+namespace
+{
+
+/// Judges the stored material afresh from the points of the last sizing, at the limits of the flow calculation.
+void judgeFlashBoil(const PrintContext& print)
+{
+    SizingState& state = print.state;
+    const bool us = state.UnitSystem == "US";
+    if (state.ValveType != "Depad" || state.SizingCase != "Depad API-2000" || (!us && state.UnitSystem != "Metric"))
+        return;
+    const bool flash = !print.screen.text(Box::txtFlashPoint).empty();
+    const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149);
+    state.HighFlashBoil = readNumber(print.numbers, flash ? state.FlashPoint : state.BoilingPoint) >= limit;
+}
+
+void printSummary(const PrintContext& print)
+{
+    if (print.printers.count() < 1) {
+        print.messageBox.show("There is no printer installed on this computer.");
+        print.cmdPrint.setEnabled(false);
+        return;
+    }
+    print.cmdPrint.setEnabled(true);
+    if (print.screen.caption(Label::lblTotalFlow).empty() ||
+        print.screen.caption(Label::lblPercentValveCapacity).empty()) {
+        print.screen.setCaption(Label::lblComments, "You must size a valve before printing.");
+        return;
+    }
+    judgeFlashBoil(print);
+    const SummaryForm summary(print.state, print.numbers, print.screen, print.messageBox);
+    print.printers.print(SummaryForm::caption(), [&summary](QPrinter& printer) { summary.paint(printer); });
+}
+
+} // namespace
+
+void cmdPrint_Click(const PrintContext& print)
+{
+    try {
+        printSummary(print);
+    } catch (const std::exception&) {
+        print.messageBox.show("cmdPrint: A printing error has occurred");
+    }
+}

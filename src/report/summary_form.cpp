@@ -1,0 +1,340 @@
+#include "report/summary_form.h"
+
+#include "app/sizing_state.h"
+#include "engine/checked_math.h"
+#include "engine/main_screen.h"
+#include "platform/message_box.h"
+#include "platform/number_text.h"
+
+#include <QDate>
+#include <QFont>
+#include <QImage>
+#include <QLocale>
+#include <QPageLayout>
+#include <QPainter>
+#include <QPrinter>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <stdexcept>
+#include <vector>
+
+namespace
+{
+
+constexpr int labelGap = 60; // twips kept between two labels of a line where the first one is long
+
+struct Filling
+{
+    const char* label;
+    std::string (*text)(const SizingState& state, const NumberText& numbers);
+};
+
+std::string shortDateToday()
+{
+    return QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat).toStdString();
+}
+
+std::string gravityCaption(const SizingState& state)
+{
+    for (const auto& [valveType, caption] : {std::pair{"Pad", "Specific Gravity of Blanketing Gas:"},
+                                             std::pair{"Depad", "Specific Gravity of Vented Gas:"}})
+        if (state.ValveType == valveType)
+            return caption;
+    return "Specific Gravity:";
+}
+
+std::string percentText(const SizingState& state)
+{
+    return std::to_string(toWhole<std::int16_t>(static_cast<double>(state.PercentCap) * 100));
+}
+
+std::string degrees(const SizingState& state)
+{
+    return state.UnitSystem == "US" ? "deg.F" : "deg.C";
+}
+
+using State = const SizingState&;
+using Numbers = const NumberText&;
+
+/// In the order of filling: where one fails, the labels after it keep their design texts.
+constexpr Filling fillings[] = {
+    {"lblReportDate", [](State, Numbers) { return shortDateToday(); }},
+    {"lblSpecGravlbl", [](State state, Numbers) { return gravityCaption(state); }},
+    {"lblValveBodySize", [](State state, Numbers) { return state.ValveBodySize; }},
+    {"lblCV", [](State state, Numbers numbers) { return numbers.general(state.SelectedCv); }},
+    // Widened: the capacity shows the digits of its single-precision value, as on the main form.
+    {"lblMaxValveCap",
+     [](State state, Numbers numbers) { return numbers.general(static_cast<double>(state.MaxValveCap)); }},
+    {"lblMaxValveCapUnits", [](State state, Numbers) { return state.FlowUnits; }},
+    {"lblTotalFlowRate", [](State state, Numbers numbers) { return numbers.general(state.TotalFlow); }},
+    {"lblTotalFlowUnits", [](State state, Numbers) { return state.FlowUnits; }},
+    {"lblPercentValveCapacity", [](State state, Numbers) { return percentText(state); }},
+    {"lblPercentUnits", [](State, Numbers) { return std::string("%"); }},
+    {"lblComments", [](State state, Numbers) { return state.Comments; }},
+    {"lblValveType", [](State state, Numbers) { return state.ValveType; }},
+    {"lblSizingMethod", [](State state, Numbers) { return state.SizingMethod; }},
+    {"lblSpecGrav", [](State state, Numbers numbers) { return numbers.general(state.SpecGrav); }},
+    {"lblBlanketingGas", [](State state, Numbers) { return state.BlanketingGas; }},
+    {"lblMaterial", [](State state, Numbers) { return state.StoredMaterial; }},
+    {"lblBP", [](State state, Numbers) { return state.BoilingPoint; }},
+    {"lblFP", [](State state, Numbers) { return state.FlashPoint; }},
+    {"lblPumpRate", [](State state, Numbers numbers) { return numbers.general(state.PumpRate); }},
+    {"lblPressure", [](State state, Numbers numbers) { return numbers.general(state.InputPressure); }},
+    {"lblTankVolume", [](State state, Numbers numbers) { return numbers.general(state.TankVolume); }},
+    {"lblValveModel", [](State state, Numbers) { return state.ValveModel; }},
+    {"lblTotalFlowSG", [](State state, Numbers numbers) { return numbers.standard(state.SpecGrav); }},
+    {"lblMaxFlowSG", [](State state, Numbers numbers) { return numbers.standard(state.SpecGrav); }},
+    {"lblBPUnits", [](State state, Numbers) { return degrees(state); }},
+    {"lblFPUnits", [](State state, Numbers) { return degrees(state); }},
+    {"lblPressureUnits", [](State state, Numbers) { return state.PressUnits; }},
+    {"lblVolumeUnits", [](State state, Numbers) { return state.VolUnits; }},
+    {"lblPumpRateUnits", [](State state, Numbers) { return state.PumpRateUnits; }},
+    {"lblHighFlashBoil",
+     [](State state, Numbers) {
+         return std::string(state.HighFlashBoil ? "High Flash/Boiling Point" : "Low Flash/Boiling Point");
+     }},
+    {"lblCustomerName", [](State state, Numbers) { return state.CustomerName; }},
+    {"lblCustomerLocation", [](State state, Numbers) { return state.CustomerLocation; }},
+    {"lblCustTagNo", [](State state, Numbers) { return state.CustTagNo; }},
+    {"lblNotes", [](State state, Numbers) { return state.Notes; }},
+    {"lblORMRep", [](State state, Numbers) { return state.Representative; }},
+};
+
+struct CaseRule
+{
+    const char* sizingCase;
+    bool api2000;
+    bool depadApi2000;
+    const char* pressureCaption;
+};
+
+constexpr CaseRule caseRules[] = {
+    {"Pad Direct Displacement", false, false, "Supply Pressure"},
+    {"Depad Direct Displacement", false, false, "Differential Pressure"},
+    {"Pad API-2000", true, false, "Supply Pressure"},
+    {"Depad API-2000", true, true, "Differential Pressure"},
+};
+
+bool isShown(ShownIn shownIn, const CaseRule& rule)
+{
+    switch (shownIn) {
+        case ShownIn::api2000:
+            return rule.api2000;
+        case ShownIn::depadApi2000:
+            return rule.depadApi2000;
+        default:
+            return true;
+    }
+}
+
+std::size_t rowIndex(std::string_view name)
+{
+    const auto found = std::find_if(std::begin(summaryRows), std::end(summaryRows),
+                                    [&](const SummaryRow& row) { return row.name == name; });
+    if (found == std::end(summaryRows))
+        throw std::out_of_range("no such control on the summary: " + std::string(name));
+    return static_cast<std::size_t>(found - std::begin(summaryRows));
+}
+
+/// In twips, which are the painter's unit: the size on paper is the same at every resolution.
+QFont summaryFont(Type type)
+{
+    QFont font;
+    font.setFamilies({QStringLiteral("Times New Roman"), QStringLiteral("Liberation Serif")});
+    font.setStyleHint(QFont::Serif);
+    font.setPixelSize(type == Type::heading ? 240 : type == Type::small ? 165 : 195);
+    font.setBold(type == Type::bold);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return font;
+}
+
+bool endsAtRight(Place place)
+{
+    return place == Place::boxedRight || place == Place::fittedRight;
+}
+
+/// The text of one label, broken into lines no wider than `width`; a single-line label has its first line only.
+class LabelText
+{
+public:
+    LabelText(const SummaryRow& row, const QString& text, double width) : layout_(text, summaryFont(row.type))
+    {
+        const bool wraps = row.place == Place::wrapped;
+        QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+        option.setTextDirection(Qt::LeftToRight);
+        option.setUseDesignMetrics(true);
+        option.setWrapMode(wraps ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::WrapAnywhere);
+        layout_.setTextOption(option);
+        layout_.beginLayout();
+        do
+            addLine(width);
+        while (wraps && lines_.back().isValid());
+        layout_.endLayout();
+        if (!lines_.back().isValid())
+            lines_.pop_back();
+    }
+
+    double width() const { return lines_.empty() ? 0 : lines_.front().naturalTextWidth(); }
+
+    /// Draws the lines from the top of the box. Where they need more than its height they move together, down to
+    /// the type size; lines that still find no room are left out.
+    void draw(QPainter& painter, double left, const SummaryRow& row) const
+    {
+        if (lines_.empty())
+            return;
+        double step = lines_.front().height();
+        std::size_t count = lines_.size();
+        if (count > 1) {
+            const double room = row.height - step;
+            const double size = layout_.font().pixelSize();
+            count = std::min(count, static_cast<std::size_t>(room / size) + 1);
+            step = std::min(step, room / static_cast<double>(count - 1));
+        }
+        for (std::size_t line = 0; line < count; ++line)
+            lines_[line].draw(&painter, QPointF(left, row.top + step * static_cast<double>(line)));
+    }
+
+private:
+    void addLine(double width)
+    {
+        lines_.push_back(layout_.createLine());
+        if (lines_.back().isValid())
+            lines_.back().setLineWidth(width);
+    }
+
+    QTextLayout layout_;
+    std::vector<QTextLine> lines_;
+};
+
+double neededWidth(const SummaryRow& row, const QString& text)
+{
+    return row.place == Place::fitted ? LabelText(row, text, std::numeric_limits<int>::max()).width() : row.width;
+}
+
+} // namespace
+
+QTransform placeSummary(const QSizeF& paper, const QRectF& printable)
+{
+    const double scale = std::min({1.0, printable.width() / summaryWidth, printable.height() / summaryHeight});
+    const auto start = [scale](double whole, double from, double to, int length) {
+        return std::clamp((whole - scale * length) / 2, from, std::max(from, to - scale * length));
+    };
+    return QTransform(scale, 0, 0, scale, start(paper.width(), printable.left(), printable.right(), summaryWidth),
+                      start(paper.height(), printable.top(), printable.bottom(), summaryHeight));
+}
+
+SummaryForm::SummaryForm(const SizingState& state, const NumberText& numbers, MainScreen& screen,
+                         MessageBox& messageBox)
+{
+    for (std::size_t row = 0; row < shown_.size(); ++row)
+        shown_[row].text = QString::fromUtf8(summaryRows[row].text);
+    try {
+        fill(state, numbers);
+    } catch (const std::exception&) {
+        messageBox.show("frmPrint Form_Load: An error has occurred while printing");
+        screen.modClearData();
+    }
+}
+
+QString SummaryForm::caption()
+{
+    return QStringLiteral("ORM - Valve Sizing Summary");
+}
+
+void SummaryForm::fill(const SizingState& state, const NumberText& numbers)
+{
+    for (const Filling& filling : fillings)
+        at(filling.label).text = QString::fromStdString(filling.text(state, numbers));
+    showCase(state);
+    at("lblComments").visible = true;
+}
+
+void SummaryForm::showCase(const SizingState& state)
+{
+    const auto rule = std::find_if(std::begin(caseRules), std::end(caseRules),
+                                   [&](const CaseRule& candidate) { return state.SizingCase == candidate.sizingCase; });
+    if (rule == std::end(caseRules))
+        return;
+    for (std::size_t row = 0; row < shown_.size(); ++row)
+        shown_[row].visible = isShown(summaryRows[row].shownIn, *rule);
+    at("lblPressurelbl").text = QString::fromUtf8(rule->pressureCaption);
+}
+
+const SummaryForm::Shown& SummaryForm::shown(std::string_view name) const
+{
+    return shown_[rowIndex(name)];
+}
+
+SummaryForm::Shown& SummaryForm::at(std::string_view name)
+{
+    return shown_[rowIndex(name)];
+}
+
+void SummaryForm::paint(QPrinter& printer) const
+{
+    printer.setFullPage(true);
+    printer.setPageOrientation(QPageLayout::Portrait);
+    QPainter painter;
+    if (!painter.begin(&printer))
+        throw std::runtime_error("the printer cannot be painted on");
+    const double dots = printer.resolution() / 1440.0; // a twip
+    const QSizeF paper(printer.width() / dots, printer.height() / dots);
+    QPageLayout layout = printer.pageLayout();
+    layout.setUnits(QPageLayout::Point);
+    const QMarginsF margins = layout.minimumMargins() * 20;
+    painter.scale(dots, dots);
+    painter.setTransform(placeSummary(paper, QRectF(QPointF(), paper).marginsRemoved(margins)), true);
+    paint(painter);
+    if (!painter.end())
+        throw std::runtime_error("the page was not printed");
+}
+
+void SummaryForm::paint(QPainter& painter) const
+{
+    painter.setPen(Qt::black);
+    std::size_t first = 0;
+    while (first < shown_.size()) {
+        std::size_t end = first + 1;
+        while (end < shown_.size() && summaryRows[end].top == summaryRows[first].top)
+            ++end;
+        paintRow(painter, first, end);
+        first = end;
+    }
+}
+
+void SummaryForm::paintRow(QPainter& painter, std::size_t first, std::size_t end) const
+{
+    const auto isLeft = [this](std::size_t at) {
+        const Place place = summaryRows[at].place;
+        return shown_[at].visible && !shown_[at].text.isEmpty() && place != Place::picture && !endsAtRight(place);
+    };
+    // The values and units of a line stand at their stated places; one that grows into the next pushes it on.
+    double needed = 0;
+    for (std::size_t at = first; at < end; ++at)
+        needed += isLeft(at) ? labelGap + neededWidth(summaryRows[at], shown_[at].text) : 0;
+    double free = 0;
+    for (std::size_t at = first; at < end; ++at) {
+        const SummaryRow& row = summaryRows[at];
+        const QString& text = shown_[at].text;
+        if (!shown_[at].visible || text.isEmpty())
+            continue;
+        if (row.place == Place::picture) {
+            painter.drawImage(QRectF(row.left, row.top, row.width, row.height), QImage(text));
+        } else if (endsAtRight(row.place)) {
+            const double right = row.left + row.width;
+            const LabelText label(row, text, right);
+            label.draw(painter, right - label.width(), row);
+        } else {
+            const double left = std::max<double>(row.left, free);
+            const double width = neededWidth(row, text);
+            needed -= labelGap + width;
+            const double room =
+                std::min(summaryWidth - left - needed, row.place == Place::fitted ? summaryWidth : width);
+            LabelText(row, text, room).draw(painter, left, row);
+            free = left + std::min(width, room) + labelGap;
+        }
+    }
+}

@@ -1,0 +1,372 @@
+#include "gui/screens_fixture.h"
+
+#include <QAccessible>
+
+namespace
+{
+
+class MainFormTest : public ScreensTest
+{
+protected:
+    void sizePad()
+    {
+        set("txtPumpRate", "100");
+        set("txtPressure", "60");
+        set("txtTankVolume", "10000");
+        press("cmdCalcFlowRate");
+        ASSERT_EQ(shown("lblTotalFlow"), "1038");
+        ASSERT_NE(shown("lblCV"), "");
+    }
+
+    void sizeDepad()
+    {
+        set("txtPumpRate", "50");
+        set("txtPressure", "50");
+        set("txtTankVolume", "500");
+        set("txtFlashPoint", "60");
+        press("cmdCalcFlowRate");
+        ASSERT_NE(shown("lblCV"), "");
+    }
+};
+
+TEST_F(MainFormTest, LoadsForTheChosenCase)
+{
+    struct Case
+    {
+        std::initializer_list<const char*> options;
+        const char* captions; ///< pump rate, breathing flow, pressure, gas, gravity, flow and temperature units
+        const char* gas;      ///< gas, gravity, tank volume
+        bool tankShown;
+        bool materialShown;
+    };
+    for (const Case& c : {
+             Case{{},
+                  "Pump-&Out Rate|+ Inbreathing Flow|Supply &Pressure of Blanketing Gas|&Blanketing Gas:|Specific "
+                  "&Gravity - Blanketing Gas|SCFH of|(F)|gpm|PSI|Gallons",
+                  "Nitrogen|0.97|",
+                  true,
+                  false},
+             {{"optDD"},
+              "Pump-&Out Rate|+ Inbreathing Flow|Supply &Pressure of Blanketing Gas|&Blanketing Gas:|Specific &Gravity "
+              "- Blanketing Gas|SCFH of|(F)|gpm|PSI|Gallons",
+              "Nitrogen|0.97|0",
+              false,
+              false},
+             {{"optSeries63", "optDepad", "optMetricUnits"},
+              "Pump-In Rate|+ Outbreathing Flow|Differential &Pressure|&Vented Gas:|Specific &Gravity - Vented "
+              "Gas|Nm3/Hr of|(C)|m3/Hr|mbar|Cubic Meters",
+              "Air|1|",
+              true,
+              true},
+             {{"optSeries63", "optDepad", "optDD"},
+              "Pump-In Rate|+ Outbreathing Flow|Differential &Pressure|&Vented Gas:|Specific &Gravity - Vented "
+              "Gas|SCFH of|(F)|gpm|PSI|Gallons",
+              "Air|1|0",
+              false,
+              false},
+         }) {
+        screens.showSetup();
+        openMain(c.options);
+        std::string captions;
+        for (const char* const label :
+             {"lblPumpRate", "lblBRFlowLabel", "lblPressure", "lblBlanketingGas", "lblSpecGravlbl", "lblFlow1",
+              "lblTempUnits1", "lblPumpRateUnits", "lblPressureUnits", "lblVolumeUnits"})
+            captions += (captions.empty() ? "" : "|") + shown(label);
+        EXPECT_EQ(captions, c.captions);
+        EXPECT_EQ(gas() + "|" + entered("txtSpecGrav") + "|" + entered("txtTankVolume"), c.gas);
+        for (const char* const name : {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"})
+            EXPECT_EQ(get<QWidget>(name).isVisible(), c.tankShown) << name;
+        for (const char* const name : {"lblBoilingPoint", "txtBoilingPoint", "lblTempUnits1", "lblFlashPoint",
+                                       "txtFlashPoint", "lblTempUnits2", "lblStoredMaterial", "txtStoredMaterial"})
+            EXPECT_EQ(get<QWidget>(name).isVisible(), c.materialShown) << name;
+        EXPECT_EQ(shown("lblComments").starts_with("Direct Displacement only accounts for a direct"), !c.tankShown);
+        EXPECT_EQ(get<QComboBox>("cmbBlanketingGas").count(), 4);
+        EXPECT_EQ(focus(), "txtPumpRate");
+    }
+}
+
+TEST_F(MainFormTest, EditsEmptyTheResults)
+{
+    openMain({"optSeries63", "optDepad", "optMetricUnits"});
+    for (const char* const box : {"txtPumpRate", "txtPressure", "txtTankVolume", "txtSpecGrav", "txtBoilingPoint",
+                                  "txtFlashPoint", "cmbBlanketingGas", "txtStoredMaterial"}) {
+        sizeDepad();
+        const bool material = box == std::string("txtStoredMaterial");
+        const bool tank = box == std::string("txtTankVolume");
+        get<QWidget>(box).setFocus();
+        type("1");
+        EXPECT_EQ(results().empty(), !material) << box;
+        EXPECT_EQ(shown("lblHFPLFP"), material || tank ? "High Flash Point" : "") << box;
+        EXPECT_EQ(shown("lblComments").empty(), !material) << box;
+        EXPECT_FALSE(shown("lblSGGas2").empty()) << box;
+        set("txtSpecGrav", "1");
+        set("txtBoilingPoint", "");
+    }
+    sizeDepad();
+    set("txtPumpRate", "50"); // the text it has already: no change
+    EXPECT_NE(results(), "");
+}
+
+TEST_F(MainFormTest, ClearKeepsTheGas)
+{
+    openMain({"optSeries63", "optDepad", "optMetricUnits"});
+    set("txtSpecGrav", "1.52");
+    set("txtStoredMaterial", "oil");
+    sizeDepad();
+    const float cv = screens.state().SelectedCv;
+    press("cmdClear");
+    EXPECT_EQ(results() + shown("lblHFPLFP") + shown("lblComments") + shown("lblSGGas2"), "");
+    for (const char* const box :
+         {"txtPumpRate", "txtPressure", "txtBoilingPoint", "txtFlashPoint", "txtStoredMaterial"})
+        EXPECT_EQ(entered(box), "") << box;
+    EXPECT_EQ(entered("txtTankVolume") + gas() + entered("txtSpecGrav"), "0Dry CO21.52");
+    EXPECT_EQ(screens.state().SelectedCv, cv) << "the record keeps the last sizing";
+}
+
+TEST_F(MainFormTest, GravityNamesItsGasKeyByKey)
+{
+    openMain();
+    get<QLineEdit>("txtSpecGrav").setFocus();
+    struct Step
+    {
+        char key;
+        const char* gas;
+    };
+    for (const Step& step : {Step{'1', "Air"}, {'.', "Air"}, {'5', ""}, {'2', "Dry CO2"}}) {
+        type(QString(QChar(step.key)));
+        EXPECT_EQ(gas(), step.gas) << step.key;
+    }
+    for (const auto& [text, name] : {std::pair{".6", "Natural Gas"},
+                                     {"0.60", "Natural Gas"},
+                                     {"1.00", "Air"},
+                                     {"0.97", "Nitrogen"},
+                                     {"0.9700001", ""},
+                                     {"", ""}}) {
+        set("txtSpecGrav", text);
+        EXPECT_EQ(gas(), name) << text;
+    }
+}
+
+TEST_F(MainFormTest, PickedGasSetsItsGravity)
+{
+    openMain();
+    auto& box = get<QComboBox>("cmbBlanketingGas");
+    box.setFocus();
+    key(Qt::Key_Down);
+    EXPECT_EQ(gas() + entered("txtSpecGrav"), "Air1");
+    key(Qt::Key_Down);
+    EXPECT_EQ(gas() + entered("txtSpecGrav"), "Dry CO21.52");
+
+    // Typing names a gas but never picks one, neither by Enter nor by leaving.
+    box.lineEdit()->selectAll();
+    type("nitrogen");
+    EXPECT_EQ(gas(), "nitrogen");
+    key(Qt::Key_Return);
+    key(Qt::Key_Tab);
+    EXPECT_EQ(gas() + entered("txtSpecGrav"), "nitrogen1.52");
+    box.setFocus();
+    box.lineEdit()->selectAll();
+    type("Air");
+    key(Qt::Key_Return);
+    key(Qt::Key_Tab);
+    EXPECT_EQ(gas() + entered("txtSpecGrav"), "Air1.52");
+    EXPECT_EQ(box.count(), 4);
+
+    // The wheel turns it only while it has the focus.
+    QWheelEvent wheel(QPointF(5, 5), box.mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&box, &wheel);
+    EXPECT_EQ(gas() + entered("txtSpecGrav"), "Air1.52");
+}
+
+TEST_F(MainFormTest, NumericBoxesTakeDigitsSeparatorAndBackspace)
+{
+    openMain();
+    auto& box = get<QLineEdit>("txtPumpRate");
+    type("1a-2 .3,4e");
+    EXPECT_EQ(box.text(), "12.34");
+    key(Qt::Key_Backspace);
+    QApplication::clipboard()->setText("-5 x");
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(box.text(), "12.3");
+    key(Qt::Key_Home);
+    key(Qt::Key_Delete);
+    EXPECT_EQ(box.text(), "2.3");
+    key(Qt::Key_Insert, Qt::ShiftModifier); // pasting is not typing
+    EXPECT_EQ(box.text(), "-5 x2.3");
+
+    QInputMethodEvent composed;
+    composed.setCommitString("7٧8");
+    QApplication::sendEvent(&box, &composed);
+    EXPECT_EQ(box.text(), "-5 x782.3");
+}
+
+TEST_F(MainFormTest, CommaLocale)
+{
+    locale = GivenLocale(",");
+    screens.showSetup();
+    openMain();
+    EXPECT_EQ(entered("txtSpecGrav") + gas(), "0,97Nitrogen");
+    type("12.5,5");
+    key(Qt::Key_Period, Qt::KeypadModifier);
+    EXPECT_EQ(entered("txtPumpRate"), "125,5,");
+    set("txtSpecGrav", "1,52");
+    EXPECT_EQ(gas(), "Dry CO2");
+    get<QComboBox>("cmbBlanketingGas").setFocus();
+    key(Qt::Key_Down);
+    EXPECT_EQ(entered("txtSpecGrav"), "0,6");
+
+    set("txtPumpRate", "100,0");
+    set("txtPressure", "60,0");
+    set("txtTankVolume", "10000");
+    press("cmdCalcFlowRate");
+    EXPECT_EQ(shown("lblTotalFlow"), "1038");
+    EXPECT_EQ(shown("lblSGGas") + " " + shown("lblSGGas2"), "0,60 0,60");
+    EXPECT_EQ(shown("lblCV"), "0,4");
+}
+
+TEST_F(MainFormTest, EnteringABoxSelectsItsFirstTenCharacters)
+{
+    openMain();
+    set("txtPressure", "123456789012");
+    auto& box = get<QLineEdit>("txtPressure");
+    const auto expectSelected = [&](const char* how) {
+        EXPECT_EQ(box.selectedText(), "1234567890") << how;
+        get<QLineEdit>("txtPumpRate").setFocus();
+    };
+    key(Qt::Key_Tab);
+    expectSelected("Tab");
+    key(Qt::Key_P, Qt::AltModifier);
+    expectSelected("access key");
+    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
+    expectSelected("mouse");
+    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
+    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
+    EXPECT_EQ(box.selectedText(), "") << "a second click places the cursor";
+}
+
+TEST_F(MainFormTest, KeyboardReachesEverything)
+{
+    openMain({"optSeries63", "optDepad"});
+    std::string road;
+    for (int step = 0; step < 13; ++step) {
+        road += focus() + " ";
+        key(Qt::Key_Tab);
+    }
+    EXPECT_EQ(road, "txtPumpRate txtPressure txtTankVolume cmbBlanketingGas txtSpecGrav txtBoilingPoint txtFlashPoint "
+                    "txtStoredMaterial cmdCalcFlowRate cmdPrint cmdClear cmdNewCalc cmdExit ");
+    EXPECT_EQ(focus(), "txtPumpRate");
+    for (const auto& [letter, box] : {std::pair{Qt::Key_P, "txtPressure"},
+                                      {Qt::Key_G, "txtSpecGrav"},
+                                      {Qt::Key_B, "txtBoilingPoint"},
+                                      {Qt::Key_F, "txtFlashPoint"},
+                                      {Qt::Key_M, "txtStoredMaterial"}}) {
+        key(letter, Qt::AltModifier);
+        EXPECT_EQ(focus(), box);
+    }
+    std::set<std::string> sharedV; // the tank volume and the vented gas share it
+    for (int press = 0; press < 2; ++press) {
+        key(Qt::Key_V, Qt::AltModifier);
+        sharedV.insert(focus());
+    }
+    EXPECT_EQ(sharedV, (std::set<std::string>{"cmbBlanketingGas", "txtTankVolume"}));
+
+    get<QPushButton>("cmdCalcFlowRate").setFocus();
+    for (const Qt::Key button : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        get<QLabel>("lblComments").clear();
+        key(button);
+        EXPECT_EQ(shown("lblComments"), "Please enter Pressure and Pump-Rate information.");
+    }
+    key(Qt::Key_N, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return screens.form()->objectName() == "frmFirst"; }));
+}
+
+TEST_F(MainFormTest, ScreenReadersNameBoxesAndDescribeResults)
+{
+    openMain({"optSeries63", "optDepad"});
+    for (const auto& [box, name] : {std::pair{"txtPumpRate", "Pump-In Rate"},
+                                    {"txtPressure", "Differential Pressure"},
+                                    {"txtTankVolume", "Tank Volume:"},
+                                    {"cmbBlanketingGas", "Vented Gas:"},
+                                    {"txtSpecGrav", "Specific Gravity - Vented Gas"},
+                                    {"txtBoilingPoint", "Boiling Point of Stored Material:"},
+                                    {"txtFlashPoint", "Flash Point of Stored Material:"},
+                                    {"txtStoredMaterial", "Material to be Stored (optional):"}}) {
+        EXPECT_EQ(get<QWidget>(box).accessibleName(), name);
+        std::set<QString> labels; // a combo box is announced by its label alone
+        for (const auto& relation : QAccessible::queryAccessibleInterface(&get<QWidget>(box))->relations())
+            labels.insert(relation.first->text(QAccessible::Name));
+        EXPECT_TRUE(labels.contains(name)) << box;
+    }
+    for (const auto& [label, description] : {std::pair{"lblCV", "Valve Coefficient:"},
+                                             {"lblMaxValveCapacity", "Max Valve Capacity:"},
+                                             {"lblValveBodySize", "Valve Body Size:"},
+                                             {"lblPercentValveCapacity", "Valve Capacity Utilized (%):"},
+                                             {"lblBRFlow", "+ Outbreathing Flow"},
+                                             {"lblTotalFlow", "= Total Flow Rate"},
+                                             {"lblComments", "Comments/Notes"}})
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(&get<QWidget>(label))->text(QAccessible::Description),
+                  description);
+}
+
+/// Names of the visible labels and boxes that overlap another one or do not show their whole text.
+std::string misplaced(QWidget& form)
+{
+    std::string names;
+    QList<QWidget*> placed;
+    for (QWidget* const widget : form.findChildren<QWidget*>()) {
+        const bool inside = widget->parentWidget()->inherits("QAbstractItemView") ||
+                            widget->parentWidget()->inherits("QComboBox") || widget->inherits("QGroupBox");
+        if (!widget->isVisible() || inside || widget->objectName().isEmpty() || widget->objectName().startsWith("qt_"))
+            continue;
+        auto* const label = qobject_cast<QLabel*>(widget);
+        if (label != nullptr && label->text().isEmpty())
+            continue;
+        const QRect place(widget->mapTo(&form, QPoint()), widget->size());
+        const int needed = label == nullptr    ? 0
+                           : label->wordWrap() ? label->heightForWidth(label->width())
+                                               : label->sizeHint().height();
+        bool bad = !form.rect().contains(place) || needed > widget->height() ||
+                   (label != nullptr && !label->wordWrap() && label->sizeHint().width() > widget->width()) ||
+                   (qobject_cast<QPushButton*>(widget) != nullptr && widget->sizeHint().width() > widget->width());
+        for (const QWidget* const other : placed)
+            if (place.intersects(QRect(other->mapTo(&form, QPoint()), other->size())))
+                names += other->objectName().toStdString() + "/", bad = true;
+        placed.append(widget);
+        if (bad)
+            names += widget->objectName().toStdString() + " ";
+    }
+    return names;
+}
+
+TEST_F(MainFormTest, NothingIsClippedOrOverlaps)
+{
+    EXPECT_EQ(misplaced(*screens.form()), "");
+    for (const bool depad : {false, true})
+        for (const bool directDisplacement : {false, true})
+            for (const bool metric : {false, true}) {
+                screens.showSetup();
+                openMain({depad ? "optSeries63" : "optSeries61", depad ? "optDepad" : "optPad",
+                          directDisplacement ? "optDD" : "optAPI2000", metric ? "optMetricUnits" : "optUSUnits"});
+                EXPECT_EQ(misplaced(*screens.form()), "");
+                set("txtPumpRate", metric ? "20" : "100");
+                set("txtPressure", depad ? (metric ? "100" : "2") : (metric ? "5" : "60"));
+                set("txtTankVolume", metric ? "500" : "10000");
+                set("txtSpecGrav", "0.6"); // a capacity with many digits
+                set("txtFlashPoint", "60");
+                press("cmdCalcFlowRate");
+                EXPECT_NE(shown("lblCV"), "");
+                EXPECT_EQ(misplaced(*screens.form()), "");
+            }
+    for (const char* const longest :
+         {"Series 61 valves larger than 1/2 inch must have a minimum supply pressure of 1.8 kg/cm2.",
+          "You have exceeded the maximum available valve capacity for the given differential pressure.",
+          "There are special requirements for tanks larger than 7,560,000 gallons. Refer to API Publication 2000.",
+          "Consider reducing valve size or decreasing differential pressure to increase valve utilization for better "
+          "control."}) {
+        get<QLabel>("lblComments").setText(longest);
+        EXPECT_EQ(misplaced(*screens.form()), "") << longest;
+    }
+}
+
+} // namespace

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/sizing_state.h"
+#include "capacity/capacity_store.h"
+#include "engine/sizing_context.h"
+#include "platform/number_text.h"
+#include "support/plain_screen.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <string>
+
+/// A sizing on small tables of its own: a data file in a directory that goes with the test.
+class SizingTest : public testing::Test
+{
+protected:
+    ~SizingTest() override { std::filesystem::remove_all(directory); }
+
+    /// Runs SQL on the data file, which it creates.
+    void sql(const std::string& text)
+    {
+        sqlite3* database = nullptr;
+        ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+        char* error = nullptr;
+        EXPECT_EQ(sqlite3_exec(database, text.c_str(), nullptr, nullptr, &error), SQLITE_OK) << text << ": " << error;
+        sqlite3_free(error);
+        sqlite3_close(database);
+    }
+
+    /// A capacity table with its index; `rows` as SQL values (Pressure, flow, Bodysize, CV).
+    void capacityTable(const std::string& name, const std::string& rows)
+    {
+        sql("CREATE TABLE " + name + " (Pressure REAL, flow REAL, Bodysize TEXT, CV REAL);" + //
+            "CREATE INDEX \"" + name + ".Index\" ON " + name + " (Pressure, flow);" +         //
+            "INSERT INTO " + name + " VALUES " + rows);
+        sizing.state.ValveTable = name;
+    }
+
+    std::string comments() const { return screen.caption(Label::lblComments); }
+
+    const std::filesystem::path directory = newDirectory();
+    const std::filesystem::path file = directory / "capacities.mdb";
+    SizingState state;
+    PlainScreen screen;
+    RecordedMessages messages;
+    NumberText numbers;
+    CapacityStore store{file.string(), numbers};
+    SizingContext sizing{state, screen, messages, numbers, store};
+
+private:
+    static std::filesystem::path newDirectory()
+    {
+        std::string pattern = (std::filesystem::temp_directory_path() / "sizing-test-XXXXXX").string();
+        return mkdtemp(pattern.data());
+    }
+};

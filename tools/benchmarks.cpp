@@ -1,0 +1,306 @@
+// What a click on "&Select Valve Size" costs beside the bare SQLite calls it cannot do without.
+//
+// Each line is one duty on data files of 1, 10 and 100 times the shipped rows. Its time is that of the whole click; its
+// counters give the bare calls' time in microseconds and the ratio of the two. Click and bare calls take turns, so that
+// both meet the same machine.
+
+#include "app/sizing_state.h"
+#include "capacity/capacity_store.h"
+#include "engine/checked_math.h"
+#include "engine/sizing_context.h"
+#include "engine/sizing_driver.h"
+#include "platform/number_text.h"
+#include "support/plain_screen.h"
+
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <iostream>
+#include <list>
+#include <optional>
+#include <stdexcept>
+
+namespace
+{
+
+struct Duty
+{
+    const char* name;
+    SizingState setup; ///< the choices of the setup screen
+    std::map<Box, std::string> boxes;
+    double pressure;
+    double tankVolume;
+    const char* tankTable; ///< nullptr: the tank is too small for a table
+    int tankColumn;        ///< of its breathing flow
+    double nextCv;         ///< the next of the series, when the first choice falls short; else 0
+};
+
+SizingState setupChoices(const char* units, const char* type, const char* method, const char* press, const char* table)
+{
+    SizingState setup;
+    setup.UnitSystem = units;
+    setup.ValveType = type;
+    setup.SizingMethod = method;
+    setup.ValveModel = "Series 63";
+    setup.PressUnits = press;
+    setup.ValveTable = table;
+    return setup;
+}
+
+std::map<Box, std::string> entries(const char* pumpRate, const char* pressure, const char* volume, const char* gravity,
+                                   const char* flashPoint)
+{
+    return {{Box::txtPumpRate, pumpRate},
+            {Box::txtPressure, pressure},
+            {Box::txtTankVolume, volume},
+            {Box::txtSpecGrav, gravity},
+            {Box::txtFlashPoint, flashPoint}};
+}
+
+/// The blanketing gas is always the one the capacity tables are written for: a table flow is then a flow of the duty.
+const Duty duties[] = {
+    {"pad", setupChoices("US", "Pad", "API-2000", "PSI", "psi_Pad"), entries("100", "60", "10000", "0.97", ""), 60,
+     10000, nullptr, 0, 0},
+    {"pad, Cv stepped up", setupChoices("US", "Pad", "Direct Displacement", "PSI", "psi_Pad"),
+     entries("700", "65", "0", "0.97", ""), 65, 0, nullptr, 0, 4},
+    {"depad, large tank", setupChoices("Metric", "Depad", "API-2000", "mbar", "mbar_Depad"),
+     entries("200", "100", "8500", "1", "60"), 100, 8500, "MetriclargeTank", 2, 0},
+};
+
+// --- The click ---
+
+/// The program without its windows, at one duty.
+struct Program
+{
+    SizingState state;
+    PlainScreen screen;
+    RecordedMessages messages;
+    NumberText numbers;
+    CapacityStore store;
+    SizingContext sizing{state, screen, messages, numbers, store};
+
+    Program(const Duty& duty, const std::string& file) : state(duty.setup), store(file, numbers)
+    {
+        screen.boxes = duty.boxes;
+    }
+    Program(const Program&) = delete; // `sizing` refers to the members
+};
+
+// --- The bare calls ---
+
+/// One open of the data file: hands the rows of `sql` to `isLast` until it is satisfied. `cv` is bound when given.
+template <typename IsLast>
+void walk(const std::string& file, const std::string& sql, std::optional<double> cv, IsLast isLast)
+{
+    sqlite3* connection = nullptr;
+    sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
+    sqlite3_busy_timeout(connection, 200);
+    sqlite3_stmt* row = nullptr;
+    sqlite3_prepare_v2(connection, sql.c_str(), -1, &row, nullptr);
+    if (cv)
+        sqlite3_bind_double(row, 1, *cv);
+    while (sqlite3_step(row) == SQLITE_ROW && !isLast(row)) {
+    }
+    sqlite3_finalize(row);
+    sqlite3_close(connection);
+}
+
+/// A walk to the first row with at least `key` in column 0 and more than `flow` in `column`; gives the value of
+/// `column` at `key`, on the straight line between that row and the one before it.
+double interpolated(const std::string& file, const std::string& sql, std::optional<double> cv, double key, int column,
+                    double flow)
+{
+    double keyBefore = 0;
+    double valueBefore = 0;
+    double found = 0;
+    walk(file, sql, cv, [&](sqlite3_stmt* row) {
+        const double rowKey = sqlite3_column_double(row, 0);
+        const double value = sqlite3_column_double(row, column);
+        if (rowKey >= key && value > flow) {
+            found =
+                rowKey == key ? value : valueBefore + (key - keyBefore) * (value - valueBefore) / (rowKey - keyBefore);
+            return true;
+        }
+        keyBefore = rowKey;
+        valueBefore = value;
+        return false;
+    });
+    return found;
+}
+
+struct Valve
+{
+    double breathing = 0;
+    double cv = 0;
+    double capacity = 0;
+    std::string bodySize;
+    bool operator==(const Valve&) const = default;
+};
+
+/// The opens, queries and walks of one click at `duty`, for the total flow that it showed.
+Valve bareCalls(const std::string& file, const Duty& duty, double flow)
+{
+    const std::string name = duty.setup.ValveTable;
+    const std::string table =
+        "SELECT * FROM \"" + name + "\" INDEXED BY \"" + name + ".Index\" ORDER BY Pressure, flow";
+    const std::string capacity = "Select * FROM " + name + " WHERE CV = ?1 ORDER BY Pressure ASC, flow ASC";
+    const auto adequate = [&duty](sqlite3_stmt* row, double wanted) {
+        return sqlite3_column_double(row, 0) >= duty.pressure && sqlite3_column_double(row, 1) > wanted;
+    };
+    const auto bodySize = [&](double wanted) {
+        std::string size;
+        walk(file, table, {}, [&](sqlite3_stmt* row) {
+            if (!adequate(row, wanted))
+                return false;
+            size = reinterpret_cast<const char*>(sqlite3_column_text(row, 2));
+            return true;
+        });
+        return size;
+    };
+
+    Valve valve;
+    if (duty.tankTable)
+        valve.breathing = interpolated(file, std::string("Select * FROM ") + duty.tankTable, {}, duty.tankVolume,
+                                       duty.tankColumn, -1);
+    walk(file, table, {}, [&](sqlite3_stmt* row) {
+        if (!adequate(row, flow))
+            return false;
+        valve.cv = sqlite3_column_double(row, 3);
+        return true;
+    });
+    valve.bodySize = bodySize(flow);
+    valve.capacity = toWhole(interpolated(file, capacity, valve.cv, duty.pressure, 1, flow));
+    if (duty.nextCv > 0) {
+        valve.cv = duty.nextCv;
+        valve.capacity = toWhole(interpolated(file, capacity, valve.cv, duty.pressure, 1, flow));
+        valve.bodySize = bodySize(valve.capacity);
+    }
+    return valve;
+}
+
+// --- The data files ---
+
+/// SQL that puts rows of a table on the straight lines between its rows, evenly, up to `scale` times the rows. The gap
+/// that `key` falls into stays as it is: at `key`, the same rows are found and the same line is drawn.
+std::string fillGaps(const std::string& table, const std::string& keyColumn, const std::vector<std::string>& flows,
+                     const std::string& partition, const std::string& copied, double key, int scale)
+{
+    std::string columns = keyColumn;
+    std::string next = "lead(" + keyColumn + ") OVER curve AS next_" + keyColumn;
+    std::string values = keyColumn + " + (next_" + keyColumn + " - " + keyColumn + ") * n / parts";
+    for (const std::string& flow : flows) {
+        columns += ", " + flow;
+        next += ", lead(" + flow + ") OVER curve AS next_" + flow;
+        values += ", " + flow + " + (next_" + flow + " - " + flow + ") * n / parts";
+    }
+    const std::string at = std::to_string(key);
+    return "WITH RECURSIVE row AS (SELECT *, " + next + " FROM " + table + " WINDOW curve AS (" + partition +
+           " ORDER BY " + keyColumn + ")), gap AS (SELECT * FROM row WHERE next_" + keyColumn + " <= " + at + " OR " +
+           keyColumn + " >= " + at + " AND next_" + keyColumn + " IS NOT NULL), size AS (SELECT 1 + (" +
+           std::to_string(scale - 1) + " * (SELECT count(*) FROM row) + count(*) - 1) / count(*) AS parts FROM gap), " +
+           "step AS (SELECT 1 AS n UNION ALL SELECT n + 1 FROM step, size WHERE n < parts) INSERT INTO " + table + "(" +
+           columns + copied + ") SELECT " + values + copied + " FROM gap, size, step WHERE n < parts;";
+}
+
+/// Copies the shipped data file to `file` and adds rows to the tables of `duty`.
+void makeDataFile(const std::string& file, const Duty& duty, int scale)
+{
+    std::filesystem::copy_file(CAPACITIES_FILE, file);
+    std::string sql = "BEGIN;" + fillGaps(duty.setup.ValveTable, "Pressure", {"flow"}, "PARTITION BY CV",
+                                          ", Bodysize, CV", duty.pressure, scale);
+    if (duty.tankTable)
+        sql += fillGaps(duty.tankTable, "TankVol", {"Pad", "DepadHFP", "DepadLFP"}, "", "", duty.tankVolume, scale);
+    sqlite3* connection = nullptr;
+    sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
+    const int result = sqlite3_exec(connection, (sql + "COMMIT").c_str(), nullptr, nullptr, nullptr);
+    const std::string reason = sqlite3_errmsg(connection);
+    sqlite3_close(connection);
+    if (result != SQLITE_OK)
+        throw std::runtime_error(file + ": " + reason);
+}
+
+double rowsOf(const std::string& file, const std::string& table)
+{
+    double rows = 0;
+    walk(file, "SELECT count(*) FROM " + table, {}, [&rows](sqlite3_stmt* row) {
+        rows = sqlite3_column_double(row, 0);
+        return true;
+    });
+    return rows;
+}
+
+// --- The measurement ---
+
+/// Refuses to measure a click that selects nothing, or bare calls that find another valve than the click.
+void check(const std::string& file, const Duty& duty, Program& program)
+{
+    cmdCalcFlowRate_Click(program.sizing);
+    const SizingState& state = program.state;
+    if (program.screen.caption(Label::lblCV).empty())
+        throw std::runtime_error(std::string(duty.name) + ": the click selects no valve");
+    const Valve clicked{duty.tankTable ? state.BreathingFlow : 0, static_cast<double>(state.SelectedCv),
+                        static_cast<double>(state.MaxValveCap), state.ValveBodySize};
+    if (clicked != bareCalls(file, duty, state.ShownTotalFlow))
+        throw std::runtime_error(std::string(duty.name) + ": the bare calls find another valve than the click");
+}
+
+void measure(benchmark::State& run, const std::string& file, const Duty& duty, Program& program)
+{
+    using Clock = std::chrono::steady_clock;
+    std::chrono::duration<double> click{};
+    std::chrono::duration<double> bare{};
+    const double flow = program.state.ShownTotalFlow;
+    for ([[maybe_unused]] auto turn : run) {
+        const auto start = Clock::now();
+        cmdCalcFlowRate_Click(program.sizing);
+        const auto clicked = Clock::now();
+        benchmark::DoNotOptimize(bareCalls(file, duty, flow));
+        bare += Clock::now() - clicked;
+        click += clicked - start;
+        run.SetIterationTime(std::chrono::duration<double>(clicked - start).count());
+    }
+    run.counters["bare_us"] = bare.count() * 1e6 / static_cast<double>(run.iterations());
+    run.counters["ratio"] = click / bare;
+    run.counters["rows"] = rowsOf(file, duty.setup.ValveTable);
+}
+
+void measureAll(const std::filesystem::path& directory)
+{
+    std::list<Program> programs; // outlive the registered measurements
+    for (const Duty& duty : duties)
+        for (const int scale : {1, 10, 100}) {
+            const std::string name = std::string(duty.name) + "/" + std::to_string(scale) + "x";
+            const std::string file = directory / (std::to_string(programs.size()) + ".mdb");
+            makeDataFile(file, duty, scale);
+            Program& program = programs.emplace_back(duty, file);
+            check(file, duty, program);
+            benchmark::RegisterBenchmark(
+                name.c_str(), [file, &duty, &program](benchmark::State& run) { measure(run, file, duty, program); })
+                ->UseManualTime()
+                ->Unit(benchmark::kMicrosecond);
+        }
+    benchmark::RunSpecifiedBenchmarks();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    const auto directory = std::filesystem::temp_directory_path() / ("sizing-benchmarks-" + std::to_string(getpid()));
+    int status = 0;
+    try {
+        std::filesystem::create_directory(directory);
+        measureAll(directory);
+    } catch (const std::exception& failure) {
+        std::cerr << "benchmarks: " << failure.what() << '\n';
+        status = 1;
+    }
+    std::filesystem::remove_all(directory);
+    return status;
+}

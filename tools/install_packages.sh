@@ -1,0 +1,63 @@
+#!/bin/bash
+# Installs what is missing of the Debian 12 packages of the named groups: install_packages.sh GROUP...
+set -euo pipefail
+
+# group, package, why it is needed
+table='
+build   g++               C++20 compiler with the C and C++ libraries
+build   cmake             configures the build
+build   ninja-build       runs it
+build   qt6-base-dev      windows, printing and simulated input (Widgets, PrintSupport, Test)
+build   libsqlite3-dev    the valve capacity file
+build   libcsv-dev        reads the data files that the capacity file is built from
+build   libgtest-dev      the tests
+build   libbenchmark-dev  the benchmarks
+run     fonts-liberation  the typefaces that the fixed layouts of screens and report are measured for
+wayland qt6-wayland       windows on a Wayland session without an X server
+tour    xvfb              the virtual display
+tour    xdotool           presses the keys
+tour    imagemagick       takes and compares the pictures
+test    fonts-liberation  as for the program
+test    locales           sources of the locales that the tests build for themselves
+test    cups              a real print queue for the print check
+test    xvfb              its virtual display
+test    xdotool           presses its keys
+test    poppler-utils     reads the printed page
+test    python3           runs the print check
+ci      clang-format      the common source format
+ci      shellcheck        faults in the scripts
+'
+
+wanted=()
+for group in "$@"; do
+    found=
+    while read -r owner package _; do
+        [[ $owner == "$group" ]] || continue
+        wanted+=("$package")
+        found=yes
+    done <<<"$table"
+    [[ $found ]] || { echo "install_packages.sh: no group named \"$group\"" >&2; exit 2; }
+done
+
+# dpkg-query fails when it does not know one of the packages, and still answers for the others.
+# shellcheck disable=SC2016 # the ${...} are dpkg-query's
+installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${wanted[@]}" 2>/dev/null || true)
+missing=()
+for package in "${wanted[@]}"; do
+    grep -qxF "$package installed" <<<"$installed" || missing+=("$package")
+done
+((${#missing[@]})) || exit 0
+
+echo "== Installing Debian packages: ${missing[*]}"
+asRoot=()
+if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+        echo "This needs root. Have an administrator run: apt-get install ${missing[*]}" >&2
+        exit 1
+    fi
+    asRoot=(sudo)
+fi
+# Another package run on the machine (automatic upgrades) may hold the lock for a while.
+apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
+"${asRoot[@]}" "${apt[@]}" update
+"${asRoot[@]}" "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
