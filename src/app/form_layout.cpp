@@ -16,7 +16,7 @@
 namespace
 {
 
-constexpr int listRowHeight = 14;            // pixels: two rows fit the 450 twips of the pressure list
+constexpr int listRowHeight = 14;            // pixels: two rows and their border fit the 450 twips of the pressure list
 constexpr int rowGap = 4;                    // pixels between neighbouring labels of a row
 constexpr const char* stated = "statedLeft"; // property: the left edge (right edge when right-aligned) in pixels
 
@@ -162,7 +162,8 @@ void setLabelCaption(QLabel& label, const QString& caption)
     if (label.wordWrap())
         return;
     const int edge = label.property(stated).toInt();
-    const QSize size = label.sizeHint().expandedTo(label.minimumSize());
+    // At a fractional scale factor the text may be a part of a pixel wider than its whole pixels say.
+    const QSize size = (label.sizeHint() + QSize(1, 0)).expandedTo(label.minimumSize());
     const bool rightAligned = label.alignment().testFlag(Qt::AlignRight);
     label.setGeometry(QRect(QPoint(rightAligned ? edge - size.width() : edge, label.y()), size));
 }

@@ -277,6 +277,7 @@ void SummaryForm::paint(QPrinter& printer) const
 {
     printer.setFullPage(true);
     printer.setPageOrientation(QPageLayout::Portrait);
+    printer.setColorMode(QPrinter::Color); // a printer without colours makes its own greys of the pictures
     QPainter painter;
     if (!painter.begin(&printer))
         throw std::runtime_error("the printer cannot be painted on");
