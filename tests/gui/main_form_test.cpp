@@ -309,6 +309,80 @@ TEST_F(MainFormTest, ScreenReadersNameBoxesAndDescribeResults)
                   description);
 }
 
+/// Whole sizings on the shipped tables, worked by hand from data/*.csv.
+TEST_F(MainFormTest, WorkedByHand)
+{
+    const std::string exceeded = "You have exceeded the maximum available valve capacity for the given ";
+    struct Case
+    {
+        std::initializer_list<const char*> options;
+        std::vector<std::pair<const char*, const char*>> entries;
+        const char* flows;
+        const char* valve; ///< Cv, body size, capacity, share
+        std::string comment;
+    };
+    const Case cases[] = {
+        {{},
+         {{"txtPumpRate", "100"}, {"txtPressure", "60"}, {"txtTankVolume", "10000"}},
+         "800 238 1038",
+         "1 1\" 2560 41",
+         ""},
+        {{"optSeries63", "optDepad", "optMetricUnits"},
+         {{"txtPumpRate", "50"}, {"txtPressure", "50"}, {"txtTankVolume", "500"}, {"txtFlashPoint", "60"}},
+         "50 50 101",
+         "20 2\" 105 96",
+         "If utilized valve capacity is greater than 80%, consider using the next larger valve capacity (Cv)."},
+        // 1,200,000 gal lie 2/7 of the way down from 28,000 to 24,000 SCFH.
+        {{},
+         {{"txtPumpRate", "1000"}, {"txtPressure", "60"}, {"txtTankVolume", "1200000"}},
+         "8000 26857 34857",
+         "20 2\" 51190 68",
+         ""},
+        // At 62 psi Cv 1 passes 2628 SCFH, but 2902 at the next tabulated 70 psi: stepped up to Cv 2 with 5256.
+        {{"optDD"}, {{"txtPumpRate", "337.5"}, {"txtPressure", "62"}}, "2700 0 2700", "2 1\" 5256 51", ""},
+        // Cv 60 passes 174,100 SCFH at 70 psi and 157,700 at 62: there is no next one.
+        {{"optDD"},
+         {{"txtPumpRate", "20000"}, {"txtPressure", "62"}},
+         "160000 0 160000",
+         "   ",
+         "You have reached or exceeded the maximum valve capacity for the given Inlet Pressure."},
+        {{"optDD"},
+         {{"txtPumpRate", "100000"}, {"txtPressure", "60"}},
+         "800000 0 800000",
+         "   ",
+         exceeded + "supply pressure."},
+        {{"optSeries63", "optDepad", "optDD"},
+         {{"txtPumpRate", "100000"}, {"txtPressure", "1"}},
+         "800000 0 800000",
+         "0   ",
+         exceeded + "differential pressure."},
+        {{"optDD"},
+         {{"txtPumpRate", "300"}, {"txtPressure", "20"}},
+         "2400 0 2400",
+         "   ",
+         "Series 61 valves larger than 1/2 inch must have a minimum supply pressure of 25 psi."},
+        {{"optDD"},
+         {{"txtPumpRate", "300"}, {"txtPressure", "201"}},
+         "2400 0 2400",
+         "   ",
+         "Supply Pressure must be between 1 and 200 PSI."},
+    };
+    for (const Case& c : cases) {
+        screens.showSetup();
+        openMain(c.options);
+        for (const auto& [box, text] : c.entries)
+            set(box, text);
+        press("cmdCalcFlowRate");
+        EXPECT_EQ(shown("lblPRFlow") + " " + shown("lblBRFlow") + " " + shown("lblTotalFlow"), c.flows);
+        EXPECT_EQ(shown("lblCV") + " " + shown("lblValveBodySize") + " " + shown("lblMaxValveCapacity") + " " +
+                      shown("lblPercentValveCapacity"),
+                  c.valve)
+            << c.flows;
+        EXPECT_EQ(shown("lblComments"), c.comment);
+    }
+    EXPECT_TRUE(messages.texts.empty());
+}
+
 /// Names of the visible labels and boxes that overlap another one or do not show their whole text.
 std::string misplaced(QWidget& form)
 {

@@ -2,7 +2,8 @@
 
 #include "platform/locale_info.h"
 
-namespace {
+namespace
+{
 
 /// The separators that the locale of this run is known to have; "." where the run names none.
 std::string expected(const char* variable)

@@ -1,0 +1,185 @@
+#include "report/print_command.h"
+
+#include "app/sizing_state.h"
+#include "platform/number_text.h"
+#include "platform/printers.h"
+#include "support/plain_screen.h"
+
+#include <QFile>
+#include <QPrinter>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace
+{
+
+/// Printers that print into a file.
+struct FilePrinters : Printers
+{
+    int installed = 1;
+    bool fails = false;
+    int jobs = 0;
+    QString title;
+    QPageSize paper{QPageSize::Letter};
+    QTemporaryDir directory;
+    QString file = directory.filePath(QStringLiteral("job.pdf"));
+
+    int count() const override { return installed; }
+    void print(const QString& jobTitle, const std::function<void(QPrinter&)>& paint) override
+    {
+        if (fails)
+            throw std::runtime_error("out of order");
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(file);
+        printer.setPageSize(paper);
+        paint(printer);
+        title = jobTitle;
+        ++jobs;
+    }
+};
+
+class PrintCommandTest : public testing::Test
+{
+protected:
+    PrintCommandTest()
+    {
+        state.SizingCase = "Depad API-2000";
+        state.ValveType = "Depad";
+        state.SizingMethod = "API-2000";
+        state.FlashPoint = "100";
+        screen.boxes[Box::txtFlashPoint] = "100";
+        screen.captions = {{Label::lblTotalFlow, "800"}, {Label::lblPercentValveCapacity, "43"}};
+    }
+
+    void click() { cmdPrint_Click({state, screen, button, messages, numbers, printers}); }
+
+    SizingState state;
+    PlainScreen screen;
+    QPushButton button;
+    RecordedMessages messages;
+    NumberText numbers;
+    FilePrinters printers;
+};
+
+const std::vector<std::string> printingError{"cmdPrint: A printing error has occurred"};
+
+} // namespace
+
+TEST_F(PrintCommandTest, PrintsOnePageOnThePrintersPaper)
+{
+    for (const auto& [paper, box] : {std::pair{QPageSize::Letter, "[0 0 612 792]"}, {QPageSize::A4, "[0 0 595 842]"}}) {
+        printers.paper = QPageSize(paper);
+        click();
+        QFile job(printers.file);
+        ASSERT_TRUE(job.open(QIODevice::ReadOnly));
+        const QByteArray page = job.readAll();
+        EXPECT_EQ(page.count("/Type /Page\n"), 1);
+        EXPECT_TRUE(page.contains(QByteArray("/MediaBox ") + box));
+    }
+    EXPECT_EQ(printers.title, "ORM - Valve Sizing Summary");
+    EXPECT_EQ(messages.texts, std::vector<std::string>{});
+}
+
+TEST_F(PrintCommandTest, WithoutAPrinterSaysSoAndDisablesTheButton)
+{
+    printers.installed = 0;
+    click();
+    EXPECT_EQ(messages.texts, std::vector<std::string>{"There is no printer installed on this computer."});
+    EXPECT_FALSE(button.isEnabled());
+    EXPECT_EQ(printers.jobs, 0);
+    printers.installed = 1;
+    click();
+    EXPECT_TRUE(button.isEnabled());
+}
+
+TEST_F(PrintCommandTest, WantsAValveSizedFirst)
+{
+    for (const Label empty : {Label::lblTotalFlow, Label::lblPercentValveCapacity}) {
+        screen.captions = {{Label::lblTotalFlow, "800"}, {Label::lblPercentValveCapacity, "Less than 1%"}};
+        screen.captions[empty] = "";
+        click();
+        EXPECT_EQ(screen.caption(Label::lblComments), "You must size a valve before printing.");
+    }
+    EXPECT_EQ(printers.jobs, 0);
+    EXPECT_TRUE(messages.texts.empty());
+}
+
+TEST_F(PrintCommandTest, JudgesTheStoredMaterialAfresh)
+{
+    const struct
+    {
+        const char* valveType;
+        const char* unitSystem;
+        const char* sizingCase;
+        const char* flashBox; ///< only whether it is empty counts
+        const char* flashPoint;
+        const char* boilingPoint;
+        bool before;
+        bool after;
+    } cases[] = {
+        {"Depad", "US", "Depad API-2000", "x", "100", "0", false, true},
+        {"Depad", "US", "Depad API-2000", "x", "99,9", "999", true, false},
+        {"Depad", "US", "Depad API-2000", "", "999", "300", false, true},
+        {"Depad", "US", "Depad API-2000", "", "999", "299,9", true, false},
+        {"Depad", "Metric", "Depad API-2000", "x", "38", "0", false, true},
+        {"Depad", "Metric", "Depad API-2000", "x", "37,9", "999", true, false},
+        {"Depad", "Metric", "Depad API-2000", "", "", "149", false, true},
+        {"Depad", "Metric", "Depad API-2000", "", "", "148,9", true, false},
+        {"Pad", "US", "Depad API-2000", "x", "100", "", false, false},
+        {"Depad", "US", "Depad Direct Displacement", "x", "0", "", true, true},
+        {"Depad", "Imperial", "Depad API-2000", "x", "100", "", false, false},
+    };
+    numbers = NumberText({",", ".", "3;0", ","});
+    for (const auto& row : cases) {
+        state.ValveType = row.valveType;
+        state.UnitSystem = row.unitSystem;
+        state.SizingCase = row.sizingCase;
+        state.FlashPoint = row.flashPoint;
+        state.BoilingPoint = row.boilingPoint;
+        state.HighFlashBoil = row.before;
+        screen.boxes[Box::txtFlashPoint] = row.flashBox;
+        click();
+        EXPECT_EQ(state.HighFlashBoil, row.after) << row.unitSystem << row.flashPoint << '/' << row.boilingPoint;
+    }
+    EXPECT_TRUE(messages.texts.empty());
+}
+
+TEST_F(PrintCommandTest, APointThatIsNoNumberEndsInTheMessage)
+{
+    screen.boxes[Box::txtFlashPoint] = ""; // emptied after the sizing, which had no boiling point
+    click();
+    EXPECT_EQ(messages.texts, printingError);
+    EXPECT_EQ(printers.jobs, 0);
+}
+
+TEST_F(PrintCommandTest, APrinterFailureEndsInTheMessageAndTheNextPrintWorks)
+{
+    printers.fails = true;
+    click();
+    EXPECT_EQ(messages.texts, printingError);
+    printers.fails = false;
+    click();
+    EXPECT_EQ(printers.jobs, 1);
+    EXPECT_EQ(messages.texts, printingError);
+}
+
+TEST_F(PrintCommandTest, APageThatCannotBePaintedEndsInTheMessage)
+{
+    printers.file = printers.directory.filePath(QStringLiteral("missing/job.pdf"));
+    click();
+    EXPECT_EQ(messages.texts, printingError);
+}
+
+TEST_F(PrintCommandTest, PrintsAPageThatCouldOnlyBeFilledInPart)
+{
+    state.PercentCap = 400;
+    click();
+    EXPECT_EQ(messages.texts, std::vector<std::string>{"frmPrint Form_Load: An error has occurred while printing"});
+    EXPECT_EQ(printers.jobs, 1);
+    EXPECT_EQ(screen.caption(Label::lblTotalFlow), "");
+}
