@@ -2,7 +2,7 @@
 //
 // Each line is one duty on data files of 1, 10 and 100 times the shipped rows. Its time is that of the whole click; its
 // counters give the bare calls' time in microseconds and the ratio of the two. Click and bare calls take turns, so that
-// both meet the same machine.
+// both meet the same machine. For medians: benchmarks --benchmark_repetitions=7 --benchmark_report_aggregates_only=true
 
 #include "app/sizing_state.h"
 #include "capacity/capacity_store.h"
@@ -33,8 +33,7 @@ struct Duty
     std::map<Box, std::string> boxes;
     double pressure;
     double tankVolume;
-    const char* tankTable; ///< nullptr: the tank is too small for a table
-    int tankColumn;        ///< of its breathing flow
+    const char* tankTable; ///< read for its DepadHFP; nullptr: the tank is too small for a table
     double nextCv;         ///< the next of the series, when the first choice falls short; else 0
 };
 
@@ -63,12 +62,14 @@ std::map<Box, std::string> entries(const char* pumpRate, const char* pressure, c
 /// The blanketing gas is always the one the capacity tables are written for: a table flow is then a flow of the duty.
 const Duty duties[] = {
     {"pad", setupChoices("US", "Pad", "API-2000", "PSI", "psi_Pad"), entries("100", "60", "10000", "0.97", ""), 60,
-     10000, nullptr, 0, 0},
+     10000, nullptr, 0},
     {"pad, Cv stepped up", setupChoices("US", "Pad", "Direct Displacement", "PSI", "psi_Pad"),
-     entries("700", "65", "0", "0.97", ""), 65, 0, nullptr, 0, 4},
+     entries("700", "65", "0", "0.97", ""), 65, 0, nullptr, 4},
     {"depad, large tank", setupChoices("Metric", "Depad", "API-2000", "mbar", "mbar_Depad"),
-     entries("200", "100", "8500", "1", "60"), 100, 8500, "MetriclargeTank", 2, 0},
+     entries("200", "100", "8500", "1", "60"), 100, 8500, "MetriclargeTank", 0},
 };
+
+constexpr int tankDepadHfp = 2; // column of both large-tank tables
 
 // --- The click ---
 
@@ -163,8 +164,8 @@ Valve bareCalls(const std::string& file, const Duty& duty, double flow)
 
     Valve valve;
     if (duty.tankTable)
-        valve.breathing = interpolated(file, std::string("Select * FROM ") + duty.tankTable, {}, duty.tankVolume,
-                                       duty.tankColumn, -1);
+        valve.breathing =
+            interpolated(file, std::string("Select * FROM ") + duty.tankTable, {}, duty.tankVolume, tankDepadHfp, -1);
     walk(file, table, {}, [&](sqlite3_stmt* row) {
         if (!adequate(row, flow))
             return false;
@@ -183,39 +184,50 @@ Valve bareCalls(const std::string& file, const Duty& duty, double flow)
 
 // --- The data files ---
 
-/// SQL that puts rows of a table on the straight lines between its rows, evenly, up to `scale` times the rows. The gap
-/// that `key` falls into stays as it is: at `key`, the same rows are found and the same line is drawn.
-std::string fillGaps(const std::string& table, const std::string& keyColumn, const std::vector<std::string>& flows,
-                     const std::string& partition, const std::string& copied, double key, int scale)
+/// Puts rows on the straight lines between those of a table, evenly, up to {scale} times its rows. The gap that {at}
+/// falls into stays as it is: at {at}, the same rows are found and the same line is drawn.
+const char* const fillGaps = R"(
+    WITH RECURSIVE
+        point AS (SELECT *, lead({key}) OVER curve AS nextKey, lead({flow}) OVER curve AS nextFlow
+                  FROM {table} WINDOW curve AS (PARTITION BY {curve} ORDER BY {key})),
+        gap AS (SELECT * FROM point WHERE nextKey <= {at} OR {key} >= {at} AND nextKey IS NOT NULL),
+        total AS (SELECT count(*) AS points FROM point),
+        split AS (SELECT 1 + (({scale} - 1) * points + count(*) - 1) / count(*) AS parts FROM gap, total),
+        step AS (SELECT 1 AS n UNION ALL SELECT n + 1 FROM step, split WHERE n < parts)
+    INSERT INTO {table}({key}, {flow} {copied})
+    SELECT {key} + (nextKey - {key}) * n / parts, {flow} + (nextFlow - {flow}) * n / parts {copied}
+    FROM gap, split, step WHERE n < parts;)";
+
+std::string fill(std::string text, const std::map<std::string, std::string>& values)
 {
-    std::string columns = keyColumn;
-    std::string next = "lead(" + keyColumn + ") OVER curve AS next_" + keyColumn;
-    std::string values = keyColumn + " + (next_" + keyColumn + " - " + keyColumn + ") * n / parts";
-    for (const std::string& flow : flows) {
-        columns += ", " + flow;
-        next += ", lead(" + flow + ") OVER curve AS next_" + flow;
-        values += ", " + flow + " + (next_" + flow + " - " + flow + ") * n / parts";
-    }
-    const std::string at = std::to_string(key);
-    return "WITH RECURSIVE row AS (SELECT *, " + next + " FROM " + table + " WINDOW curve AS (" + partition +
-           " ORDER BY " + keyColumn + ")), gap AS (SELECT * FROM row WHERE next_" + keyColumn + " <= " + at + " OR " +
-           keyColumn + " >= " + at + " AND next_" + keyColumn + " IS NOT NULL), size AS (SELECT 1 + (" +
-           std::to_string(scale - 1) + " * (SELECT count(*) FROM row) + count(*) - 1) / count(*) AS parts FROM gap), " +
-           "step AS (SELECT 1 AS n UNION ALL SELECT n + 1 FROM step, size WHERE n < parts) INSERT INTO " + table + "(" +
-           columns + copied + ") SELECT " + values + copied + " FROM gap, size, step WHERE n < parts;";
+    for (const auto& [name, value] : values)
+        for (auto at = text.find(name); at != std::string::npos; at = text.find(name, at + value.size()))
+            text.replace(at, name.size(), value);
+    return text;
 }
 
 /// Copies the shipped data file to `file` and adds rows to the tables of `duty`.
 void makeDataFile(const std::string& file, const Duty& duty, int scale)
 {
     std::filesystem::copy_file(CAPACITIES_FILE, file);
-    std::string sql = "BEGIN;" + fillGaps(duty.setup.ValveTable, "Pressure", {"flow"}, "PARTITION BY CV",
-                                          ", Bodysize, CV", duty.pressure, scale);
+    std::string sql = fill(fillGaps, {{"{table}", duty.setup.ValveTable},
+                                      {"{key}", "Pressure"},
+                                      {"{flow}", "flow"},
+                                      {"{copied}", ", Bodysize, CV"},
+                                      {"{curve}", "CV"},
+                                      {"{at}", std::to_string(duty.pressure)},
+                                      {"{scale}", std::to_string(scale)}});
     if (duty.tankTable)
-        sql += fillGaps(duty.tankTable, "TankVol", {"Pad", "DepadHFP", "DepadLFP"}, "", "", duty.tankVolume, scale);
+        sql += fill(fillGaps, {{"{table}", duty.tankTable},
+                               {"{key}", "TankVol"},
+                               {"{flow}", "DepadHFP"},
+                               {"{copied}", ""},
+                               {"{curve}", "0"},
+                               {"{at}", std::to_string(duty.tankVolume)},
+                               {"{scale}", std::to_string(scale)}});
     sqlite3* connection = nullptr;
     sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
-    const int result = sqlite3_exec(connection, (sql + "COMMIT").c_str(), nullptr, nullptr, nullptr);
+    const int result = sqlite3_exec(connection, ("BEGIN;" + sql + "COMMIT").c_str(), nullptr, nullptr, nullptr);
     const std::string reason = sqlite3_errmsg(connection);
     sqlite3_close(connection);
     if (result != SQLITE_OK)

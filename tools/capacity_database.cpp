@@ -116,7 +116,7 @@ void replaceDatabase(const CapacityTables& tables, const std::filesystem::path& 
 {
     const TemporaryFile temporary(file.string() + ".new-" + std::to_string(getpid()));
     std::error_code failure;
-    std::filesystem::remove(temporary.path, failure);    // of a run that was killed under the same number
+    std::filesystem::remove(temporary.path, failure);    // left by a killed run with the same process number
     writeTables(tables, createDatabase(temporary.path)); // closed again before it is renamed
     std::filesystem::rename(temporary.path, file, failure);
     if (failure)

@@ -3,6 +3,7 @@
 #include "capacity/cv_series.h"
 #include "csv_reader.h"
 #include "engine/pressure_range.h"
+#include "platform/number_text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -67,6 +68,25 @@ std::string shortest(Number value)
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
 
+/// Whether every byte of `text` has its place in a UTF-8 sequence. Text in a one-byte encoding rarely passes.
+bool isUtf8(std::string_view text)
+{
+    const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
+    while (!text.empty()) {
+        const auto lead = static_cast<unsigned char>(text.front());
+        const std::size_t length = lead < 0x80   ? 1
+                                   : lead < 0xC2 ? 0
+                                   : lead < 0xE0 ? 2
+                                   : lead < 0xF0 ? 3
+                                   : lead < 0xF5 ? 4
+                                                 : 0;
+        if (length == 0 || length > text.size() || !std::ranges::all_of(text.substr(1, length - 1), isContinuation))
+            return false;
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
 /// The file's bytes; a file that cannot be read is an error and gives nothing.
 std::optional<std::string> readFile(const std::filesystem::path& path, Findings& findings)
 {
@@ -74,7 +94,7 @@ std::optional<std::string> readFile(const std::filesystem::path& path, Findings&
     std::ifstream in(path, std::ios::binary);
     std::string text;
     std::array<char, 4096> block;
-    while (in.read(block.data(), block.size()) || in.gcount() > 0)
+    while (in.read(block.data(), block.size()) || in.gcount() > 0) // the last, shorter block counts as a failed read
         text.append(block.data(), static_cast<std::size_t>(in.gcount()));
     if (!in.eof() || in.bad()) {
         findings.error(path.filename().string(), 0, std::string("cannot be read: ") + std::strerror(errno));
@@ -83,7 +103,8 @@ std::optional<std::string> readFile(const std::filesystem::path& path, Findings&
     return text;
 }
 
-bool store(const std::string& text, const char* column, double& value, const Place& place)
+/// Reads one field; false when it is an error, which is then reported.
+bool readField(const std::string& text, const char* column, double& value, const Place& place)
 {
     const std::string named = std::string(column) + " \"" + text + "\"";
     const char* end = text.data() + text.size();
@@ -101,13 +122,16 @@ bool store(const std::string& text, const char* column, double& value, const Pla
     return false;
 }
 
-bool store(const std::string& text, const char* column, std::string& value, const Place& place)
+bool readField(const std::string& text, const char* column, std::string& value, const Place& place)
 {
     value = text;
-    const bool blank = text.find_first_not_of(" \t\r\n") == std::string::npos;
-    if (blank)
+    if (text.find_first_not_of(" \t\r\n") == std::string::npos)
         place.error(std::string(column) + " is empty");
-    return !blank;
+    else if (!isUtf8(text))
+        place.error(std::string(column) + " is not UTF-8 text");
+    else
+        return true;
+    return false;
 }
 
 /// The column that each field of the header names, nullptr for one it should not have.
@@ -137,27 +161,25 @@ void reportBrokenQuoting(const Place& place)
     place.error("broken quoting; a text with a quotation mark is written like \"1/2\"\"\"");
 }
 
-/// Reads one row's fields into `row`; false when there was anything to report.
+/// Reads one row's fields, whose columns are `order`, into `row`; false when there was anything to report.
 template <typename Row>
-bool readRow(const CsvRow& fields, const std::vector<const Column<Row>*>& order, Row& row, const Place& place)
+bool readRow(const CsvRow& csv, const std::vector<const Column<Row>*>& order, Row& row, const Place& place)
 {
-    if (fields.fields.empty()) {
+    if (csv.fields.empty()) {
         reportBrokenQuoting(place);
         return false;
     }
-    if (fields.fields.size() != order.size()) {
-        place.error(shortest(fields.fields.size()) + " fields where the header has " + shortest(order.size()));
+    if (csv.fields.size() != order.size()) {
+        place.error(shortest(csv.fields.size()) + " fields where the header has " + shortest(order.size()));
         return false;
     }
     bool good = true;
-    row.line = fields.line;
+    row.line = csv.line;
     for (std::size_t i = 0; i < order.size(); ++i) {
         if (!order[i])
             continue;
-        const auto storeField = [&](auto member) {
-            return store(fields.fields[i], order[i]->name, row.*member, place);
-        };
-        good = std::visit(storeField, order[i]->member) && good;
+        const auto read = [&](auto member) { return readField(csv.fields[i], order[i]->name, row.*member, place); };
+        good = std::visit(read, order[i]->member) && good;
     }
     return good;
 }
@@ -244,11 +266,25 @@ void checkCurve(const ValveTable& table, const std::string& file, float cv, cons
     }
 }
 
+/// Refuses a Cv whose capacity the program would not find. It holds the Cv it selected at single precision and looks
+/// for the number that this single's text reads as: at most seven digits, no exponent. 0 means "no valve".
+bool checkCv(double cv, const Place& place)
+{
+    const NumberText numbers;
+    const float selected = cv > std::numeric_limits<float>::max() ? 0 : static_cast<float>(cv);
+    if (selected > 0 && numbers.parse(numbers.general(selected)) == cv)
+        return true;
+    place.error("CV " + shortest(cv) + " cannot be looked up: it must be 0.0001 or more and have at most seven digits");
+    return false;
+}
+
 void checkValveTable(const ValveTable& table, const std::vector<CapacityRow>& rows, Findings& findings)
 {
     const std::string file = std::string(table.name) + ".csv";
     std::map<float, Curve> curves; // single precision, as a selected Cv is held
     for (const CapacityRow& row : rows) {
+        if (!checkCv(row.cv, {file, row.line, findings}))
+            continue;
         const auto [same, added] = curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
         if (!added)
             findings.error(file, row.line,
@@ -259,7 +295,7 @@ void checkValveTable(const ValveTable& table, const std::vector<CapacityRow>& ro
         checkCurve(table, file, cv, curve, findings);
     for (const float cv : table.cvSeries)
         if (!curves.contains(cv))
-            findings.warning(file, 1, "no row covers any permitted pressure for Cv " + shortest(cv));
+            findings.warning(file, 1, "Cv " + shortest(cv) + " of the series has no row");
 }
 
 void checkLargeTankTable(const LargeTankTable& table, const std::vector<LargeTankRow>& rows, Findings& findings)

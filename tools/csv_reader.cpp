@@ -35,14 +35,15 @@ std::vector<std::string_view> physicalLines(std::string_view text)
     std::vector<std::string_view> lines;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+        const std::size_t lineEnd = text.substr(end).starts_with("\r\n") ? 2 : 1;
         lines.push_back(text.substr(0, end));
-        text.remove_prefix(end);
-        text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(text.size(), 1));
+        text.remove_prefix(std::min(end + lineEnd, text.size())); // the last line may have no end
     }
     return lines;
 }
 
-/// Reads the row that begins `lines`. Gives the number of lines it takes, 0 when its quoting is broken.
+/// Reads the row that begins `lines`, more than one of them when a quoted field contains line ends. Gives the number of
+/// lines it takes, 0 when its quoting is broken.
 std::size_t readRow(std::span<const std::string_view> lines, std::vector<std::string>& fields)
 {
     csv_parser parser;
@@ -50,7 +51,7 @@ std::size_t readRow(std::span<const std::string_view> lines, std::vector<std::st
     csv_set_space_func(&parser, noSpace);
     RowInProgress row;
     std::size_t taken = 0;
-    while (!row.complete && taken < lines.size()) {
+    while (!row.complete && taken < lines.size()) { // an unclosed quote takes all lines and completes no row
         const std::string line = std::string(lines[taken++]) + "\n";
         if (csv_parse(&parser, line.data(), line.size(), addField, endRow, &row) != line.size())
             break;
@@ -78,7 +79,8 @@ std::vector<CsvRow> readCsv(std::string_view text)
             continue;
         }
         CsvRow& row = rows.emplace_back(CsvRow{at + 1, {}});
-        at += std::max<std::size_t>(readRow(std::span(lines).subspan(at), row.fields), 1);
+        const std::size_t taken = readRow(std::span(lines).subspan(at), row.fields);
+        at += taken == 0 ? 1 : taken;
     }
     return rows;
 }

@@ -10,20 +10,21 @@ build   ninja-build       runs it
 build   qt6-base-dev      windows, printing and simulated input (Widgets, PrintSupport, Test)
 build   libsqlite3-dev    the valve capacity file
 build   libcsv-dev        reads the data files that the capacity file is built from
+build   libcups2-dev      the print queues of the machine
 build   libgtest-dev      the tests
-build   libbenchmark-dev  the benchmarks
+build   python3           runs the print check; looked for as soon as the build is configured
 run     fonts-liberation  the typefaces that the fixed layouts of screens and report are measured for
 wayland qt6-wayland       windows on a Wayland session without an X server
 tour    xvfb              the virtual display
 tour    xdotool           presses the keys
 tour    imagemagick       takes and compares the pictures
+test    libbenchmark-dev  the benchmarks, built only when asked for
 test    fonts-liberation  as for the program
 test    locales           sources of the locales that the tests build for themselves
 test    cups              a real print queue for the print check
 test    xvfb              its virtual display
 test    xdotool           presses its keys
 test    poppler-utils     reads the printed page
-test    python3           runs the print check
 ci      clang-format      the common source format
 ci      shellcheck        faults in the scripts
 '

@@ -77,11 +77,12 @@ void paintLightGrey(QWidget& widget);
 /// Puts a window in the middle of its screen; one that is larger than the screen starts at its top-left corner.
 void centreOnScreen(QWidget& window);
 
-/// The named control of a form; it must exist.
+/// The named control of a form; a name that does not exist ends the program.
 template <typename Control>
 Control& control(const QWidget& form, const char* name)
 {
     auto* const found = form.findChild<Control*>(QLatin1String(name));
-    Q_ASSERT(found != nullptr);
+    if (found == nullptr)
+        qFatal("no control named %s", name);
     return *found;
 }

@@ -17,14 +17,6 @@
 namespace
 {
 
-// In the order of the enumerations of main_screen.h.
-constexpr const char* boxNames[] = {"txtPumpRate", "txtPressure",     "txtTankVolume", "cmbBlanketingGas",
-                                    "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint", "txtStoredMaterial"};
-constexpr std::array<const char*, labelCount> labelNames{
-    "lblHFPLFP",  "lblPRFlow",           "lblBRFlow", "lblTotalFlow",     "lblSGGas",
-    "lblCV",      "lblMaxValveCapacity", "lblSGGas2", "lblValveBodySize", "lblPercentValveCapacity",
-    "lblComments"};
-
 constexpr const char* numericBoxes[] = {"txtPumpRate", "txtPressure",     "txtTankVolume",
                                         "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint"};
 
@@ -98,14 +90,10 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
     buildForm(*this, mainFormRows, FrameOrigin::form, mainFormWidth, mainFormHeight);
     paintLightGrey(*this);
     gas_ = &control<GasBox>(*this, "cmbBlanketingGas");
-    for (std::size_t label = 0; label < labels_.size(); ++label)
-        labels_[label] = &control<QLabel>(*this, labelNames[label]);
     for (const std::span<const char* const> names :
          {std::span<const char* const>(flowRow), {capacityRow}, {bodySizeRow}})
         for (rows_.emplace_back(); const char* const name : names)
             rows_.back().push_back(&control<QLabel>(*this, name));
-    setText("txtSpecGrav", "0.97");
-    gas_->setGas(QStringLiteral("Nitrogen"));
     connectHandlers();
     load();
     for (const auto& [value, caption] : describedBy)
@@ -221,7 +209,7 @@ std::string MainForm::text(Box box) const
 
 std::string MainForm::caption(Label label) const
 {
-    return labels_[static_cast<std::size_t>(label)]->text().toStdString();
+    return control<QLabel>(*this, labelNames[static_cast<std::size_t>(label)]).text().toStdString();
 }
 
 void MainForm::setCaption(Label label, const std::string& caption)

@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QWidget>
 
-#include <array>
 #include <span>
 #include <string>
 #include <vector>
@@ -44,7 +43,8 @@ private:
     void cmbBlanketingGas_Click();
     /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
     void nameGas();
-    /// Results never stand beside inputs they were not made from.
+    /// Results never stand beside inputs they were not made from. (The gravity that the capacity refers to stays; the
+    /// tank volume says nothing of the flash or boiling point and keeps its note.)
     void emptyResultLabels(bool keepPointNote);
 
     void setLabelCaption(const char* name, const std::string& caption);
@@ -53,6 +53,5 @@ private:
 
     SizingContext sizing_;
     GasBox* gas_ = nullptr;
-    std::array<QLabel*, labelCount> labels_{};
     std::vector<std::vector<QLabel*>> rows_; ///< labels that must not run into each other
 };

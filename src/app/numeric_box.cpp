@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 
+#include <utility>
+
 namespace
 {
 

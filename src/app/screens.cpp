@@ -6,7 +6,9 @@
 #include "report/print_command.h"
 
 #include <QApplication>
+
 #include <QPushButton>
+#include <utility>
 
 Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& printers, std::string capacityFile)
     : locale_(locale), messageBox_(messageBox), printers_(printers), store_(std::move(capacityFile), numbers_)
@@ -21,6 +23,7 @@ Screens::~Screens()
 void Screens::showSetup()
 {
     auto* const setup = new SetupForm(state_, locale_);
+    // Its load has read the money separator; a changed locale takes effect here, too.
     numbers_ = userNumberText(locale_, state_.DecSep);
     connect(setup, &SetupForm::continued, this, &Screens::showMain);
     replaceForm(setup);

@@ -13,7 +13,7 @@
 namespace
 {
 
-/// Which units of pressure and flow a model, valve type and unit system offer; nullptr: either type.
+/// The pressure units that a model and valve type offer in each unit system; nullptr: either type.
 struct UnitRow
 {
     const char* valveModel;

@@ -30,6 +30,14 @@ double literalValue(const std::string& literal, const NumberText& users)
     return *value;
 }
 
+int position(sqlite3_stmt* statement, const char* column)
+{
+    for (int at = 0; at < sqlite3_column_count(statement); ++at)
+        if (sqlite3_stricmp(sqlite3_column_name(statement, at), column) == 0)
+            return at;
+    throw SilentFailure(std::string("no column ") + column);
+}
+
 std::string quoted(const std::string& name)
 {
     std::string text = "\"";
@@ -50,46 +58,43 @@ void CapacityRows::Closer::operator()(sqlite3_stmt* statement) const
     sqlite3_finalize(statement);
 }
 
-void CapacityRows::prepare(const std::string& sql)
+void CapacityRows::prepare(const std::string& sql, const Columns& columns)
 {
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v2(file_.get(), sql.c_str(), -1, &statement, nullptr);
     statement_.reset(statement);
     if (result != SQLITE_OK || statement == nullptr)
         throw SilentFailure(sqlite3_errmsg(file_.get()));
-    current_.resize(static_cast<std::size_t>(sqlite3_column_count(statement)));
-    before_.resize(current_.size());
+    for (const char* const column : columns)
+        positions_.push_back(position(statement, column));
+    current_.resize(columns.size());
+    before_.resize(columns.size());
 }
 
 void CapacityRows::step()
 {
     sqlite3_stmt* const statement = statement_.get();
     const int result = sqlite3_step(statement);
-    if (result == SQLITE_DONE) {
-        atEnd_ = true;
+    atEnd_ = result == SQLITE_DONE;
+    if (atEnd_)
         return;
-    }
     if (result != SQLITE_ROW)
         throw SilentFailure(sqlite3_errmsg(file_.get()));
-    for (const int column : asked_)
-        read(column);
-}
-
-void CapacityRows::read(int column)
-{
-    sqlite3_stmt* const statement = statement_.get();
-    Cell& cell = current_[static_cast<std::size_t>(column)];
-    cell.type = sqlite3_column_type(statement, column);
-    if (cell.type == SQLITE_TEXT)
-        cell.text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-    else
-        cell.number = sqlite3_column_double(statement, column);
+    for (std::size_t column = 0; column < positions_.size(); ++column) {
+        Cell& cell = current_[column];
+        const int position = positions_[column];
+        cell.type = sqlite3_column_type(statement, position);
+        if (cell.type == SQLITE_TEXT)
+            cell.text = reinterpret_cast<const char*>(sqlite3_column_text(statement, position));
+        else
+            cell.number = sqlite3_column_double(statement, position);
+    }
 }
 
 void CapacityRows::next()
 {
-    if (atEnd_ || steppedBack_)
-        throw SilentFailure("the walk is over");
+    if (atEnd_)
+        throw SilentFailure("no current row");
     std::swap(before_, current_);
     hasBefore_ = true;
     step();
@@ -101,36 +106,17 @@ void CapacityRows::previous()
         throw SilentFailure("no row before");
     std::swap(before_, current_);
     hasBefore_ = false;
-    steppedBack_ = true;
     atEnd_ = false;
 }
 
-int CapacityRows::column(const char* name)
-{
-    for (int column = 0; column < sqlite3_column_count(statement_.get()); ++column) {
-        if (sqlite3_stricmp(sqlite3_column_name(statement_.get(), column), name) != 0)
-            continue;
-        if (std::find(asked_.begin(), asked_.end(), column) == asked_.end()) {
-            asked_.push_back(column);
-            if (!atEnd_ && !steppedBack_)
-                read(column);
-        }
-        return column;
-    }
-    throw SilentFailure(std::string("no column ") + name);
-}
-
-const CapacityRows::Cell& CapacityRows::cell(int column) const
+const CapacityRows::Cell& CapacityRows::cell(std::size_t column) const
 {
     if (atEnd_)
         throw SilentFailure("no current row");
-    const Cell& value = current_[static_cast<std::size_t>(column)];
-    if (value.type == notRead)
-        throw SilentFailure("the column was not asked for in time");
-    return value;
+    return current_[column];
 }
 
-std::optional<double> CapacityRows::numberOrEmpty(int column) const
+std::optional<double> CapacityRows::numberOrEmpty(std::size_t column) const
 {
     const Cell& value = cell(column);
     switch (value.type) {
@@ -148,7 +134,7 @@ std::optional<double> CapacityRows::numberOrEmpty(int column) const
     }
 }
 
-double CapacityRows::number(int column) const
+double CapacityRows::number(std::size_t column) const
 {
     const auto value = numberOrEmpty(column);
     if (!value)
@@ -156,7 +142,7 @@ double CapacityRows::number(int column) const
     return *value;
 }
 
-std::string CapacityRows::text(int column) const
+std::string CapacityRows::text(std::size_t column) const
 {
     const Cell& value = cell(column);
     switch (value.type) {
@@ -184,27 +170,28 @@ CapacityRows CapacityStore::open() const
     return rows;
 }
 
-CapacityRows CapacityStore::table(const std::string& name) const
+CapacityRows CapacityStore::table(const std::string& name, const Columns& columns) const
 {
     CapacityRows rows = open();
     rows.prepare("SELECT * FROM " + quoted(name) + " INDEXED BY " + quoted(name + ".Index") +
-                 " ORDER BY Pressure, flow");
+                     " ORDER BY Pressure, flow",
+                 columns);
     rows.step();
     return rows;
 }
 
-CapacityRows CapacityStore::query(const std::string& text) const
+CapacityRows CapacityStore::query(const std::string& text, const Columns& columns) const
 {
     static const std::string beforeLiteral = " WHERE CV = ";
     CapacityRows rows = open();
     const auto where = text.find(beforeLiteral);
     if (where == std::string::npos) {
-        rows.prepare(text);
+        rows.prepare(text, columns);
     } else {
         // "7,5" would be two numbers to SQLite: the literal is read here and bound.
         const auto literal = where + beforeLiteral.size();
         const auto end = std::min(text.find(" ORDER BY", literal), text.size());
-        rows.prepare(text.substr(0, literal) + "?1" + text.substr(end));
+        rows.prepare(text.substr(0, literal) + "?1" + text.substr(end), columns);
         sqlite3_bind_double(rows.statement_.get(), 1, literalValue(text.substr(literal, end - literal), *numbers_));
     }
     rows.step();

@@ -9,10 +9,14 @@ class NumberText;
 struct sqlite3;
 struct sqlite3_stmt;
 
-/// Rows of one table or query, walked one after the other. Holds the data file open for as long as it lives.
+/// Names of the columns to read; case does not matter, as in SQL. A missing one is a silent failure.
+using Columns = std::vector<const char*>;
+
+/// Rows of one table or query, walked one after the other. Holds the data file open for as long as it lives. Columns
+/// are numbered as they were asked for when the rows were opened.
 ///
-/// Any failure of the file, a missing column, an empty value where one is needed and a read without a current row are
-/// silent failures; a value that cannot be read as the number or text wanted is a type mismatch.
+/// Any failure of the file, an empty value where one is needed and a read without a current row are silent failures; a
+/// value that cannot be read as the number or text wanted is a type mismatch.
 class CapacityRows
 {
 public:
@@ -22,18 +26,13 @@ public:
     bool atEnd() const { return atEnd_; }
     void next();
 
-    /// Steps back to the row before, which ends the walk. There is none before the first row, and only the columns
-    /// asked for while it was current can be read.
+    /// Steps back to the row before; there is none before the first one. It ends the walk: only reads may follow.
     void previous();
 
-    /// Asks for a column, from the current row on, and gives its position for the reads below. Case does not matter,
-    /// as in SQL.
-    int column(const char* name);
-
     /// A value of the current row as a number; nullopt when it is empty.
-    std::optional<double> numberOrEmpty(int column) const;
-    double number(int column) const;
-    std::string text(int column) const;
+    std::optional<double> numberOrEmpty(std::size_t column) const;
+    double number(std::size_t column) const;
+    std::string text(std::size_t column) const;
 
 private:
     friend class CapacityStore;
@@ -43,29 +42,26 @@ private:
         void operator()(sqlite3* file) const;
         void operator()(sqlite3_stmt* statement) const;
     };
-    static constexpr int notRead = 0;
     struct Cell
     {
-        int type = notRead; ///< or SQLite's type code
+        int type = 0; ///< SQLite's type code
         double number = 0;
         std::string text;
     };
     using Row = std::vector<Cell>;
 
     CapacityRows() = default;
-    void prepare(const std::string& sql);
+    void prepare(const std::string& sql, const Columns& columns);
     void step();
-    void read(int column);
-    const Cell& cell(int column) const;
+    const Cell& cell(std::size_t column) const;
 
     std::unique_ptr<sqlite3, Closer> file_;
     std::unique_ptr<sqlite3_stmt, Closer> statement_; ///< closed before the file
-    std::vector<int> asked_; ///< only these columns are read: a walk passes many rows
+    std::vector<int> positions_;                      ///< of the columns in the statement's rows
     Row current_;
     Row before_; ///< the row walked over last
     bool atEnd_ = false;
     bool hasBefore_ = false;
-    bool steppedBack_ = false; ///< the statement stands one row ahead of `current_`
 };
 
 /// The capacity data file `capacities.mdb`: an SQLite 3 file of valve capacity tables and large-tank breathing tables.
@@ -78,11 +74,11 @@ public:
 
     /// The rows of a capacity table, from the first, in the order of its index "Index": Pressure, then flow. The index
     /// of table T is the SQLite index "T.Index"; without it the table cannot be walked.
-    CapacityRows table(const std::string& name) const;
+    CapacityRows table(const std::string& name, const Columns& columns) const;
 
     /// The rows of a query text, from the first. The number after " WHERE CV = " may be written with "." or with the
     /// user's decimal separator.
-    CapacityRows query(const std::string& text) const;
+    CapacityRows query(const std::string& text, const Columns& columns) const;
 
 private:
     CapacityRows open() const;

@@ -22,6 +22,8 @@ struct ModelRule
 constexpr float halfInchCv = 0.4F; // the largest Cv of the 1/2 inch body; the stored body size is not consulted
 constexpr float noneExempt = -std::numeric_limits<float>::infinity();
 
+// The range check has already refused Series 63 below 25 psi, 172 kPa and 1.76 kg/cm2; between that and 1.8 kg/cm2 the
+// rule below still does.
 constexpr ModelRule modelRules[] = {
     {"Series 61", "PSI", 25, halfInchCv,
      "Series 61 valves larger than 1/2 inch must have a minimum supply pressure of 25 psi."},

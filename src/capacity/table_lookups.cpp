@@ -2,21 +2,22 @@
 
 #include "app/sizing_state.h"
 #include "capacity/capacity_store.h"
-#include "engine/failure.h"
 #include "engine/interpolation.h"
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
+#include "engine/lookup_handler.h"
 #include "platform/number_text.h"
 
 namespace
 {
 
+// Columns in the order in which every lookup asks for them.
+constexpr std::size_t pressureColumn = 0;
+constexpr std::size_t flowColumn = 1;
+constexpr std::size_t wantedColumn = 2;
+
 /// Moves `rows` to the first adequate row; past the last one when there is none. A row without a pressure or a
 /// capacity is never adequate.
 void walkToAdequate(CapacityRows& rows, double pressure, std::int32_t flow)
 {
-    const int pressureColumn = rows.column("Pressure");
-    const int flowColumn = rows.column("flow");
     for (; !rows.atEnd(); rows.next()) {
         const auto rowPressure = rows.numberOrEmpty(pressureColumn);
         const auto rowFlow = rows.numberOrEmpty(flowColumn);
@@ -25,44 +26,33 @@ void walkToAdequate(CapacityRows& rows, double pressure, std::int32_t flow)
     }
 }
 
-/// Runs one lookup under its handler. `read` gives the result; `nothing` is the result when it fails.
-template <typename Result, typename Read>
-Result lookup(SizingContext& sizing, const char* routine, Result nothing, Read read)
-{
-    Result result = nothing;
-    withHandler(
-        sizing.messageBox, errorCodes(routine), [&] { result = read(); }, [&] { sizing.screen.modClearData(); });
-    return result;
-}
-
 std::string lookupSize(SizingContext& sizing, const char* routine, double pressure, std::int32_t flow)
 {
-    return lookup(sizing, routine, std::string(), [&] {
-        CapacityRows rows = sizing.store.table(sizing.state.ValveTable);
+    return lookupOr(std::string(), sizing, routine, [&] {
+        CapacityRows rows = sizing.store.table(sizing.state.ValveTable, {"Pressure", "flow", "Bodysize"});
         walkToAdequate(rows, pressure, flow);
-        return rows.atEnd() ? std::string() : rows.text(rows.column("Bodysize"));
+        return rows.atEnd() ? std::string() : rows.text(wantedColumn);
     });
 }
 
 double lookupCv(SizingContext& sizing, const char* routine, double pressure, std::int32_t flow)
 {
-    return lookup(sizing, routine, 0.0, [&] {
-        CapacityRows rows = sizing.store.table(sizing.state.ValveTable);
+    return lookupOr(0.0, sizing, routine, [&] {
+        CapacityRows rows = sizing.store.table(sizing.state.ValveTable, {"Pressure", "flow", "CV"});
         walkToAdequate(rows, pressure, flow);
-        return rows.atEnd() ? 0.0 : rows.number(rows.column("CV"));
+        return rows.atEnd() ? 0.0 : rows.number(wantedColumn);
     });
 }
 
 double capacityOf(SizingContext& sizing, const std::string& cvLiteral, double pressure, std::int32_t flow)
 {
     CapacityRows rows = sizing.store.query("Select * FROM " + sizing.state.ValveTable + " WHERE CV = " + cvLiteral +
-                                           " ORDER BY Pressure ASC, flow ASC");
+                                               " ORDER BY Pressure ASC, flow ASC",
+                                           {"Pressure", "flow"});
     walkToAdequate(rows, pressure, flow);
     if (rows.atEnd())
         return 0;
 
-    const int pressureColumn = rows.column("Pressure");
-    const int flowColumn = rows.column("flow");
     const double upperPressure = rows.number(pressureColumn);
     const double upperFlow = rows.number(flowColumn);
     if (upperPressure == pressure)
@@ -75,7 +65,7 @@ double capacityOf(SizingContext& sizing, const std::string& cvLiteral, double pr
 double lookupCapacity(SizingContext& sizing, const char* routine, const std::string& cvLiteral, double pressure,
                       std::int32_t flow)
 {
-    return lookup(sizing, routine, 0.0, [&] { return capacityOf(sizing, cvLiteral, pressure, flow); });
+    return lookupOr(0.0, sizing, routine, [&] { return capacityOf(sizing, cvLiteral, pressure, flow); });
 }
 
 } // namespace

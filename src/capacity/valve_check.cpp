@@ -4,7 +4,7 @@
 #include "capacity/cv_series.h"
 #include "capacity/model_rules.h"
 #include "capacity/table_lookups.h"
-#include "capacity/valve_selection.h"
+#include "capacity/valve_results.h"
 #include "engine/checked_math.h"
 #include "engine/main_screen.h"
 #include "engine/sizing_context.h"
@@ -31,16 +31,20 @@ bool stepUp(SizingContext& sizing, std::span<const float> series, const char* me
     return true;
 }
 
-void setMaxValveCap(SizingContext& sizing, double tableCapacity)
+/// Looks capacity and body size of the stepped Cv up again.
+void lookUpAgain(SizingContext& sizing, decltype(modLookupSCFHPad)& lookupCapacity,
+                 decltype(modLookupSizePad)& lookupSize)
 {
-    SizingState& state = sizing.state;
-    state.MaxValveCap = toSingle(toWhole(tableCapacity * static_cast<double>(state.GasFactor)));
-    showMaxValveCap(sizing);
+    const SizingState& state = sizing.state;
+    const std::int32_t flow = tableFlow(sizing, state.ShownTotalFlow);
+    setMaxValveCap(sizing, roundedGasCapacity(sizing, lookupCapacity(sizing, state.InputPressure, flow)));
+    const std::int32_t sizeFlow = tableFlow(sizing, static_cast<double>(state.MaxValveCap));
+    setValveBodySize(sizing, lookupSize(sizing, state.InputPressure, sizeFlow));
 }
 
 void checkPad(SizingContext& sizing)
 {
-    SizingState& state = sizing.state;
+    const SizingState& state = sizing.state;
     if (!stepUp(sizing, padCvSeries,
                 "You have exceeded the maximum available valve capacity for the given inlet pressure."))
         return;
@@ -50,24 +54,14 @@ void checkPad(SizingContext& sizing)
         sizing.screen.setCaption(Label::lblComments, message);
         return;
     }
-    const std::int32_t flow = tableFlow(sizing, state.ShownTotalFlow);
-    setMaxValveCap(sizing, modLookupSCFHPad(sizing, state.InputPressure, flow));
-    state.ValveBodySize =
-        modLookupSizePad(sizing, state.InputPressure, tableFlow(sizing, static_cast<double>(state.MaxValveCap)));
-    sizing.screen.setCaption(Label::lblValveBodySize, state.ValveBodySize);
+    lookUpAgain(sizing, modLookupSCFHPad, modLookupSizePad);
 }
 
 void checkDepad(SizingContext& sizing)
 {
-    SizingState& state = sizing.state;
-    if (!stepUp(sizing, depadCvSeries,
-                "You have exceeded the maximum available valve capacity for the given differential pressure."))
-        return;
-    const std::int32_t flow = tableFlow(sizing, state.ShownTotalFlow);
-    setMaxValveCap(sizing, modLookupSCFHDepad(sizing, state.InputPressure, flow));
-    state.ValveBodySize =
-        modLookupSizeDepad(sizing, state.InputPressure, tableFlow(sizing, static_cast<double>(state.MaxValveCap)));
-    sizing.screen.setCaption(Label::lblValveBodySize, state.ValveBodySize);
+    if (stepUp(sizing, depadCvSeries,
+               "You have exceeded the maximum available valve capacity for the given differential pressure."))
+        lookUpAgain(sizing, modLookupSCFHDepad, modLookupSizeDepad);
 }
 
 } // namespace

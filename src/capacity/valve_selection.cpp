@@ -3,11 +3,10 @@
 #include "app/sizing_state.h"
 #include "capacity/model_rules.h"
 #include "capacity/table_lookups.h"
+#include "capacity/valve_results.h"
 #include "engine/checked_math.h"
-#include "engine/display_rounding.h"
 #include "engine/main_screen.h"
 #include "engine/sizing_context.h"
-#include "platform/number_text.h"
 
 namespace
 {
@@ -16,12 +15,6 @@ void refuse(SizingContext& sizing, const char* message)
 {
     sizing.screen.setCaption(Label::lblComments, message);
     sizing.state.SizingError = true;
-}
-
-void showCv(SizingContext& sizing)
-{
-    const double shown = Round1Place(sizing, static_cast<double>(sizing.state.SelectedCv));
-    sizing.screen.setCaption(Label::lblCV, sizing.numbers.general(shown));
 }
 
 void selectPad(SizingContext& sizing)
@@ -37,9 +30,8 @@ void selectPad(SizingContext& sizing)
     }
     if (state.SelectedCv == 0.2F || state.SelectedCv == 0.4F)
         modStoreCV(sizing);
-    showCv(sizing);
-    state.ValveBodySize = modLookupSizePad(sizing, pressure, flow);
-    sizing.screen.setCaption(Label::lblValveBodySize, state.ValveBodySize);
+    showSelectedCv(sizing);
+    setValveBodySize(sizing, modLookupSizePad(sizing, pressure, flow));
 
     if (const char* const message = brokenModelRule(sizing)) {
         modClearSizingData(sizing);
@@ -48,8 +40,7 @@ void selectPad(SizingContext& sizing)
     }
     // The table capacity is rounded before it is multiplied; depad sizing and the valve check round the product.
     const auto capacity = toWhole(modLookupSCFHPad(sizing, pressure, flow));
-    state.MaxValveCap = toSingle(static_cast<double>(state.GasFactor) * capacity);
-    showMaxValveCap(sizing);
+    setMaxValveCap(sizing, toSingle(static_cast<double>(state.GasFactor) * capacity));
 }
 
 void selectDepad(SizingContext& sizing)
@@ -59,30 +50,16 @@ void selectDepad(SizingContext& sizing)
     const std::int32_t flow = tableFlow(sizing, state.ShownTotalFlow);
 
     state.SelectedCv = toSingle(modLookupCVDepad(sizing, pressure, flow));
-    showCv(sizing); // before the test: no valve shows as 0
+    showSelectedCv(sizing); // before the test: no valve shows as 0
     if (state.SelectedCv == 0) {
         refuse(sizing, "You have exceeded the maximum available valve capacity for the given differential pressure.");
         return;
     }
-    state.ValveBodySize = modLookupSizeDepad(sizing, pressure, flow);
-    sizing.screen.setCaption(Label::lblValveBodySize, state.ValveBodySize);
-    const double capacity = modLookupSCFHDepad(sizing, pressure, flow);
-    state.MaxValveCap = toSingle(toWhole(capacity * static_cast<double>(state.GasFactor)));
-    showMaxValveCap(sizing);
+    setValveBodySize(sizing, modLookupSizeDepad(sizing, pressure, flow));
+    setMaxValveCap(sizing, roundedGasCapacity(sizing, modLookupSCFHDepad(sizing, pressure, flow)));
 }
 
 } // namespace
-
-std::int32_t tableFlow(const SizingContext& sizing, double flow)
-{
-    return toWhole(divide(flow, static_cast<double>(sizing.state.GasFactor)));
-}
-
-void showMaxValveCap(SizingContext& sizing)
-{
-    sizing.screen.setCaption(Label::lblMaxValveCapacity,
-                             sizing.numbers.general(static_cast<double>(sizing.state.MaxValveCap)));
-}
 
 void modGetValveData(SizingContext& sizing)
 {

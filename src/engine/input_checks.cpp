@@ -25,7 +25,7 @@ bool isEmpty(const SizingContext& sizing, Box box)
     return sizing.screen.text(box).empty();
 }
 
-bool readNumber(const SizingContext& sizing, Box box, double& value)
+bool copyNumber(const SizingContext& sizing, Box box, double& value)
 {
     const std::optional<double> number = sizing.numbers.parse(sizing.screen.text(box));
     if (number)
@@ -42,13 +42,13 @@ Refusal copyNumbers(SizingContext& sizing)
         return "Please enter the specific gravity of the blanketing gas.";
     if (state.ValveType == "Depad" && isEmpty(sizing, Box::txtSpecGrav))
         return "Please enter the specific gravity of the vented gas.";
-    if (!readNumber(sizing, Box::txtSpecGrav, state.SpecGrav) ||
-        !readNumber(sizing, Box::txtPumpRate, state.PumpRate) ||
-        !readNumber(sizing, Box::txtPressure, state.InputPressure))
+    if (!copyNumber(sizing, Box::txtSpecGrav, state.SpecGrav) ||
+        !copyNumber(sizing, Box::txtPumpRate, state.PumpRate) ||
+        !copyNumber(sizing, Box::txtPressure, state.InputPressure))
         return notANumber;
     if (isEmpty(sizing, Box::txtTankVolume) && state.SizingMethod == "API-2000")
         return "Please enter the Tank Volume.";
-    if (!readNumber(sizing, Box::txtTankVolume, state.TankVolume))
+    if (!copyNumber(sizing, Box::txtTankVolume, state.TankVolume))
         return notANumber;
     return passed;
 }

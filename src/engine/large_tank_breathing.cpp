@@ -2,21 +2,19 @@
 
 #include "app/sizing_state.h"
 #include "capacity/capacity_store.h"
-#include "engine/failure.h"
 #include "engine/interpolation.h"
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
+#include "engine/lookup_handler.h"
 
 namespace
 {
 
-double breathingFlow(SizingContext& sizing, const char* rateColumn, double volume)
+double flowFromTable(SizingContext& sizing, const char* rateColumn, double volume)
 {
     const char* const text =
         sizing.state.UnitSystem == "US" ? "Select * FROM USLargeTank" : "Select * FROM MetriclargeTank";
-    CapacityRows rows = sizing.store.query(text);
-    const int tankVol = rows.column("TankVol");
-    const int rate = rows.column(rateColumn);
+    constexpr std::size_t tankVol = 0;
+    constexpr std::size_t rate = 1;
+    CapacityRows rows = sizing.store.query(text, {"TankVol", rateColumn});
     while (!rows.atEnd() && rows.number(tankVol) < volume)
         rows.next();
     if (rows.atEnd())
@@ -32,11 +30,7 @@ double breathingFlow(SizingContext& sizing, const char* rateColumn, double volum
 
 double lookup(SizingContext& sizing, const char* routine, const char* rateColumn, double volume)
 {
-    double flow = 0;
-    withHandler(
-        sizing.messageBox, errorCodes(routine), [&] { flow = breathingFlow(sizing, rateColumn, volume); },
-        [&] { sizing.screen.modClearData(); });
-    return flow;
+    return lookupOr(0.0, sizing, routine, [&] { return flowFromTable(sizing, rateColumn, volume); });
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <iterator>
 #include <string>
 
 /// The boxes of the main form that the engine reads.
@@ -14,6 +16,11 @@ enum class Box
     txtFlashPoint,
     txtStoredMaterial
 };
+
+/// Their names, in the same order.
+inline constexpr const char* boxNames[] = {"txtPumpRate", "txtPressure",     "txtTankVolume", "cmbBlanketingGas",
+                                           "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint", "txtStoredMaterial"};
+static_assert(std::size(boxNames) == static_cast<std::size_t>(Box::txtStoredMaterial) + 1);
 
 /// The captions of the main form that the engine writes. They are part of the result, not decoration: `lblTotalFlow`
 /// is read back as the flow that a valve is selected for.
@@ -31,7 +38,13 @@ enum class Label
     lblPercentValveCapacity,
     lblComments
 };
-inline constexpr int labelCount = 11;
+
+/// Their names, in the same order.
+inline constexpr const char* labelNames[] = {
+    "lblHFPLFP",  "lblPRFlow",           "lblBRFlow", "lblTotalFlow",     "lblSGGas",
+    "lblCV",      "lblMaxValveCapacity", "lblSGGas2", "lblValveBodySize", "lblPercentValveCapacity",
+    "lblComments"};
+static_assert(std::size(labelNames) == static_cast<std::size_t>(Label::lblComments) + 1);
 
 /// What the engine needs of the main form. Texts are UTF-8.
 class MainScreen

@@ -85,6 +85,8 @@ const FlowRule& ruleOf(SizingContext& sizing)
     throw SilentFailure("no such sizing case: " + sizingCase);
 }
 
+/// A large tank that the table has no answer for breathes 0, and the sizing goes on: `build_capacities` sees to it that
+/// the table reaches from the limit to the largest tank that the input checks let through.
 double breathingFlow(SizingContext& sizing, const FlowRule& rule)
 {
     const double volume = sizing.state.TankVolume;

@@ -2,9 +2,9 @@
 
 #include "app/sizing_state.h"
 #include "capacity/valve_check.h"
+#include "capacity/valve_results.h"
 #include "capacity/valve_selection.h"
 #include "engine/checked_math.h"
-#include "engine/display_rounding.h"
 #include "engine/input_checks.h"
 #include "engine/main_screen.h"
 #include "engine/pressure_range.h"
@@ -49,7 +49,7 @@ void showUtilisation(SizingContext& sizing)
     SizingState& state = sizing.state;
     MainScreen& screen = sizing.screen;
     state.PercentCap = toSingle(divide(state.TotalFlow, static_cast<double>(state.MaxValveCap)));
-    screen.setCaption(Label::lblCV, sizing.numbers.general(Round1Place(sizing, static_cast<double>(state.SelectedCv))));
+    showSelectedCv(sizing);
     advise(sizing);
     if (state.PercentCap >= 1) {
         screen.setCaption(Label::lblComments,
@@ -59,7 +59,8 @@ void showUtilisation(SizingContext& sizing)
             screen.setCaption(label, "");
         return;
     }
-    const auto percent = toWhole(static_cast<double>(state.PercentCap) * 100);
+    // A single product: the single nearest 0.015 is 1.5 %, a half, and not the little less that it holds.
+    const auto percent = toWhole(static_cast<double>(state.PercentCap * 100.0F));
     screen.setCaption(Label::lblPercentValveCapacity,
                       state.PercentCap < 0.01F ? "Less than 1%" : std::to_string(percent));
     screen.setCaption(Label::lblSGGas2, sizing.numbers.standard(state.SpecGrav));
@@ -87,6 +88,7 @@ void size(SizingContext& sizing)
 
 void modSizeValve(SizingContext& sizing)
 {
+    // A colon where the other routines have a semicolon; users quote the texts, so it stays.
     withHandler(
         sizing.messageBox, {"Error Code 11: modSizeValve", "Error Code 13: modSizeValve"}, [&] { size(sizing); },
         [&] { sizing.state.SizingError = true; });

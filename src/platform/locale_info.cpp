@@ -12,7 +12,7 @@ class SystemLocale : public LocaleInfo
 public:
     std::uint32_t GetUserDefaultLCID() const override { return ::GetUserDefaultLCID(); }
 
-    // The program's manifest sets UTF-8 as its code page, so the ANSI call answers in UTF-8.
+    // In the process's code page: the program needs a manifest that makes it UTF-8.
     int GetLocaleInfoA(std::uint32_t locale, LocaleItem item, char* buffer, int length) const override
     {
         return ::GetLocaleInfoA(locale, static_cast<LCTYPE>(item), buffer, length);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 class LocaleInfo;
 enum class LocaleItem : std::uint32_t;
@@ -30,7 +31,7 @@ public:
     std::string general(float value) const;
 
     /// The "Standard" format: thousands separators and two decimals. The decimal text of 15 significant digits is what
-    /// is rounded, halves away from zero, so 0.985 gives 0.99 although the nearest double lies below it.
+    /// is rounded, halves away from zero, so 0.985 gives 0.99 although the nearest double lies below it. Finite only.
     std::string standard(double value) const;
 
     /// The number that `standard` shows.

@@ -19,18 +19,12 @@
 namespace
 {
 
-QString defaultOrFirstPrinter()
-{
-    const QString name = QPrinterInfo::defaultPrinterName();
-    if (!name.isEmpty())
-        return name;
-    const QStringList names = QPrinterInfo::availablePrinterNames();
-    if (names.isEmpty())
-        throw std::runtime_error("no printer");
-    return names.first();
-}
-
 #ifdef Q_OS_WIN
+
+QString defaultPrinter()
+{
+    return QPrinterInfo::defaultPrinterName();
+}
 
 void printOn(QPrinter& printer, const std::function<void(QPrinter&)>& paint)
 {
@@ -41,7 +35,23 @@ void printOn(QPrinter& printer, const std::function<void(QPrinter&)>& paint)
 
 #else
 
-/// Hands a file to a queue, with the options the user keeps for it ("queue/instance" for a second set of them).
+struct FreeDestination
+{
+    void operator()(cups_dest_t* destination) const { cupsFreeDests(1, destination); }
+};
+using Destination = std::unique_ptr<cups_dest_t, FreeDestination>;
+
+/// Qt would list all printers for this, which may wait for the network.
+QString defaultPrinter()
+{
+    const Destination destination(cupsGetNamedDest(CUPS_HTTP_DEFAULT, nullptr, nullptr));
+    if (!destination)
+        return {};
+    const QString queue = QString::fromUtf8(destination->name);
+    return destination->instance == nullptr ? queue : queue + u'/' + QString::fromUtf8(destination->instance);
+}
+
+/// Hands a file to a printer, a queue or "queue/instance", with the options that the user keeps for it.
 void submit(const QString& printer, const QString& title, const QString& file)
 {
     // No question for a password on a terminal that nobody sees.
@@ -49,8 +59,7 @@ void submit(const QString& printer, const QString& title, const QString& file)
                        nullptr);
     const QByteArray queue = printer.section(u'/', 0, 0).toUtf8();
     const QByteArray instance = printer.section(u'/', 1).toUtf8();
-    const auto release = [](cups_dest_t* destination) { cupsFreeDests(1, destination); };
-    const std::unique_ptr<cups_dest_t, decltype(release)> destination(
+    const Destination destination(
         cupsGetNamedDest(CUPS_HTTP_DEFAULT, queue.constData(), instance.isEmpty() ? nullptr : instance.constData()));
     if (!destination || cupsPrintFile(queue.constData(), file.toLocal8Bit().constData(), title.toUtf8().constData(),
                                       destination->num_options, destination->options) == 0)
@@ -70,6 +79,17 @@ void printOn(QPrinter& printer, const std::function<void(QPrinter&)>& paint)
 
 #endif
 
+QString defaultOrFirstPrinter()
+{
+    const QString name = defaultPrinter();
+    if (!name.isEmpty())
+        return name;
+    const QStringList names = QPrinterInfo::availablePrinterNames();
+    if (names.isEmpty())
+        throw std::runtime_error("no printer");
+    return names.first();
+}
+
 } // namespace
 
 int SystemPrinters::count() const
@@ -79,7 +99,8 @@ int SystemPrinters::count() const
 
 void SystemPrinters::print(const QString& title, const std::function<void(QPrinter&)>& paint)
 {
-    QPrinter printer(QPrinterInfo::printerInfo(defaultOrFirstPrinter()), QPrinter::HighResolution);
+    const QString name = defaultOrFirstPrinter();
+    QPrinter printer(QPrinterInfo::printerInfo(name), QPrinter::HighResolution);
     printer.setDocName(title);
     printOn(printer, paint);
 }

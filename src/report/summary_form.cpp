@@ -24,7 +24,9 @@
 namespace
 {
 
-constexpr int labelGap = 60; // twips kept between two labels of a line where the first one is long
+// Between two labels of a line, in twips: below a thin space they would read as one, and the second one moves on.
+constexpr int thinSpace = 40;
+constexpr int movedGap = 100;
 
 struct Filling
 {
@@ -315,8 +317,8 @@ void SummaryForm::paintRow(QPainter& painter, std::size_t first, std::size_t end
     // The values and units of a line stand at their stated places; one that grows into the next pushes it on.
     double needed = 0;
     for (std::size_t at = first; at < end; ++at)
-        needed += isLeft(at) ? labelGap + neededWidth(summaryRows[at], shown_[at].text) : 0;
-    double free = 0;
+        needed += isLeft(at) ? movedGap + neededWidth(summaryRows[at], shown_[at].text) : 0;
+    double taken = 0;
     for (std::size_t at = first; at < end; ++at) {
         const SummaryRow& row = summaryRows[at];
         const QString& text = shown_[at].text;
@@ -329,13 +331,13 @@ void SummaryForm::paintRow(QPainter& painter, std::size_t first, std::size_t end
             const LabelText label(row, text, right);
             label.draw(painter, right - label.width(), row);
         } else {
-            const double left = std::max<double>(row.left, free);
+            const double left = row.left < taken + thinSpace ? taken + movedGap : row.left;
             const double width = neededWidth(row, text);
-            needed -= labelGap + width;
+            needed -= movedGap + width;
             const double room =
                 std::min(summaryWidth - left - needed, row.place == Place::fitted ? summaryWidth : width);
             LabelText(row, text, room).draw(painter, left, row);
-            free = left + std::min(width, room) + labelGap;
+            taken = left + std::min(width, room);
         }
     }
 }

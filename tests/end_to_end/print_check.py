@@ -13,6 +13,7 @@ import os
 import pathlib
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -23,6 +24,7 @@ TOOLS = ["cupsd", "lpadmin", "cupsaccept", "cupsreject", "lpstat", "Xvfb", "xdot
          "pdfimages"]
 SKIPPED = 77
 PATIENCE = 30  # seconds for any one thing to happen
+ALL_PATIENCE = 240  # seconds for the whole check, which takes about 10
 WIDTH, HEIGHT = 10545, 14670  # the summary in twips
 NEAR = 0.5  # points
 
@@ -205,7 +207,7 @@ class Window:
 
     def found(self, title):
         done = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", title], env=self.environment, text=True,
-                              stdout=subprocess.PIPE, timeout=PATIENCE)
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=PATIENCE)
         return done.stdout.split()
 
     def focus(self, title):
@@ -310,7 +312,7 @@ class Case:
         self.setup = setup + ("m" if metric else "u") + ("p" if self.pad else "d") + ("2" if self.api else "r")
         self.entries, self.total = entries, total
         self.gravity = "0.97" if self.pad else "1"
-        self.title = f"{name} {'metric' if metric else 'US'}{' comma' if comma else ''}"
+        self.title = f"{name} {'metric' if metric else 'US'}{' comma' if comma else ''}{' ' + note if note else ''}"
         if comma:
             self.gravity = self.gravity.replace(".", ",")
 
@@ -386,7 +388,7 @@ class Check:
             shutil.copyfile(page, self.pages / f"{case.title.replace(' ', '-')}.pdf")
         check_page(page, case.labels(datetime.date.today().strftime(date)))
         self.times.append(seconds)
-        print(f"ok: {case.title} {case.note or ''}, in the queue after {seconds * 1000:.0f} ms", flush=True)
+        print(f"ok: {case.title}, in the queue after {seconds * 1000:.0f} ms", flush=True)
 
     def no_printer(self, scheduler):
         """One message; the button is dead from then on, whatever is installed meanwhile; the rest still works."""
@@ -449,6 +451,10 @@ def display():
             yield f":{number.readline().strip()}"
 
 
+def stop(signal_number, _):
+    raise Fault(f"stopped by {signal.Signals(signal_number).name}")
+
+
 def main(program, pages=None):
     os.environ["PATH"] += ":/usr/sbin:/sbin"
     if missing := [tool for tool in TOOLS if not shutil.which(tool)]:
@@ -456,11 +462,17 @@ def main(program, pages=None):
         return 1 if os.environ.get("CI") else SKIPPED
     if pages:
         pathlib.Path(pages).mkdir(parents=True, exist_ok=True)
-    with tempfile.TemporaryDirectory(prefix="print-check-") as directory, display() as name:
+    for signal_number in (signal.SIGTERM, signal.SIGALRM):
+        signal.signal(signal_number, stop)
+    signal.alarm(ALL_PATIENCE)
+    with tempfile.TemporaryDirectory(prefix="print-check-") as directory:
         try:
-            Check(os.path.abspath(program), pathlib.Path(directory), name, pages and pathlib.Path(pages)).all()
+            with display() as name:
+                Check(os.path.abspath(program), pathlib.Path(directory), name, pages and pathlib.Path(pages)).all()
         except (Fault, subprocess.SubprocessError) as fault:
             print(f"FAULT: {fault}")
+            for log in pathlib.Path(directory).glob("*/error_log"):
+                print(f"{log}:", *log.read_text().splitlines()[-5:], sep="\n  ")
             return 1
     return 0
 

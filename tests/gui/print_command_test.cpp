@@ -72,7 +72,7 @@ const std::vector<std::string> printingError{"cmdPrint: A printing error has occ
 
 TEST_F(PrintCommandTest, PrintsOnePageOnThePrintersPaper)
 {
-    for (const auto& [paper, box] : {std::pair{QPageSize::Letter, "[0 0 612 792]"}, {QPageSize::A4, "[0 0 595 842]"}}) {
+    for (const auto& [paper, box] : {std::pair{QPageSize::Letter, "[0 0 612.0"}, {QPageSize::A4, "[0 0 595.0"}}) {
         printers.paper = QPageSize(paper);
         click();
         QFile job(printers.file);

@@ -121,6 +121,14 @@ TEST_F(BuildCapacities, RefusesWhatWouldMakeALookupWrong)
         {"mbar_Depad.csv", valveHeader + "1,1e999,a,1\n", "mbar_Depad.csv:2: error", "not a finite number"},
         {"mbar_Depad.csv", valveHeader + "1,-0.5,a,1\n", "mbar_Depad.csv:2: error", "negative"},
         {"mbar_Depad.csv", valveHeader + "1,1,,1\n", "mbar_Depad.csv:2: error", "Bodysize is empty"},
+        {"mbar_Depad.csv", valveHeader + "1,1,\xBD,1\n", "mbar_Depad.csv:2: error", "Bodysize is not UTF-8"},
+        {"mbar_Depad.csv", valveHeader + "1,1,\xE2\x81,1\n", "mbar_Depad.csv:2: error", "Bodysize is not UTF-8"},
+        // What a lookup by a single's seven digits, without an exponent, does not find; and 0, which is no valve.
+        {"psi_Pad.csv", valveHeader + "1,1,a,0.2000000001\n", "psi_Pad.csv:2: error", "CV 0.2000000001 cannot"},
+        {"psi_Pad.csv", valveHeader + "1,1,a,16777217\n", "psi_Pad.csv:2: error", "CV 16777217 cannot"},
+        {"psi_Pad.csv", valveHeader + "1,1,a,1e-5\n", "psi_Pad.csv:2: error", "CV 1e-05 cannot"},
+        {"psi_Pad.csv", valveHeader + "1,1,a,1e99\n", "psi_Pad.csv:2: error", "CV 1e+99 cannot"},
+        {"psi_Pad.csv", valveHeader + "1,1,a,0\n", "psi_Pad.csv:2: error", "CV 0 cannot"},
         {"mbar_Depad.csv", valveHeader + "1,1,a,3\n2,1,a,3\n1.0,2,a,3.00\n", "mbar_Depad.csv:4: error",
          "duplicate of line 2"},
         {"USLargeTank.csv", tankHeader, "USLargeTank.csv:1: error", "table is empty"},
@@ -205,10 +213,10 @@ TEST_F(BuildCapacities, HoldsADepadTableToTheDepadRangeOnly)
 TEST_F(BuildCapacities, ReadsWhatSpreadsheetsWrite)
 {
     setTable("psi_Pad.csv", "\xEF\xBB\xBF\"CV\",Bodysize,Pressure,flow\r\n"
-                            "0.2,\"1/2\"\"\",\"1\",1e1\r\n\r\n0.2,\"1/2\"\", NPT\",200,20");
+                            "0.2,\"1/2\"\"\",\"1\",1e1\r\n\r\n0.2,\"½\"\", NPT\",200,20");
     EXPECT_EQ(build(), 0) << messages;
     EXPECT_EQ(query("SELECT group_concat(Pressure || '|' || flow || '|' || Bodysize || '|' || CV, ' ') FROM psi_Pad"),
-              "1.0|10.0|1/2\"|0.2 200.0|20.0|1/2\", NPT|0.2");
+              "1.0|10.0|1/2\"|0.2 200.0|20.0|½\", NPT|0.2");
 }
 
 TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)

@@ -18,9 +18,9 @@ protected:
     {
         for (const char* const table : {"USLargeTank", "MetriclargeTank"})
             sql(std::string("CREATE TABLE ") + table + " (TankVol REAL, Pad REAL, DepadHFP REAL, DepadLFP REAL)");
-        sql("INSERT INTO USLargeTank VALUES (840000, 20000, 12000, 21000), (1000000, 24000, 14000, 25000), "
+        sql("INSERT INTO USLargeTank VALUES (840000, 19000, 12000, 21000), (1000000, 24000, 14000, 25000), "
             "(1500000, 30000, 18000, 31000), (1500000, 31000, 1, 1), (1600000, 32000, NULL, 'many')");
-        sql("INSERT INTO MetriclargeTank VALUES (3000, 507, 304, 508), (3180, 537, 322, 538)");
+        sql("INSERT INTO MetriclargeTank VALUES (3000, 400, 304, 508), (3180, 500, 322, 538)");
     }
 
     std::string row() const
@@ -55,6 +55,8 @@ const FlowCase flowCases[] = {
     {"Depad API-2000", "US", 100, 10000, 1.52, "", "300", "860 143 1003 1.52", 0.81F, "High Boiling Point"},
     {"Depad API-2000", "US", 100, 10000, 1, "", "299.9", "1710 238 1948 1.00", 1.00F, "Low Boiling Point"},
     {"Depad API-2000", "Metric", 50, 500, 1, "38", "1", "50 50 101 1.00", 1.00F, "High Flash Point"},
+    {"Depad API-2000", "Metric", 50, 500, 1, "37.5", "", "101 84 185 1.00", 1.00F, "Low Flash Point"},
+    {"Depad API-2000", "Metric", 50, 500, 1, "", "149", "50 50 101 1.00", 1.00F, "High Boiling Point"},
     {"Depad API-2000", "Metric", 5, 10, 1, "", "148.5", "10 1.6 12 1.00", 1.00F, "Low Boiling Point"},
     // Bands of the shown flow: cut below 1 and up to 10, whole above with halves to even. Singles show: 1.01 x 1 is
     // just below 1.01.
@@ -64,13 +66,15 @@ const FlowCase flowCases[] = {
     {"Pad Direct Displacement", "US", 1.5625, 0, 1, "", "", "12 0 12 1.00", 0.99F, "old"},
     {"Pad Direct Displacement", "US", 1.6875, 0, 1, "", "", "14 0 14 1.00", 0.99F, "old"},
     {"Pad Direct Displacement", "US", 1.25, 0, 1, "", "", "10 0 10 1.00", 0.99F, "old"},
-    // The formula up to the limit, the table above it.
+    // The formula up to the limit, the table (with other figures) above it.
     {"Pad API-2000", "US", 1, 840000, 1, "", "", "8 20000 20008 1.00", 0.99F, "old"},
     {"Pad API-2000", "US", 1, 1200000, 1, "", "", "8 26400 26408 1.00", 0.99F, "old"},
     {"Depad API-2000", "US", 1, 1000000, 1, "100", "", "8.6 14000 14009 1.00", 1.00F, "High Flash Point"},
     {"Depad API-2000", "US", 1, 1000000, 1, "1", "", "17 25000 25017 1.00", 1.00F, "Low Flash Point"},
+    {"Pad API-2000", "US", 1, 840001, 1, "", "", "8 19000 19008 1.00", 0.99F, "old"},
     {"Pad API-2000", "Metric", 1, 3179, 1, "", "", "1 537 538 1.00", 0.99F, "old"},
-    {"Pad API-2000", "Metric", 1, 3180, 1, "", "", "1 537 538 1.00", 0.99F, "old"},
+    {"Pad API-2000", "Metric", 1, 3179.5, 1, "", "", "1 500 501 1.00", 0.99F, "old"},
+    {"Pad API-2000", "Metric", 1, 3180, 1, "", "", "1 500 501 1.00", 0.99F, "old"},
     {"Depad API-2000", "Metric", 1, 3179.5, 1, "38", "", "1 322 323 1.00", 1.00F, "High Flash Point"},
     {"Pad API-2000", "Metric", 1, 3181, 1, "", "", "1 0 1 1.00", 0.99F, "old"}, // past the last row
 };

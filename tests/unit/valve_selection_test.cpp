@@ -125,12 +125,31 @@ TEST_F(ValveSelection, PadRoundsBeforeMultiplyingAndDepadAfter)
 TEST_F(ValveSelection, SizesForTheShownFlowInTheTablesBasis)
 {
     capacityTable("psi_Pad", "(25, 1000, 'a', 1), (25, 2000, 'b', 2)");
-    duty("Pad", "Series 61", "PSI", 25, 1260, 1.27F); // 1260 / 1.27 = 992
-    modGetValveData(sizing);
-    EXPECT_EQ(state.SelectedCv, 1);
-    duty("Pad", "Series 61", "PSI", 25, 1270.4, 1.27F); // shown as 1270: 1000, which Cv 1 does not exceed
-    modGetValveData(sizing);
-    EXPECT_EQ(state.SelectedCv, 2);
+    for (const char* const type : {"Pad", "Depad"}) {
+        duty(type, "Series 61", "PSI", 25, 1260, 1.27F); // 1260 / 1.27 = 992
+        modGetValveData(sizing);
+        EXPECT_EQ(state.SelectedCv, 1);
+        duty(type, "Series 61", "PSI", 25, 499.6, 0.5F); // shown as 500: 1000, which Cv 1 does not exceed
+        modGetValveData(sizing);
+        EXPECT_EQ(state.SelectedCv, 2);
+    }
+}
+
+TEST_F(ValveSelection, StepsUpInTheTablesBasis)
+{
+    capacityTable("any", "(30, 45, 'u', 0.4), (30, 45, 'u', 6), (30, 100, 'a', 0.2), (30, 200, 'b', 0.4), "
+                         "(30, 200, 'b', 6), (30, 230, 't', 9), (30, 300, 'c', 1)");
+    for (const auto& [type, cv] : {std::pair{"Pad", 0.2F}, {"Depad", 3.0F}})
+        for (const auto& [flow, shown] : {
+                 std::pair{50.0, "|a|57"},  // 50 / 1.27 = 39: the row of 45, 57 of the gas
+                 std::pair{60.0, "|t|254"}, // 200, 254 of the gas; the first body above 254 / 1.27 = 200
+             }) {
+            duty(type, "Series 63", "PSI", 30, flow, 1.27F);
+            state.SelectedCv = cv;
+            state.MaxValveCap = 50;
+            modCheckValveData(sizing);
+            EXPECT_EQ(valve(), shown) << type;
+        }
 }
 
 TEST_F(ValveSelection, ModelRulesRefuseLowSupplyPressures)
@@ -158,11 +177,13 @@ TEST_F(ValveSelection, ModelRulesRefuseLowSupplyPressures)
           {"Series 63", "kPa", 172, 50, ""}}) {
         duty("Pad", c.model, c.units, c.pressure, c.flow);
         state.MaxValveCap = -1;
+        screen.captions[Label::lblPercentValveCapacity] = screen.captions[Label::lblSGGas2] = "earlier";
         modGetValveData(sizing);
         EXPECT_EQ(comments(), c.message);
         EXPECT_EQ(state.SizingError, !c.message.empty()) << c.model << c.units << c.pressure;
         if (state.SizingError) {
             EXPECT_EQ(valve(), "||");
+            EXPECT_EQ(screen.caption(Label::lblPercentValveCapacity) + screen.caption(Label::lblSGGas2), "");
             EXPECT_EQ(state.MaxValveCap, -1) << "keeps that of the sizing before";
             EXPECT_NE(state.ValveBodySize, "");
         }

@@ -1,0 +1,36 @@
+#include "capacity/valve_results.h"
+
+#include "app/sizing_state.h"
+#include "engine/checked_math.h"
+#include "engine/display_rounding.h"
+#include "engine/main_screen.h"
+#include "engine/sizing_context.h"
+#include "platform/number_text.h"
+
+std::int32_t tableFlow(const SizingContext& sizing, double flow)
+{
+    return toWhole(divide(flow, static_cast<double>(sizing.state.GasFactor)));
+}
+
+void showSelectedCv(SizingContext& sizing)
+{
+    const double shown = Round1Place(sizing, static_cast<double>(sizing.state.SelectedCv));
+    sizing.screen.setCaption(Label::lblCV, sizing.numbers.general(shown));
+}
+
+void setValveBodySize(SizingContext& sizing, const std::string& bodySize)
+{
+    sizing.state.ValveBodySize = bodySize;
+    sizing.screen.setCaption(Label::lblValveBodySize, bodySize);
+}
+
+void setMaxValveCap(SizingContext& sizing, float capacity)
+{
+    sizing.state.MaxValveCap = capacity;
+    sizing.screen.setCaption(Label::lblMaxValveCapacity, sizing.numbers.general(static_cast<double>(capacity)));
+}
+
+float roundedGasCapacity(const SizingContext& sizing, double tableCapacity)
+{
+    return toSingle(toWhole(tableCapacity * static_cast<double>(sizing.state.GasFactor)));
+}

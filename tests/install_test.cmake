@@ -1,0 +1,19 @@
+# Installs the build in BUILD_DIR into ROOT, moves the tree, and follows the desktop entry to the program and its data.
+file(REMOVE_RECURSE ${ROOT} ${ROOT}-moved)
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${ROOT} COMMAND_ERROR_IS_FATAL ANY)
+file(RENAME ${ROOT} ${ROOT}-moved)
+set(ROOT ${ROOT}-moved)
+
+file(STRINGS ${ROOT}/share/applications/blanketing-valve-sizing.desktop entry REGEX "^(Exec|Icon)=")
+string(REGEX MATCH "Exec=([^;]+)" found "${entry}")
+file(REAL_PATH ${ROOT}/bin/${CMAKE_MATCH_1} program)
+get_filename_component(directory ${program} DIRECTORY)
+string(REGEX MATCH "Icon=([^;]+)" found "${entry}")
+set(icons ${ROOT}/share/icons/hicolor)
+
+foreach(file ${program} ${directory}/capacities.mdb ${icons}/scalable/apps/${CMAKE_MATCH_1}.svg
+             ${icons}/128x128/apps/${CMAKE_MATCH_1}.png)
+    if(NOT EXISTS ${file} OR IS_SYMLINK ${file} OR IS_DIRECTORY ${file})
+        message(SEND_ERROR "not installed: ${file}")
+    endif()
+endforeach()
