@@ -4,11 +4,13 @@
 #include "app/gas_box.h"
 #include "app/numeric_box.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QShortcutEvent>
 
 #include <algorithm>
 #include <utility>
@@ -31,6 +33,25 @@ QFont weighted(QFont font, bool bold)
     return font;
 }
 
+/// A button whose access key clicks it at once. Qt's own waits a tenth of a second, in which a fast typist's next keys
+/// would still go to the control before.
+template <typename Button>
+class AccessKeyButton : public Button
+{
+public:
+    using Button::Button;
+
+protected:
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous())
+            return Button::event(event);
+        this->setFocus(Qt::ShortcutFocusReason);
+        this->click();
+        return true;
+    }
+};
+
 QLabel* createLabel(const ControlRow& row, QWidget* parent)
 {
     auto* const label = new QLabel(parent);
@@ -48,6 +69,11 @@ QListWidget* createList(QWidget* parent)
 {
     auto* const list = new QListWidget(parent);
     list->setUniformItemSizes(true);
+    // Every choice has a value: a click beside the entries or with Ctrl selects none.
+    QObject::connect(list, &QListWidget::itemSelectionChanged, list, [list] {
+        if (list->selectedItems().isEmpty() && list->currentItem() != nullptr)
+            list->currentItem()->setSelected(true);
+    });
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     return list;
@@ -55,7 +81,7 @@ QListWidget* createList(QWidget* parent)
 
 QPushButton* createButton(const ControlRow& row, QWidget* parent)
 {
-    auto* const button = new QPushButton(QString::fromUtf8(row.caption), parent);
+    auto* const button = new AccessKeyButton<QPushButton>(QString::fromUtf8(row.caption), parent);
     button->setAutoDefault(true); // Enter presses it, as Space does
     return button;
 }
@@ -63,7 +89,7 @@ QPushButton* createButton(const ControlRow& row, QWidget* parent)
 /// Tab stops at the selected option of a frame, the arrow keys go through the others.
 QRadioButton* createOption(const ControlRow& row, QWidget* parent)
 {
-    auto* const option = new QRadioButton(QString::fromUtf8(row.caption), parent);
+    auto* const option = new AccessKeyButton<QRadioButton>(QString::fromUtf8(row.caption), parent);
     const auto setTabStop = [option](bool selected) {
         option->setFocusPolicy(selected ? Qt::StrongFocus : Qt::ClickFocus);
     };
@@ -93,6 +119,13 @@ QWidget* createControl(const ControlRow& row, QWidget* parent)
         default:
             return createLabel(row, parent);
     }
+}
+
+void nameControl(QWidget& control, const QString& name)
+{
+    control.setAccessibleName(name);
+    if (auto* const box = qobject_cast<QComboBox*>(&control)) // screen readers come to the line edit inside
+        box->lineEdit()->setAccessibleName(name);
 }
 
 QPoint offsetInForm(const QWidget& form, const QWidget& parent, FrameOrigin origin)
@@ -158,7 +191,7 @@ void setLabelCaption(QLabel& label, const QString& caption)
 {
     label.setText(caption);
     if (label.buddy() != nullptr)
-        label.buddy()->setAccessibleName(withoutAccessKey(caption));
+        nameControl(*label.buddy(), withoutAccessKey(caption));
     if (label.wordWrap())
         return;
     const int edge = label.property(stated).toInt();
@@ -172,17 +205,22 @@ void keepApart(std::span<QLabel* const> row)
 {
     int end = 0;
     for (QLabel* const label : row) {
-        const int left = std::max(label->property(stated).toInt(), end);
+        const int statedLeft = label->property(stated).toInt();
+        const int left = end > statedLeft ? end + rowGap : statedLeft;
         label->move(left, label->y());
-        end = label->text().isEmpty() ? left : left + label->width() + rowGap;
+        end = label->text().isEmpty() ? left : left + label->width();
     }
 }
 
 void paintLightGrey(QWidget& widget)
 {
+    const QColor grey(192, 192, 192);
     QPalette palette = widget.palette();
-    palette.setColor(QPalette::Window, QColor(192, 192, 192));
-    palette.setColor(QPalette::WindowText, Qt::black);
+    palette.setColor(QPalette::Window, grey);
+    palette.setColor(QPalette::Base, Qt::white);
+    for (const QPalette::ColorRole text : {QPalette::WindowText, QPalette::Text})
+        palette.setColor(text, Qt::black);
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, grey.darker(150));
     widget.setPalette(palette);
     widget.setAutoFillBackground(true);
 }

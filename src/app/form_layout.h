@@ -71,7 +71,7 @@ void setLabelCaption(QLabel& label, const QString& caption);
 /// positions they were created with. `row` is in order from the left.
 void keepApart(std::span<QLabel* const> row);
 
-/// Light grey background with black text on it, whatever the desktop's theme.
+/// Light grey background with black text on it and white boxes, whatever the desktop's theme.
 void paintLightGrey(QWidget& widget);
 
 /// Puts a window in the middle of its screen; one that is larger than the screen starts at its top-left corner.

@@ -10,8 +10,8 @@ int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("blanketing-valve-sizing"));
-    QApplication::setApplicationDisplayName(QString());
     QApplication::setDesktopFileName(QStringLiteral("blanketing-valve-sizing"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/blanketing-valve-sizing.png")));
     // The forms have fixed positions: one style on every desktop, so that what fits here fits there.
     QApplication::setStyle(QStringLiteral("Fusion"));
 

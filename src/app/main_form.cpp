@@ -80,6 +80,13 @@ const char* gasOf(double specGrav)
     return "";
 }
 
+void paintText(QLabel& label, const QColor& colour)
+{
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, colour);
+    label.setPalette(palette);
+}
+
 } // namespace
 
 MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, const CapacityStore& store)
@@ -89,6 +96,7 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
     setWindowTitle(QStringLiteral("Halvor-ORM Blanketing Valve Sizing Application - Version " SIZING_VERSION));
     buildForm(*this, mainFormRows, FrameOrigin::form, mainFormWidth, mainFormHeight);
     paintLightGrey(*this);
+    paintText(control<QLabel>(*this, "lblComments"), QColor(192, 64, 0)); // dark orange
     gas_ = &control<GasBox>(*this, "cmbBlanketingGas");
     for (const std::span<const char* const> names :
          {std::span<const char* const>(flowRow), {capacityRow}, {bodySizeRow}})

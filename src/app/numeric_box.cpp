@@ -24,7 +24,7 @@ QString typedText(const QKeyEvent& event, const SizingState* state)
     if (control && key >= Qt::Key_A && key <= Qt::Key_Z)
         return QChar(key - Qt::Key_A + 1);
     const bool keypad = event.modifiers().testFlag(Qt::KeypadModifier);
-    if (state != nullptr && keypad && (key == Qt::Key_Period || key == Qt::Key_Comma))
+    if (state != nullptr && !state->DecSep.empty() && keypad && (key == Qt::Key_Period || key == Qt::Key_Comma))
         return QString::fromStdString(state->DecSep);
     return event.text();
 }
@@ -69,15 +69,26 @@ void NumericBox::focusInEvent(QFocusEvent* event)
     // Coming back from another window or from the context menu is not entering: the user may be half-way through.
     if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason)
         return;
-    enteredByMouse_ = event->reason() == Qt::MouseFocusReason;
+    enteringByMouse_ = event->reason() == Qt::MouseFocusReason;
     setSelection(0, 10);
 }
 
+// The click that enters the box selects, even when the hand moves; only the next one places the cursor.
+
 void NumericBox::mousePressEvent(QMouseEvent* event)
 {
-    // The click that enters the box selects; only the next one places the cursor.
-    if (std::exchange(enteredByMouse_, false))
-        event->accept();
-    else
+    if (!enteringByMouse_)
         QLineEdit::mousePressEvent(event);
+}
+
+void NumericBox::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!enteringByMouse_)
+        QLineEdit::mouseMoveEvent(event);
+}
+
+void NumericBox::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (!std::exchange(enteringByMouse_, false))
+        QLineEdit::mouseReleaseEvent(event);
 }

@@ -22,11 +22,13 @@ protected:
     void inputMethodEvent(QInputMethodEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     /// The characters of a typed text that pass the key filter; beeps for each that does not.
     QString accepted(const QString& typed) const;
 
     const SizingState* state_ = nullptr;
-    bool enteredByMouse_ = false;
+    bool enteringByMouse_ = false; ///< from the press that gave the box the focus to its release
 };

@@ -27,6 +27,7 @@ PATIENCE = 30  # seconds for any one thing to happen
 ALL_PATIENCE = 240  # seconds for the whole check, which takes about 10
 WIDTH, HEIGHT = 10545, 14670  # the summary in twips
 NEAR = 0.5  # points
+PAPERS = {"A4": (595, 842), "Letter": (612, 792)}  # points
 
 SETUP = "^Halvor-ORM  Blanketing Valve Sizing Application"
 MAIN = "^Halvor-ORM Blanketing Valve Sizing Application"
@@ -46,20 +47,16 @@ PPD = """*PPD-Adobe: "4.3"
 *PSVersion: "(3010.000) 0"
 *OpenUI *PageSize: PickOne
 *DefaultPageSize: {paper}
-*PageSize Letter: "<</PageSize[612 792]>>setpagedevice"
-*PageSize A4: "<</PageSize[595 842]>>setpagedevice"
+*PageSize {paper}: "<</PageSize[{width} {height}]>>setpagedevice"
 *CloseUI: *PageSize
 *OpenUI *PageRegion: PickOne
 *DefaultPageRegion: {paper}
-*PageRegion Letter: "<</PageSize[612 792]>>setpagedevice"
-*PageRegion A4: "<</PageSize[595 842]>>setpagedevice"
+*PageRegion {paper}: "<</PageSize[{width} {height}]>>setpagedevice"
 *CloseUI: *PageRegion
 *DefaultImageableArea: {paper}
-*ImageableArea Letter: "12 12 600 780"
-*ImageableArea A4: "12 12 583 830"
+*ImageableArea {paper}: "{left} {bottom} {right} {top}"
 *DefaultPaperDimension: {paper}
-*PaperDimension Letter: "612 792"
-*PaperDimension A4: "595 842"
+*PaperDimension {paper}: "{width} {height}"
 """
 
 CUPSD_CONF = """Listen {directory}/socket
@@ -166,9 +163,12 @@ class Scheduler:
             raise Fault(f"{' '.join(map(str, command))}: {done.stderr}")
         return done.stdout
 
-    def add_queue(self, name, paper):
-        ppd = self.directory / f"{paper}.ppd"
-        ppd.write_text(PPD.format(paper=paper))
+    def add_queue(self, name, paper, foot=20):
+        """A queue with its printer's paper, which cannot be printed on at the edges: not the same at each of them."""
+        width, height = PAPERS[paper]
+        ppd = self.directory / f"{name}.ppd"
+        ppd.write_text(PPD.format(paper=paper, width=width, height=height, left=12, bottom=foot, right=width - 18,
+                                  top=height - 6))
         self.call("lpadmin", "-p", name, "-v", "file:/dev/null", "-P", ppd)
         self.call("cupsaccept", name)
 
@@ -268,11 +268,13 @@ def page_words(page):
     return float(pages[0].get("width")), float(pages[0].get("height")), words
 
 
-def check_page(page, labels):
+def check_page(page, labels, paper, foot):
     """The page has each label at its place, advice in its box or none, two pictures, and not a word more."""
     paper_width, paper_height, words = page_words(page)
+    if (paper_width, paper_height) != PAPERS[paper]:
+        raise Fault(f"the page is {paper_width} by {paper_height} points, not {paper}")
     left = (paper_width - WIDTH / 20) / 2
-    top = (paper_height - HEIGHT / 20) / 2
+    top = min((paper_height - HEIGHT / 20) / 2, paper_height - foot - HEIGHT / 20)
     for place, label_top, text in labels:
         line = sorted(word for word in words if abs(word[1] - top - label_top / 20) <= NEAR)
         count = 1 if text is ANY else len(text.split())
@@ -380,13 +382,13 @@ class Check:
     def window(self, scheduler, locale="C.UTF-8"):
         return Window(self.program, scheduler, self.display, self.directory, locale).open()
 
-    def print_case(self, scheduler, case, locale="C.UTF-8", date="%-d %b %Y"):
+    def print_case(self, scheduler, case, paper, locale="C.UTF-8", date="%-d %b %Y", foot=0):
         with self.window(scheduler, locale) as window:
             window.size(case.setup, case.entries, CUSTOMER)
             page, seconds = window.print(scheduler)
         if self.pages:
             shutil.copyfile(page, self.pages / f"{case.title.replace(' ', '-')}.pdf")
-        check_page(page, case.labels(datetime.date.today().strftime(date)))
+        check_page(page, case.labels(datetime.date.today().strftime(date)), paper, foot)
         self.times.append(seconds)
         print(f"ok: {case.title}, in the queue after {seconds * 1000:.0f} ms", flush=True)
 
@@ -427,15 +429,18 @@ class Check:
             scheduler.add_queue("first", "A4")
             scheduler.add_queue("letter", "Letter")
             for case in CASES[:5]:
-                self.print_case(scheduler, case)
+                self.print_case(scheduler, case, "A4")
             if set(scheduler.queues_used()) != {"first"}:
                 raise Fault(f"without a default printer the first is not used: {scheduler.queues_used()}")
             scheduler.call("lpadmin", "-d", "letter")
             for case in CASES[5:]:
-                self.print_case(scheduler, case)
+                self.print_case(scheduler, case, "Letter")
             for case in COMMA_CASES:
-                self.print_case(scheduler, case, "de_DE.UTF-8", "%d.%m.%y")
+                self.print_case(scheduler, case, "Letter", "de_DE.UTF-8", "%d.%m.%y")
             self.refused(scheduler)
+            scheduler.add_queue("deep", "Letter", foot=50)
+            scheduler.call("lpadmin", "-d", "deep")
+            self.print_case(scheduler, CASES[0], "Letter", foot=50)
         if min(self.times) > 0.5:
             raise Fault("no print took less than half a second")
 

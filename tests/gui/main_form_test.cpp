@@ -82,6 +82,7 @@ TEST_F(MainFormTest, LoadsForTheChosenCase)
         EXPECT_EQ(shown("lblComments").starts_with("Direct Displacement only accounts for a direct"), !c.tankShown);
         EXPECT_EQ(get<QComboBox>("cmbBlanketingGas").count(), 4);
         EXPECT_EQ(focus(), "txtPumpRate");
+        EXPECT_EQ(get<QLabel>("lblComments").palette().color(QPalette::WindowText), QColor(192, 64, 0));
     }
 }
 
@@ -240,6 +241,13 @@ TEST_F(MainFormTest, EnteringABoxSelectsItsFirstTenCharacters)
     expectSelected("access key");
     QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
     expectSelected("mouse");
+    QTest::mousePress(&box, Qt::LeftButton, {}, QPoint(20, 8));
+    QTest::mouseMove(&box, QPoint(24, 8));
+    QMouseEvent move(QEvent::MouseMove, QPointF(26, 8), box.mapToGlobal(QPointF(26, 8)), Qt::NoButton, Qt::LeftButton,
+                     {});
+    QApplication::sendEvent(&box, &move);
+    QTest::mouseRelease(&box, Qt::LeftButton, {}, QPoint(26, 8));
+    expectSelected("mouse that moves");
     QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
     QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
     EXPECT_EQ(box.selectedText(), "") << "a second click places the cursor";
@@ -293,6 +301,9 @@ TEST_F(MainFormTest, ScreenReadersNameBoxesAndDescribeResults)
                                     {"txtFlashPoint", "Flash Point of Stored Material:"},
                                     {"txtStoredMaterial", "Material to be Stored (optional):"}}) {
         EXPECT_EQ(get<QWidget>(box).accessibleName(), name);
+        if (const auto* const combo = qobject_cast<QComboBox*>(&get<QWidget>(box))) {
+            EXPECT_EQ(combo->lineEdit()->accessibleName(), name);
+        }
         std::set<QString> labels; // a combo box is announced by its label alone
         for (const auto& relation : QAccessible::queryAccessibleInterface(&get<QWidget>(box))->relations())
             labels.insert(relation.first->text(QAccessible::Name));
@@ -431,6 +442,8 @@ TEST_F(MainFormTest, NothingIsClippedOrOverlaps)
                 press("cmdCalcFlowRate");
                 EXPECT_NE(shown("lblCV"), "");
                 EXPECT_EQ(misplaced(*screens.form()), "");
+                EXPECT_EQ(get<QLabel>("lblCV").x(), pixels(1560));
+                EXPECT_EQ(get<QLabel>("lblMaxValveCapacity").x(), pixels(3840));
             }
     for (const char* const longest :
          {"Series 61 valves larger than 1/2 inch must have a minimum supply pressure of 1.8 kg/cm2.",

@@ -23,6 +23,9 @@ TEST_F(SetupFormTest, OpensWithItsDefaults)
     for (const char* const option : {"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
         EXPECT_TRUE(get<QRadioButton>(option).isChecked()) << option;
     EXPECT_FALSE(get<QRadioButton>("optDepad").isEnabled());
+    const QPalette colours = get<QRadioButton>("optDepad").palette();
+    EXPECT_NE(colours.color(QPalette::Disabled, QPalette::WindowText),
+              colours.color(QPalette::Active, QPalette::WindowText));
     EXPECT_EQ(entries("lstPressure") + entries("lstFlow") + entries("lstTemp") + entries("lstVolume"),
               "PSISCFHFahrenheitGallons");
     EXPECT_EQ(screens.state().SizingCase, "Pad API-2000");
@@ -149,6 +152,32 @@ TEST_F(SetupFormTest, AccessKeysReachEveryChoiceAndBox)
     EXPECT_EQ((std::set{first, focus()}), (std::set<std::string>{"txtNotes", "txtORMRep"}));
     alt(Qt::Key_C);
     EXPECT_TRUE(QTest::qWaitFor([&] { return screens.form()->objectName() == "frmMain"; }));
+}
+
+TEST_F(SetupFormTest, FastTypingKeepsItsOrder)
+{
+    activate();
+    for (const Qt::Key letter : {Qt::Key_3, Qt::Key_D, Qt::Key_M, Qt::Key_R, Qt::Key_C}) // no wait in between
+        key(letter, Qt::AltModifier);
+    EXPECT_EQ(screens.state().ValveTable, "mbar_Depad");
+    EXPECT_EQ(screens.state().SizingMethod, "Direct Displacement");
+    EXPECT_EQ(screens.form()->objectName(), "frmMain");
+}
+
+TEST_F(SetupFormTest, AUnitIsAlwaysSelected)
+{
+    activate();
+    choose("optMetricUnits");
+    auto& list = get<QListWidget>("lstPressure");
+    const auto click = [&](QPoint at, Qt::KeyboardModifiers modifiers) {
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, modifiers, at);
+        return list.selectedItems().size() == 1 && list.selectedItems().front() == list.currentItem();
+    };
+    EXPECT_TRUE(click(list.visualItemRect(list.item(1)).center(), {}));
+    EXPECT_EQ(list.currentRow(), 1);
+    EXPECT_TRUE(click(list.visualItemRect(list.item(1)).center(), Qt::ControlModifier));
+    choose("optUSUnits");
+    EXPECT_TRUE(click(QPoint(20, 20), {})) << "the empty second row";
 }
 
 TEST_F(SetupFormTest, TabGoesThroughInOrder)
