@@ -80,15 +80,17 @@ void CapacityRows::step()
         return;
     if (result != SQLITE_ROW)
         throw SilentFailure(sqlite3_errmsg(file_.get()));
-    for (std::size_t column = 0; column < positions_.size(); ++column) {
-        Cell& cell = current_[column];
-        const int position = positions_[column];
-        cell.type = sqlite3_column_type(statement, position);
-        if (cell.type == SQLITE_TEXT)
-            cell.text = reinterpret_cast<const char*>(sqlite3_column_text(statement, position));
-        else
-            cell.number = sqlite3_column_double(statement, position);
-    }
+    for (std::size_t column = 0; column < positions_.size(); ++column)
+        read(positions_[column], current_[column]);
+}
+
+void CapacityRows::read(int position, Cell& cell) const
+{
+    cell.type = sqlite3_column_type(statement_.get(), position);
+    if (cell.type == SQLITE_TEXT)
+        cell.text = reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), position));
+    else
+        cell.number = sqlite3_column_double(statement_.get(), position);
 }
 
 void CapacityRows::next()
@@ -109,42 +111,62 @@ void CapacityRows::previous()
     atEnd_ = false;
 }
 
-const CapacityRows::Cell& CapacityRows::cell(std::size_t column) const
+CapacityRows::Cell CapacityRows::cellOf(const char* column) const
 {
     if (atEnd_)
         throw SilentFailure("no current row");
-    return current_[column];
+    Cell cell;
+    read(position(statement_.get(), column), cell);
+    return cell;
 }
 
-std::optional<double> CapacityRows::numberOrEmpty(std::size_t column) const
+std::optional<double> CapacityRows::Cell::numberOrEmpty() const
 {
-    const Cell& value = cell(column);
-    switch (value.type) {
+    switch (type) {
         case SQLITE_NULL:
             return std::nullopt;
         case SQLITE_INTEGER:
         case SQLITE_FLOAT:
-            return value.number;
+            return number;
         case SQLITE_TEXT:
-            if (const auto number = storedNumbers().parse(value.text))
-                return number;
+            if (const auto value = storedNumbers().parse(text))
+                return value;
             [[fallthrough]];
         default:
             throw TypeMismatch();
     }
 }
 
-double CapacityRows::number(std::size_t column) const
+double CapacityRows::Cell::numberNeeded() const
 {
-    const auto value = numberOrEmpty(column);
+    const auto value = numberOrEmpty();
     if (!value)
         throw SilentFailure("empty value");
     return *value;
 }
 
-std::string CapacityRows::text(std::size_t column) const
+std::optional<double> CapacityRows::numberOrEmpty(std::size_t column) const
 {
-    const Cell& value = cell(column);
+    if (atEnd_)
+        throw SilentFailure("no current row");
+    return current_[column].numberOrEmpty();
+}
+
+double CapacityRows::number(std::size_t column) const
+{
+    if (atEnd_)
+        throw SilentFailure("no current row");
+    return current_[column].numberNeeded();
+}
+
+double CapacityRows::number(const char* column) const
+{
+    return cellOf(column).numberNeeded();
+}
+
+std::string CapacityRows::text(const char* column) const
+{
+    const Cell value = cellOf(column);
     switch (value.type) {
         case SQLITE_TEXT:
             return value.text;

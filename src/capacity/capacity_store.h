@@ -9,11 +9,11 @@ class NumberText;
 struct sqlite3;
 struct sqlite3_stmt;
 
-/// Names of the columns to read; case does not matter, as in SQL. A missing one is a silent failure.
+/// Names of the columns to walk by; case does not matter, as in SQL. A missing one is a silent failure.
 using Columns = std::vector<const char*>;
 
-/// Rows of one table or query, walked one after the other. Holds the data file open for as long as it lives. Columns
-/// are numbered as they were asked for when the rows were opened.
+/// Rows of one table or query, walked one after the other. Holds the data file open for as long as it lives. The
+/// columns named when the rows are opened are read in every row and numbered in that order.
 ///
 /// Any failure of the file, an empty value where one is needed and a read without a current row are silent failures; a
 /// value that cannot be read as the number or text wanted is a type mismatch.
@@ -32,7 +32,10 @@ public:
     /// A value of the current row as a number; nullopt when it is empty.
     std::optional<double> numberOrEmpty(std::size_t column) const;
     double number(std::size_t column) const;
-    std::string text(std::size_t column) const;
+
+    /// A value of any other column of the current row; not after a step back.
+    double number(const char* column) const;
+    std::string text(const char* column) const;
 
 private:
     friend class CapacityStore;
@@ -47,17 +50,21 @@ private:
         int type = 0; ///< SQLite's type code
         double number = 0;
         std::string text;
+
+        std::optional<double> numberOrEmpty() const;
+        double numberNeeded() const;
     };
     using Row = std::vector<Cell>;
 
     CapacityRows() = default;
     void prepare(const std::string& sql, const Columns& columns);
     void step();
-    const Cell& cell(std::size_t column) const;
+    void read(int position, Cell& cell) const;
+    Cell cellOf(const char* column) const;
 
     std::unique_ptr<sqlite3, Closer> file_;
     std::unique_ptr<sqlite3_stmt, Closer> statement_; ///< closed before the file
-    std::vector<int> positions_;                      ///< of the columns in the statement's rows
+    std::vector<int> positions_;                      ///< of the walked columns in the statement's rows
     Row current_;
     Row before_; ///< the row walked over last
     bool atEnd_ = false;

@@ -9,10 +9,10 @@
 namespace
 {
 
-// Columns in the order in which every lookup asks for them.
+// The columns that every lookup walks by.
+const Columns walkedColumns = {"Pressure", "flow"};
 constexpr std::size_t pressureColumn = 0;
 constexpr std::size_t flowColumn = 1;
-constexpr std::size_t wantedColumn = 2;
 
 /// Moves `rows` to the first adequate row; past the last one when there is none. A row without a pressure or a
 /// capacity is never adequate.
@@ -29,18 +29,18 @@ void walkToAdequate(CapacityRows& rows, double pressure, std::int32_t flow)
 std::string lookupSize(SizingContext& sizing, const char* routine, double pressure, std::int32_t flow)
 {
     return lookupOr(std::string(), sizing, routine, [&] {
-        CapacityRows rows = sizing.store.table(sizing.state.ValveTable, {"Pressure", "flow", "Bodysize"});
+        CapacityRows rows = sizing.store.table(sizing.state.ValveTable, walkedColumns);
         walkToAdequate(rows, pressure, flow);
-        return rows.atEnd() ? std::string() : rows.text(wantedColumn);
+        return rows.atEnd() ? std::string() : rows.text("Bodysize");
     });
 }
 
 double lookupCv(SizingContext& sizing, const char* routine, double pressure, std::int32_t flow)
 {
     return lookupOr(0.0, sizing, routine, [&] {
-        CapacityRows rows = sizing.store.table(sizing.state.ValveTable, {"Pressure", "flow", "CV"});
+        CapacityRows rows = sizing.store.table(sizing.state.ValveTable, walkedColumns);
         walkToAdequate(rows, pressure, flow);
-        return rows.atEnd() ? 0.0 : rows.number(wantedColumn);
+        return rows.atEnd() ? 0.0 : rows.number("CV");
     });
 }
 
@@ -48,7 +48,7 @@ double capacityOf(SizingContext& sizing, const std::string& cvLiteral, double pr
 {
     CapacityRows rows = sizing.store.query("Select * FROM " + sizing.state.ValveTable + " WHERE CV = " + cvLiteral +
                                                " ORDER BY Pressure ASC, flow ASC",
-                                           {"Pressure", "flow"});
+                                           walkedColumns);
     walkToAdequate(rows, pressure, flow);
     if (rows.atEnd())
         return 0;

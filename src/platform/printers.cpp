@@ -99,8 +99,10 @@ int SystemPrinters::count() const
 
 void SystemPrinters::print(const QString& title, const std::function<void(QPrinter&)>& paint)
 {
-    const QString name = defaultOrFirstPrinter();
-    QPrinter printer(QPrinterInfo::printerInfo(name), QPrinter::HighResolution);
+    const QPrinterInfo info = QPrinterInfo::printerInfo(defaultOrFirstPrinter());
+    QPrinter printer(info, QPrinter::HighResolution);
+    if (const QPageSize paper = info.defaultPageSize(); paper.isValid())
+        printer.setPageSize(paper); // left alone, it has the paper of the user's country
     printer.setDocName(title);
     printOn(printer, paint);
 }

@@ -229,11 +229,7 @@ class Window:
             self.keys("Tab")
 
     def size(self, setup, entries, customer=None):
-        # The window opens with the focus on "Series 61"; an arrow key chooses at once. An access key only does when the
-        # button has been shown pressed for a moment, too late for the "Alt+D" that follows it.
-        if setup[0] == "3":
-            self.keys("Down")
-        self.keys(*(f"alt+{key}" for key in setup[1:]))
+        self.keys(*(f"alt+{key}" for key in setup))
         if customer:
             self.keys("alt+n")
             self.fill(customer)
