@@ -61,17 +61,13 @@ constexpr FlowRule flowRules[] = {
     {"Depad API-2000", Point::low, outbreathingLow, thermal, modGetLargeTankBRDepadLFP, airTables},
 };
 
-/// A given flash point wins over the boiling point. At the limit (degF or degC) the point is high.
 Point judgePoint(SizingContext& sizing)
 {
-    SizingState& state = sizing.state;
-    const bool us = state.UnitSystem == "US";
     const bool flash = !sizing.screen.text(Box::txtFlashPoint).empty();
-    const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149);
-    const bool high = readNumber(sizing.numbers, flash ? state.FlashPoint : state.BoilingPoint) >= limit;
+    const bool high = isHighFlashBoil(sizing.state, sizing.screen, sizing.numbers);
     sizing.screen.setCaption(Label::lblHFPLFP,
                              std::string(high ? "High " : "Low ") + (flash ? "Flash Point" : "Boiling Point"));
-    state.HighFlashBoil = high;
+    sizing.state.HighFlashBoil = high;
     return high ? Point::high : Point::low;
 }
 
@@ -127,6 +123,14 @@ void calculate(SizingContext& sizing)
 }
 
 } // namespace
+
+bool isHighFlashBoil(const SizingState& state, const MainScreen& screen, const NumberText& numbers)
+{
+    const bool us = state.UnitSystem == "US";
+    const bool flash = !screen.text(Box::txtFlashPoint).empty();
+    const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149); // degF or degC
+    return readNumber(numbers, flash ? state.FlashPoint : state.BoilingPoint) >= limit;
+}
 
 void modCalcFlowRate(SizingContext& sizing)
 {

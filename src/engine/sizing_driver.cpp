@@ -59,8 +59,7 @@ void showUtilisation(SizingContext& sizing)
             screen.setCaption(label, "");
         return;
     }
-    // A single product: the single nearest 0.015 is 1.5 %, a half, and not the little less that it holds.
-    const auto percent = toWhole(static_cast<double>(state.PercentCap * 100.0F));
+    const auto percent = toWhole(static_cast<double>(percentOfCapacity(state)));
     screen.setCaption(Label::lblPercentValveCapacity,
                       state.PercentCap < 0.01F ? "Less than 1%" : std::to_string(percent));
     screen.setCaption(Label::lblSGGas2, sizing.numbers.standard(state.SpecGrav));
@@ -85,6 +84,11 @@ void size(SizingContext& sizing)
 }
 
 } // namespace
+
+float percentOfCapacity(const SizingState& state)
+{
+    return state.PercentCap * 100.0F;
+}
 
 void modSizeValve(SizingContext& sizing)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 struct SizingContext;
+struct SizingState;
 
 // How a click becomes a valve. Start reading here.
 //
@@ -23,6 +24,10 @@ struct SizingContext;
 
 /// One press of "&Select Valve Size".
 void cmdCalcFlowRate_Click(SizingContext& sizing);
+
+/// The share of the valve's capacity that the duty takes, in percent. A single product: the single nearest 0.015 is
+/// 1.5 %, a half, and not the little less that it holds.
+float percentOfCapacity(const SizingState& state);
 
 /// Sizes a valve for the checked entries in the sizing state. A capacity of 0 or an unreadable shown flow: message box
 /// and `SizingError`; whatever the earlier steps put on the form stays.

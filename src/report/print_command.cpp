@@ -2,7 +2,7 @@
 
 #include "app/sizing_state.h"
 #include "engine/main_screen.h"
-#include "engine/read_number.h"
+#include "engine/required_flow.h"
 #include "platform/message_box.h"
 #include "platform/printers.h"
 #include "report/summary_form.h"
@@ -12,16 +12,12 @@
 namespace
 {
 
-/// Judges the stored material afresh from the points of the last sizing, at the limits of the flow calculation.
+/// Judges the stored material afresh from the points of the last sizing.
 void judgeFlashBoil(const PrintContext& print)
 {
     SizingState& state = print.state;
-    const bool us = state.UnitSystem == "US";
-    if (state.ValveType != "Depad" || state.SizingCase != "Depad API-2000" || (!us && state.UnitSystem != "Metric"))
-        return;
-    const bool flash = !print.screen.text(Box::txtFlashPoint).empty();
-    const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149);
-    state.HighFlashBoil = readNumber(print.numbers, flash ? state.FlashPoint : state.BoilingPoint) >= limit;
+    if (state.ValveType == "Depad" && state.SizingCase == "Depad API-2000")
+        state.HighFlashBoil = isHighFlashBoil(state, print.screen, print.numbers);
 }
 
 void printSummary(const PrintContext& print)

@@ -3,6 +3,7 @@
 #include "app/sizing_state.h"
 #include "engine/checked_math.h"
 #include "engine/main_screen.h"
+#include "engine/sizing_driver.h"
 #include "platform/message_box.h"
 #include "platform/number_text.h"
 
@@ -50,7 +51,7 @@ std::string gravityCaption(const SizingState& state)
 
 std::string percentText(const SizingState& state)
 {
-    return std::to_string(toWhole<std::int16_t>(static_cast<double>(state.PercentCap) * 100));
+    return std::to_string(toWhole<std::int16_t>(static_cast<double>(percentOfCapacity(state))));
 }
 
 std::string degrees(const SizingState& state)

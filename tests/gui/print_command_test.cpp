@@ -132,7 +132,6 @@ TEST_F(PrintCommandTest, JudgesTheStoredMaterialAfresh)
         {"Depad", "Metric", "Depad API-2000", "", "", "148,9", true, false},
         {"Pad", "US", "Depad API-2000", "x", "100", "", false, false},
         {"Depad", "US", "Depad Direct Displacement", "x", "0", "", true, true},
-        {"Depad", "Imperial", "Depad API-2000", "x", "100", "", false, false},
     };
     numbers = NumberText({",", ".", "3;0", ","});
     for (const auto& row : cases) {
