@@ -443,13 +443,14 @@ class Check:
 
 @contextlib.contextmanager
 def display():
-    """The name of an X display of its own."""
-    read, write = os.pipe()
-    with started(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
-                 pass_fds=[write], stderr=subprocess.DEVNULL):
-        os.close(write)
-        with open(read) as number:
-            yield f":{number.readline().strip()}"
+    """The name of an X display of its own. Its number is far from those that other servers start and end with: one that
+    ends can take the socket of the next server of that number with it."""
+    name = f":{1000 + os.getpid() % 50000}"
+    quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+    with started(["Xvfb", name, "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"], **quiet):
+        ask = ["xdotool", "getdisplaygeometry"]
+        wait_for("the display", lambda: subprocess.run(ask, env=dict(os.environ, DISPLAY=name), **quiet).returncode == 0)
+        yield name
 
 
 def stop(signal_number, _):
