@@ -18,6 +18,8 @@ wayland qt6-wayland       windows on a Wayland session without an X server
 tour    xvfb              the virtual display
 tour    xdotool           presses the keys
 tour    imagemagick       takes and compares the pictures
+tour    cups              a print queue for the summary
+tour    poppler-utils     makes a picture of it
 test    libbenchmark-dev  the benchmarks, built only when asked for
 test    fonts-liberation  as for the program
 test    locales           sources of the locales that the tests build for themselves

@@ -1,6 +1,7 @@
 #!/bin/bash
 # Runs the program on a virtual X display and drives it from outside, by keystrokes alone, through one pad and one depad
-# sizing with its own data file. Leaves a picture of each screen: tour.sh PROGRAM PICTURE_DIRECTORY
+# sizing with its own data file, and prints one summary into a print queue of its own. Leaves a picture of each screen and
+# the summary as PDF and PNG: tour.sh PROGRAM PICTURE_DIRECTORY
 set -euo pipefail
 
 program=$(readlink -f "$1")
@@ -125,7 +126,7 @@ selectValve() {
 }
 
 mkdir -p "$pictures"
-rm -f "$pictures"/{pad-setup,pad-sizing,depad-setup,depad-sizing,failed}.png
+rm -f "$pictures"/{pad-setup,pad-sizing,depad-setup,depad-sizing,summary,failed}.png "$pictures"/*.pdf
 mkfifo "$scratch/display"
 Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp -noreset 3>"$scratch/display" 2>"$scratch/program.log" &
 displayServer=$!
@@ -148,3 +149,10 @@ xdotool key alt+x
 
 timeout "$patience" tail --pid="$application" -s 0.1 -f /dev/null || fail "the program did not end"
 wait "$application" || fail "the program ended with status $?"
+
+check=$(dirname "$(readlink -f "$0")")/../tests/end_to_end/print_check.py
+CI=true "$check" "$program" "$pictures" "Depad API-2000 metric High" >&2 # in CI a missing tool is no excuse
+mv "$pictures/Depad-API-2000-metric-High.pdf" "$pictures/summary.pdf"
+pdftoppm -png -singlefile -r 96 "$pictures/summary.pdf" "$pictures/summary"
+echo "$pictures/summary.pdf"
+echo "$pictures/summary.png"

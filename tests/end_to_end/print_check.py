@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Prints sizing summaries from the real program into a CUPS scheduler of its own and reads the jobs.
 
-usage: print_check.py PROGRAM [DIRECTORY FOR THE PRINTED PAGES]
+usage: print_check.py PROGRAM [DIRECTORY FOR THE PRINTED PAGES [TITLE OF THE ONE CASE TO PRINT]]
+       print_check.py --queue COMMAND...    runs a command beside a scheduler whose queue keeps the jobs
 
 The scheduler, its spool and its socket live in a temporary directory; the program runs on an X display of its own and
 is worked by keystrokes. Exit status 77 (skipped) where a tool is missing, 1 on a fault and, in CI, on a missing tool.
@@ -415,6 +416,11 @@ class Check:
             window.print(scheduler)
         print("ok: a queue that refuses the job", flush=True)
 
+    def one(self, title):
+        with Scheduler(self.directory / "one").running() as scheduler:
+            scheduler.add_queue("letter", "Letter")
+            self.print_case(scheduler, next(case for case in CASES if case.title == title), "Letter")
+
     def all(self):
         locales = self.directory / "locales"
         locales.mkdir()
@@ -457,20 +463,29 @@ def stop(signal_number, _):
     raise Fault(f"stopped by {signal.Signals(signal_number).name}")
 
 
-def main(program, pages=None):
+def beside_queue(directory, command):
+    with Scheduler(directory / "queue").running() as scheduler:
+        scheduler.add_queue("letter", "Letter")
+        return subprocess.run(command, env=scheduler.environment).returncode
+
+
+def main(program, pages=None, *more):
     os.environ["PATH"] += ":/usr/sbin:/sbin"
     if missing := [tool for tool in TOOLS if not shutil.which(tool)]:
         print(f"skipped: this check needs {', '.join(missing)}")
         return 1 if os.environ.get("CI") else SKIPPED
-    if pages:
+    if pages and program != "--queue":
         pathlib.Path(pages).mkdir(parents=True, exist_ok=True)
     for signal_number in (signal.SIGTERM, signal.SIGALRM):
         signal.signal(signal_number, stop)
     signal.alarm(ALL_PATIENCE)
     with tempfile.TemporaryDirectory(prefix="print-check-") as directory:
         try:
+            if program == "--queue":
+                return beside_queue(pathlib.Path(directory), [pages, *more])
             with display() as name:
-                Check(os.path.abspath(program), pathlib.Path(directory), name, pages and pathlib.Path(pages)).all()
+                check = Check(os.path.abspath(program), pathlib.Path(directory), name, pages and pathlib.Path(pages))
+                check.one(*more) if more else check.all()
         except (Fault, subprocess.SubprocessError) as fault:
             print(f"FAULT: {fault}")
             for log in pathlib.Path(directory).glob("*/error_log"):

@@ -1,0 +1,64 @@
+// What a click on "Prin&t" takes until the job stands in the queue of the default printer; every run prints. To have a
+// queue that only keeps its jobs: tests/end_to_end/print_check.py --queue build/bin/print_benchmark
+
+#include "app/sizing_state.h"
+#include "platform/number_text.h"
+#include "platform/printers.h"
+#include "report/print_command.h"
+#include "support/plain_screen.h"
+
+#include <QApplication>
+#include <QPushButton>
+
+#include <benchmark/benchmark.h>
+
+namespace
+{
+
+SizingState sizedDepad()
+{
+    SizingState state;
+    state.UnitSystem = "Metric";
+    state.ValveType = "Depad";
+    state.SizingCase = "Depad API-2000";
+    state.FlashPoint = "60";
+    state.CustomerName = "Example Refining";
+    state.Comments =
+        "If utilized valve capacity is greater than 80%, consider using the next larger valve capacity (Cv).";
+    return state;
+}
+
+void print(benchmark::State& run)
+{
+    SizingState state = sizedDepad();
+    PlainScreen screen;
+    screen.boxes[Box::txtFlashPoint] = state.FlashPoint;
+    RecordedMessages messages;
+    const NumberText numbers;
+    SystemPrinters printers;
+    QPushButton button;
+    const PrintContext context{state, screen, button, messages, numbers, printers};
+    for ([[maybe_unused]] const auto iteration : run) {
+        screen.captions = {{Label::lblTotalFlow, "101"}, {Label::lblPercentValveCapacity, "96"}};
+        cmdPrint_Click(context);
+        if (!messages.texts.empty()) {
+            run.SkipWithError(messages.texts.front().c_str());
+            break;
+        }
+    }
+}
+
+BENCHMARK(print)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
