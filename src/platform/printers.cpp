@@ -41,7 +41,7 @@ struct FreeDestination
 };
 using Destination = std::unique_ptr<cups_dest_t, FreeDestination>;
 
-/// Qt would list all printers for this, which may wait for the network.
+/// Qt would list all printers a second time for this, which may wait for the network.
 QString defaultPrinter()
 {
     const Destination destination(cupsGetNamedDest(CUPS_HTTP_DEFAULT, nullptr, nullptr));
@@ -74,6 +74,9 @@ void printOn(QPrinter& printer, const std::function<void(QPrinter&)>& paint)
         throw std::runtime_error("no room for the page");
     printer.setOutputFileName(page.fileName());
     paint(printer);
+    // Nor does it say that the disk was full.
+    if (!page.readAll().trimmed().endsWith("%%EOF"))
+        throw std::runtime_error("no room for the page");
     submit(printer.printerName(), printer.docName(), page.fileName());
 }
 

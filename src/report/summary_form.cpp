@@ -18,7 +18,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <stdexcept>
 #include <vector>
 
@@ -42,10 +41,10 @@ std::string shortDateToday()
 
 std::string gravityCaption(const SizingState& state)
 {
-    for (const auto& [valveType, caption] : {std::pair{"Pad", "Specific Gravity of Blanketing Gas:"},
-                                             std::pair{"Depad", "Specific Gravity of Vented Gas:"}})
-        if (state.ValveType == valveType)
-            return caption;
+    if (state.ValveType == "Pad")
+        return "Specific Gravity of Blanketing Gas:";
+    if (state.ValveType == "Depad")
+        return "Specific Gravity of Vented Gas:";
     return "Specific Gravity:";
 }
 
@@ -148,7 +147,7 @@ QFont summaryFont(Type type)
     QFont font;
     font.setFamilies({QStringLiteral("Times New Roman"), QStringLiteral("Liberation Serif")});
     font.setStyleHint(QFont::Serif);
-    font.setPixelSize(type == Type::heading ? 240 : type == Type::small ? 165 : 195);
+    font.setPixelSize(type == Type::heading ? 12 * 20 : type == Type::small ? 165 : 195); // 12, 8.25 and 9.75 pt
     font.setBold(type == Type::bold);
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;
@@ -159,11 +158,21 @@ bool endsAtRight(Place place)
     return place == Place::boxedRight || place == Place::fittedRight;
 }
 
+/// As an entry box shows it: line ends and tabs that were pasted into one are blanks.
+QString onOneLine(QString text)
+{
+    for (QChar& c : text)
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
+    return text;
+}
+
 /// The text of one label, broken into lines no wider than `width`; a single-line label has its first line only.
 class LabelText
 {
 public:
-    LabelText(const SummaryRow& row, const QString& text, double width) : layout_(text, summaryFont(row.type))
+    LabelText(const SummaryRow& row, const QString& text, double width)
+        : layout_(onOneLine(text), summaryFont(row.type))
     {
         const bool wraps = row.place == Place::wrapped;
         QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
@@ -172,50 +181,30 @@ public:
         option.setWrapMode(wraps ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::WrapAnywhere);
         layout_.setTextOption(option);
         layout_.beginLayout();
-        do
-            addLine(width);
-        while (wraps && lines_.back().isValid());
+        double bottom = 0;
+        for (QTextLine line = layout_.createLine(); line.isValid(); line = layout_.createLine()) {
+            line.setLineWidth(width);
+            line.setPosition(QPointF(0, bottom));
+            bottom += line.height();
+            // The first line may reach below its box by its descenders.
+            if (lines_.empty() || (wraps && bottom <= row.height))
+                lines_.push_back(line);
+        }
         layout_.endLayout();
-        if (!lines_.back().isValid())
-            lines_.pop_back();
     }
 
     double width() const { return lines_.empty() ? 0 : lines_.front().naturalTextWidth(); }
 
-    /// Draws the lines from the top of the box. Where they need more than its height they move together, down to
-    /// the type size; lines that still find no room are left out.
-    void draw(QPainter& painter, double left, const SummaryRow& row) const
+    void draw(QPainter& painter, QPointF at) const
     {
-        if (lines_.empty())
-            return;
-        double step = lines_.front().height();
-        std::size_t count = lines_.size();
-        if (count > 1) {
-            const double room = row.height - step;
-            const double size = layout_.font().pixelSize();
-            count = std::min(count, static_cast<std::size_t>(room / size) + 1);
-            step = std::min(step, room / static_cast<double>(count - 1));
-        }
-        for (std::size_t line = 0; line < count; ++line)
-            lines_[line].draw(&painter, QPointF(left, row.top + step * static_cast<double>(line)));
+        for (const QTextLine& line : lines_)
+            line.draw(&painter, at);
     }
 
 private:
-    void addLine(double width)
-    {
-        lines_.push_back(layout_.createLine());
-        if (lines_.back().isValid())
-            lines_.back().setLineWidth(width);
-    }
-
     QTextLayout layout_;
-    std::vector<QTextLine> lines_;
+    std::vector<QTextLine> lines_; ///< those that are shown
 };
-
-double neededWidth(const SummaryRow& row, const QString& text)
-{
-    return row.place == Place::fitted ? LabelText(row, text, std::numeric_limits<int>::max()).width() : row.width;
-}
 
 } // namespace
 
@@ -311,15 +300,7 @@ void SummaryForm::paint(QPainter& painter) const
 
 void SummaryForm::paintRow(QPainter& painter, std::size_t first, std::size_t end) const
 {
-    const auto isLeft = [this](std::size_t at) {
-        const Place place = summaryRows[at].place;
-        return shown_[at].visible && !shown_[at].text.isEmpty() && place != Place::picture && !endsAtRight(place);
-    };
-    // The values and units of a line stand at their stated places; one that grows into the next pushes it on.
-    double needed = 0;
-    for (std::size_t at = first; at < end; ++at)
-        needed += isLeft(at) ? movedGap + neededWidth(summaryRows[at], shown_[at].text) : 0;
-    double taken = 0;
+    double taken = 0; // right end of the label before
     for (std::size_t at = first; at < end; ++at) {
         const SummaryRow& row = summaryRows[at];
         const QString& text = shown_[at].text;
@@ -330,15 +311,16 @@ void SummaryForm::paintRow(QPainter& painter, std::size_t first, std::size_t end
         } else if (endsAtRight(row.place)) {
             const double right = row.left + row.width;
             const LabelText label(row, text, right);
-            label.draw(painter, right - label.width(), row);
+            label.draw(painter, QPointF(right - label.width(), row.top));
         } else {
+            // A value that grows into the next label pushes it on; what finds no room is cut at the form's edge.
             const double left = row.left < taken + thinSpace ? taken + movedGap : row.left;
-            const double width = neededWidth(row, text);
-            needed -= movedGap + width;
-            const double room =
-                std::min(summaryWidth - left - needed, row.place == Place::fitted ? summaryWidth : width);
-            LabelText(row, text, room).draw(painter, left, row);
-            taken = left + std::min(width, room);
+            const double room = row.place == Place::fitted ? summaryWidth - left : row.width;
+            if (room <= 0)
+                continue;
+            const LabelText label(row, text, room);
+            label.draw(painter, QPointF(left, row.top));
+            taken = left + label.width();
         }
     }
 }

