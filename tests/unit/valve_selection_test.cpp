@@ -275,19 +275,4 @@ TEST_F(ValveSelection, CheckStepsTheCvUpOnce)
     EXPECT_FALSE(state.SizingError);
 }
 
-TEST_F(ValveSelection, CvSeriesAreSteppedInOrder)
-{
-    const std::vector<float> pad{0.2F, 0.4F, 1, 2, 4, 7.5F, 10, 20, 45, 60};
-    const std::vector<float> depad{3, 6, 12, 17, 20, 35, 70, 90, 115, 140, 150, 200, 280};
-    capacityTable("psi_Pad", "(30, 1, 'x', 1)");
-    for (const auto& [type, series] : {std::pair{"Pad", pad}, {"Depad", depad}})
-        for (std::size_t at = 0; at + 1 < series.size(); ++at) {
-            duty(type, "Series 63", "PSI", 30, 60);
-            state.SelectedCv = series[at];
-            state.MaxValveCap = 50;
-            modCheckValveData(sizing);
-            EXPECT_EQ(state.SelectedCv, series[at + 1]);
-        }
-}
-
 } // namespace
