@@ -6,9 +6,31 @@
 #include "report/print_command.h"
 
 #include <QApplication>
-
 #include <QPushButton>
-#include <utility>
+#include <QScreen>
+#include <QScrollArea>
+
+namespace
+{
+
+/// The form as a window of its own; on a screen too small for it, a window that scrolls it, so that every control can
+/// be reached.
+QWidget* windowAround(QWidget* form)
+{
+    const QRect room = form->screen()->availableGeometry();
+    if (form->width() <= room.width() && form->height() <= room.height())
+        return form;
+    QWidget* const focus = form->focusWidget();
+    auto* const window = new QScrollArea;
+    window->setFocusPolicy(Qt::NoFocus); // the form's controls alone are tab stops
+    window->setWindowTitle(form->windowTitle());
+    window->setWidget(form);
+    window->setGeometry(QRect(room.topLeft(), form->size().boundedTo(room.size())));
+    focus->setFocus(); // lost with the form's move into the scrolling window
+    return window;
+}
+
+} // namespace
 
 Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& printers, std::string capacityFile)
     : locale_(locale), messageBox_(messageBox), printers_(printers), store_(std::move(capacityFile), numbers_)
@@ -17,7 +39,8 @@ Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& pri
 
 Screens::~Screens()
 {
-    delete form_;
+    if (!form_.isNull())
+        delete form_->window();
 }
 
 void Screens::showSetup()
@@ -34,7 +57,7 @@ void Screens::showMain()
     auto* const mainForm = new MainForm(state_, messageBox_, numbers_, store_);
     connect(mainForm, &MainForm::newCalcRequested, this, &Screens::showSetup);
     connect(mainForm, &MainForm::exitRequested, qApp, [mainForm] {
-        mainForm->close();
+        mainForm->window()->close();
         QApplication::quit();
     });
     connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
@@ -46,8 +69,9 @@ void Screens::showMain()
 
 void Screens::replaceForm(QWidget* form)
 {
-    QWidget* const before = std::exchange(form_, form);
-    form->show();
+    QWidget* const before = form_.isNull() ? nullptr : form_->window();
+    form_ = form;
+    windowAround(form)->show();
     if (before != nullptr) {
         before->hide();
         before->deleteLater(); // its own button may still be in its click
