@@ -86,11 +86,13 @@ void CapacityRows::step()
 
 void CapacityRows::read(int position, Cell& cell) const
 {
-    cell.type = sqlite3_column_type(statement_.get(), position);
+    // One locked call a value instead of two; unlocked reads are safe because no other thread knows this statement.
+    sqlite3_value* const value = sqlite3_column_value(statement_.get(), position);
+    cell.type = sqlite3_value_type(value);
     if (cell.type == SQLITE_TEXT)
-        cell.text = reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), position));
+        cell.text = reinterpret_cast<const char*>(sqlite3_value_text(value));
     else
-        cell.number = sqlite3_column_double(statement_.get(), position);
+        cell.number = sqlite3_value_double(value);
 }
 
 void CapacityRows::next()
