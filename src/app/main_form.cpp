@@ -242,7 +242,10 @@ void MainForm::modClearData()
 
 void MainForm::setLabelCaption(const char* name, const std::string& caption)
 {
-    ::setLabelCaption(control<QLabel>(*this, name), QString::fromStdString(caption));
+    auto& label = control<QLabel>(*this, name);
+    ::setLabelCaption(label, QString::fromStdString(caption));
+    label.setAccessibleName(caption.empty() ? QStringLiteral(" ")
+                                            : QString()); // empty: Qt would read its frame's title
     for (const std::vector<QLabel*>& row : rows_)
         keepApart(row);
 }

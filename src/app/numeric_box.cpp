@@ -66,6 +66,7 @@ void NumericBox::inputMethodEvent(QInputMethodEvent* event)
 void NumericBox::focusInEvent(QFocusEvent* event)
 {
     QLineEdit::focusInEvent(event);
+    enteringByMouse_ = false; // a context menu may have taken the release
     // Coming back from another window or from the context menu is not entering: the user may be half-way through.
     if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason)
         return;

@@ -25,8 +25,8 @@ QWidget* windowAround(QWidget* form)
     window->setFocusPolicy(Qt::NoFocus); // the form's controls alone are tab stops
     window->setWindowTitle(form->windowTitle());
     window->setWidget(form);
-    window->setGeometry(QRect(room.topLeft(), form->size().boundedTo(room.size())));
-    focus->setFocus(); // lost with the form's move into the scrolling window
+    window->setWindowState(Qt::WindowMaximized); // with its title bar on the screen
+    focus->setFocus();                           // lost with the form's move into the scrolling window
     return window;
 }
 

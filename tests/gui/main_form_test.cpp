@@ -236,6 +236,13 @@ TEST_F(MainFormTest, EnteringABoxSelectsItsFirstTenCharacters)
     QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
     QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
     EXPECT_EQ(box.selectedText(), "") << "a second click places the cursor";
+
+    get<QLineEdit>("txtPumpRate").setFocus();
+    QTest::mousePress(&box, Qt::RightButton, {}, QPoint(20, 8)); // its release goes to the menu
+    QFocusEvent fromMenu(QEvent::FocusIn, Qt::PopupFocusReason);
+    QApplication::sendEvent(&box, &fromMenu);
+    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(20, 8));
+    EXPECT_EQ(box.selectedText(), "") << "after a context menu, too";
 }
 
 TEST_F(MainFormTest, KeyboardReachesEverything)
@@ -303,6 +310,9 @@ TEST_F(MainFormTest, ScreenReadersNameBoxesAndDescribeResults)
                                              {"lblComments", "Comments/Notes"}})
         EXPECT_EQ(QAccessible::queryAccessibleInterface(&get<QWidget>(label))->text(QAccessible::Description),
                   description);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&get<QWidget>("lblTotalFlow"))->text(QAccessible::Name).trimmed(),
+              "")
+        << "nothing to read before a sizing";
 }
 
 /// Whole sizings on the shipped tables, worked by hand from data/*.csv.
