@@ -3,6 +3,7 @@
 #include "capacity/cv_series.h"
 #include "csv_reader.h"
 #include "engine/pressure_range.h"
+#include "engine/tank_limits.h"
 #include "platform/number_text.h"
 
 #include <algorithm>
@@ -46,8 +47,8 @@ struct LargeTankTable
 };
 
 constexpr std::array<LargeTankTable, 2> largeTankTables{{
-    {"USLargeTank", "gal", 840'000, 7'560'000},
-    {"MetriclargeTank", "m3", 3179, 30'000},
+    {"USLargeTank", "gal", smallTankGallons, largestTankGallons},
+    {"MetriclargeTank", "m3", smallTankCubicMeters, largestTankCubicMeters},
 }};
 
 /// Where a finding belongs.

@@ -244,8 +244,8 @@ void MainForm::setLabelCaption(const char* name, const std::string& caption)
 {
     auto& label = control<QLabel>(*this, name);
     ::setLabelCaption(label, QString::fromStdString(caption));
-    label.setAccessibleName(caption.empty() ? QStringLiteral(" ")
-                                            : QString()); // empty: Qt would read its frame's title
+    // Without any name Qt would have the title of the label's frame read out.
+    label.setAccessibleName(caption.empty() ? QStringLiteral(" ") : QString());
     for (const std::vector<QLabel*>& row : rows_)
         keepApart(row);
 }

@@ -66,11 +66,10 @@ void NumericBox::inputMethodEvent(QInputMethodEvent* event)
 void NumericBox::focusInEvent(QFocusEvent* event)
 {
     QLineEdit::focusInEvent(event);
-    enteringByMouse_ = false; // a context menu may have taken the release
+    enteringByMouse_ = event->reason() == Qt::MouseFocusReason; // a context menu may have taken the last release
     // Coming back from another window or from the context menu is not entering: the user may be half-way through.
     if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason)
         return;
-    enteringByMouse_ = event->reason() == Qt::MouseFocusReason;
     setSelection(0, 10);
 }
 

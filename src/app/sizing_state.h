@@ -17,17 +17,16 @@ struct SizingState
     std::string ValidChars;
 
     // Setup choices.
-    std::string UnitSystem = "US";         ///< "US", "Metric"
-    std::string ValveType = "Pad";         ///< "Pad", "Depad"
-    std::string SizingMethod = "API-2000"; ///< "API-2000", "Direct Displacement"
-    std::string SizingCase =
-        "Pad API-2000"; ///< valve type and method; the setup options leave it, a sizing run rebuilds it
-    std::string ValveModel = "Series 61"; ///< "Series 61", "Series 63"
-    std::string PressUnits;               ///< "PSI", "in wc", "kg/cm2", "kPa", "mbar"
-    std::string FlowUnits;                ///< "SCFH", "Nm3/Hr"
-    std::string VolUnits;                 ///< "Gallons", "Cubic Meters"
-    std::string PumpRateUnits;            ///< "gpm", "m3/Hr"
-    std::string ValveTable;               ///< name of the capacity table: unit prefix and valve type, "psi_Pad"
+    std::string UnitSystem = "US";           ///< "US", "Metric"
+    std::string ValveType = "Pad";           ///< "Pad", "Depad"
+    std::string SizingMethod = "API-2000";   ///< "API-2000", "Direct Displacement"
+    std::string SizingCase = "Pad API-2000"; ///< type and method; rebuilt by a sizing run, not by the options
+    std::string ValveModel = "Series 61";    ///< "Series 61", "Series 63"
+    std::string PressUnits;                  ///< "PSI", "in wc", "kg/cm2", "kPa", "mbar"
+    std::string FlowUnits;                   ///< "SCFH", "Nm3/Hr"
+    std::string VolUnits;                    ///< "Gallons", "Cubic Meters"
+    std::string PumpRateUnits;               ///< "gpm", "m3/Hr"
+    std::string ValveTable;                  ///< name of the capacity table: unit prefix and valve type, "psi_Pad"
 
     // Customer information, all optional; survives a return to the setup screen.
     std::string CustomerName;

@@ -147,18 +147,21 @@ double CapacityRows::Cell::numberNeeded() const
     return *value;
 }
 
-std::optional<double> CapacityRows::numberOrEmpty(std::size_t column) const
+const CapacityRows::Cell& CapacityRows::cell(std::size_t column) const
 {
     if (atEnd_)
         throw SilentFailure("no current row");
-    return current_[column].numberOrEmpty();
+    return current_[column];
+}
+
+std::optional<double> CapacityRows::numberOrEmpty(std::size_t column) const
+{
+    return cell(column).numberOrEmpty();
 }
 
 double CapacityRows::number(std::size_t column) const
 {
-    if (atEnd_)
-        throw SilentFailure("no current row");
-    return current_[column].numberNeeded();
+    return cell(column).numberNeeded();
 }
 
 double CapacityRows::number(const char* column) const

@@ -62,6 +62,7 @@ private:
     void prepare(const std::string& sql, const Columns& columns);
     void step();
     void read(int position, Cell& cell) const;
+    const Cell& cell(std::size_t column) const;
     Cell cellOf(const char* column) const;
 
     std::unique_ptr<sqlite3, Closer> file_;

@@ -3,6 +3,7 @@
 #include "app/sizing_state.h"
 #include "engine/main_screen.h"
 #include "engine/sizing_context.h"
+#include "engine/tank_limits.h"
 #include "platform/number_text.h"
 
 #include <optional>
@@ -16,9 +17,6 @@ constexpr Refusal passed = nullptr;
 constexpr Refusal notANumber = "";
 
 constexpr double largestPumpRate = 100000; // gpm and m3/h alike: beyond the capacity of any valve
-// The ends of the venting tables of API Standard 2000. Both pass.
-constexpr double largestTankGallons = 7560000;
-constexpr double largestTankCubicMeters = 30000;
 
 bool isEmpty(const SizingContext& sizing, Box box)
 {

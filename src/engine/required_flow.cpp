@@ -7,6 +7,7 @@
 #include "engine/main_screen.h"
 #include "engine/read_number.h"
 #include "engine/sizing_context.h"
+#include "engine/tank_limits.h"
 #include "platform/number_text.h"
 
 #include <cmath>
@@ -35,10 +36,6 @@ constexpr Factor outbreathingLow{17.1F, 2.02F}; // twice the volume: the liquid 
 constexpr Factor noBreathing{0, 0};
 constexpr Factor thermal{1.0F / 42, 0.169F}; // 1 SCFH a barrel of 42 gal; Nm3/h per m3
 constexpr Factor thermalHigh{0.0143F, 0.1F}; // 60 % of it: no vapour to flash
-
-// Up to these volumes the thermal flow is proportional to the volume; above, it comes from the large-tank table.
-constexpr double smallTankGallons = 840000;
-constexpr double smallTankCubicMeters = 3179;
 
 struct FlowRule
 {

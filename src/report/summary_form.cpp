@@ -206,6 +206,29 @@ private:
     std::vector<QTextLine> lines_; ///< those that are shown
 };
 
+/// Paints one control and returns how far its line is taken then; `taken` is how far it was.
+double paintControl(QPainter& painter, const SummaryRow& row, const QString& text, double taken)
+{
+    if (row.place == Place::picture) {
+        painter.drawImage(QRectF(row.left, row.top, row.width, row.height), QImage(text));
+        return taken;
+    }
+    if (endsAtRight(row.place)) {
+        const double right = row.left + row.width;
+        const LabelText label(row, text, right);
+        label.draw(painter, QPointF(right - label.width(), row.top));
+        return taken;
+    }
+    // A value that grows into the next label pushes it on; what finds no room is cut at the form's edge.
+    const double left = row.left < taken + thinSpace ? taken + movedGap : row.left;
+    const double room = row.place == Place::fitted ? summaryWidth - left : row.width;
+    if (room <= 0)
+        return taken;
+    const LabelText label(row, text, room);
+    label.draw(painter, QPointF(left, row.top));
+    return left + label.width();
+}
+
 } // namespace
 
 QTransform placeSummary(const QSizeF& paper, const QRectF& printable)
@@ -288,39 +311,11 @@ void SummaryForm::paint(QPrinter& printer) const
 void SummaryForm::paint(QPainter& painter) const
 {
     painter.setPen(Qt::black);
-    std::size_t first = 0;
-    while (first < shown_.size()) {
-        std::size_t end = first + 1;
-        while (end < shown_.size() && summaryRows[end].top == summaryRows[first].top)
-            ++end;
-        paintRow(painter, first, end);
-        first = end;
-    }
-}
-
-void SummaryForm::paintRow(QPainter& painter, std::size_t first, std::size_t end) const
-{
-    double taken = 0; // right end of the label before
-    for (std::size_t at = first; at < end; ++at) {
-        const SummaryRow& row = summaryRows[at];
-        const QString& text = shown_[at].text;
-        if (!shown_[at].visible || text.isEmpty())
-            continue;
-        if (row.place == Place::picture) {
-            painter.drawImage(QRectF(row.left, row.top, row.width, row.height), QImage(text));
-        } else if (endsAtRight(row.place)) {
-            const double right = row.left + row.width;
-            const LabelText label(row, text, right);
-            label.draw(painter, QPointF(right - label.width(), row.top));
-        } else {
-            // A value that grows into the next label pushes it on; what finds no room is cut at the form's edge.
-            const double left = row.left < taken + thinSpace ? taken + movedGap : row.left;
-            const double room = row.place == Place::fitted ? summaryWidth - left : row.width;
-            if (room <= 0)
-                continue;
-            const LabelText label(row, text, room);
-            label.draw(painter, QPointF(left, row.top));
-            taken = left + label.width();
-        }
+    double taken = 0; // right end of the label before it on the same line
+    for (std::size_t at = 0; at < shown_.size(); ++at) {
+        if (at > 0 && summaryRows[at].top != summaryRows[at - 1].top)
+            taken = 0;
+        if (shown_[at].visible && !shown_[at].text.isEmpty())
+            taken = paintControl(painter, summaryRows[at], shown_[at].text, taken);
     }
 }

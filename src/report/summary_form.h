@@ -48,7 +48,6 @@ private:
     void fill(const SizingState& state, const NumberText& numbers);
     void showCase(const SizingState& state);
     Shown& at(std::string_view name);
-    void paintRow(QPainter& painter, std::size_t first, std::size_t end) const;
 
     std::array<Shown, std::size(summaryRows)> shown_;
 };

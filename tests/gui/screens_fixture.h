@@ -66,6 +66,16 @@ protected:
     {
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     }
+    /// Presses Tab `steps` times and gives the names of the controls it leaves.
+    std::string tabRoad(int steps)
+    {
+        std::string road;
+        for (int step = 0; step < steps; ++step) {
+            road += focus() + " ";
+            key(Qt::Key_Tab);
+        }
+        return road;
+    }
     std::string focus() { return QApplication::focusWidget()->objectName().toStdString(); }
 
     /// Captions of the labels that an edit of an input empties, joined; all but the high/low point note.

@@ -183,13 +183,8 @@ TEST_F(SetupFormTest, AUnitIsAlwaysSelected)
 TEST_F(SetupFormTest, TabGoesThroughInOrder)
 {
     activate();
-    std::string road;
-    for (int step = 0; step < 14; ++step) {
-        road += focus() + " ";
-        key(Qt::Key_Tab);
-    }
-    EXPECT_EQ(road, "optSeries61 optPad optAPI2000 optUSUnits txtCustomerName txtCustomerLocation txtCustTagNo "
-                    "txtNotes txtORMRep lstPressure lstFlow lstTemp lstVolume cmdContinue ");
+    EXPECT_EQ(tabRoad(14), "optSeries61 optPad optAPI2000 optUSUnits txtCustomerName txtCustomerLocation txtCustTagNo "
+                           "txtNotes txtORMRep lstPressure lstFlow lstTemp lstVolume cmdContinue ");
     EXPECT_EQ(focus(), "optSeries61");
     key(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(focus(), "cmdContinue");
