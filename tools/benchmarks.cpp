@@ -5,11 +5,11 @@
 // both meet the same machine. For medians: benchmarks --benchmark_repetitions=7 --benchmark_report_aggregates_only=true
 
 #include "app/sizing_state.h"
+#include "base/checked_math.h"
+#include "base/number_text.h"
+#include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "engine/checked_math.h"
-#include "engine/sizing_context.h"
 #include "engine/sizing_driver.h"
-#include "platform/number_text.h"
 #include "support/plain_screen.h"
 
 #include <benchmark/benchmark.h>

@@ -1,10 +1,10 @@
 #include "capacity_tables.h"
 
+#include "base/number_text.h"
 #include "capacity/cv_series.h"
 #include "csv_reader.h"
 #include "engine/pressure_range.h"
 #include "engine/tank_limits.h"
-#include "platform/number_text.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -2,13 +2,12 @@
 // queue that only keeps its jobs: tests/end_to_end/print_check.py --queue build/bin/print_benchmark
 
 #include "app/sizing_state.h"
-#include "platform/number_text.h"
+#include "base/number_text.h"
 #include "platform/printers.h"
 #include "report/print_command.h"
 #include "support/plain_screen.h"
 
 #include <QApplication>
-#include <QPushButton>
 
 #include <benchmark/benchmark.h>
 
@@ -36,8 +35,7 @@ void print(benchmark::State& run)
     RecordedMessages messages;
     const NumberText numbers;
     SystemPrinters printers;
-    QPushButton button;
-    const PrintContext context{state, screen, button, messages, numbers, printers};
+    const PrintContext context{state, screen, messages, numbers, printers, "23 Nov 2026"};
     for ([[maybe_unused]] const auto iteration : run) {
         screen.captions = {{Label::lblTotalFlow, "101"}, {Label::lblPercentValveCapacity, "96"}};
         cmdPrint_Click(context);

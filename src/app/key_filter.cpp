@@ -1,8 +1,8 @@
 #include "app/key_filter.h"
 
 #include "app/sizing_state.h"
-#include "platform/locale_info.h"
-#include "platform/number_text.h"
+#include "base/locale_info.h"
+#include "base/number_text.h"
 
 namespace
 {

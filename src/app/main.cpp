@@ -1,7 +1,7 @@
 #include "app/screens.h"
-#include "platform/locale_info.h"
 #include "platform/printers.h"
 #include "platform/qt_message_box.h"
+#include "platform/user_locale.h"
 
 #include <QApplication>
 #include <QIcon>

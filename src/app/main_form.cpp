@@ -1,12 +1,12 @@
 #include "app/main_form.h"
 
 #include "app/gas_box.h"
-#include "app/gases.h"
 #include "app/main_form_layout.h"
 #include "app/numeric_box.h"
 #include "app/sizing_state.h"
+#include "base/gases.h"
+#include "base/number_text.h"
 #include "engine/sizing_driver.h"
-#include "platform/number_text.h"
 
 #include <QGroupBox>
 #include <QPushButton>
@@ -238,6 +238,11 @@ void MainForm::modClearData()
         setText(box, "");
     emptyLabels({Label::lblComments, Label::lblPRFlow, Label::lblBRFlow, Label::lblTotalFlow, Label::lblHFPLFP,
                  Label::lblSGGas, Label::lblSGGas2});
+}
+
+void MainForm::setPrintEnabled(bool enabled)
+{
+    control<QPushButton>(*this, "cmdPrint").setEnabled(enabled);
 }
 
 void MainForm::setLabelCaption(const char* name, const std::string& caption)

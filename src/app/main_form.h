@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
+#include "base/main_screen.h"
+#include "base/sizing_context.h"
 
 #include <QLabel>
 #include <QWidget>
@@ -14,7 +14,7 @@ class GasBox;
 class NumericBox;
 
 /// `frmMain`, the working window: takes the duty, runs a sizing and shows the valve. Creating it is its load from the
-/// choices in the record. It is the `MainScreen` that the engine reads and writes.
+/// choices in the record. It is the `MainScreen` that engine and report read and write.
 class MainForm : public QWidget, public MainScreen
 {
     Q_OBJECT
@@ -26,6 +26,7 @@ public:
     std::string caption(Label label) const override;
     void setCaption(Label label, const std::string& caption) override;
     void modClearData() override;
+    void setPrintEnabled(bool enabled) override;
 
 signals:
     /// "Size &New Valve" was pressed.

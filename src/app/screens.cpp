@@ -6,7 +6,8 @@
 #include "report/print_command.h"
 
 #include <QApplication>
-#include <QPushButton>
+#include <QDate>
+#include <QLocale>
 #include <QScreen>
 #include <QScrollArea>
 
@@ -61,8 +62,8 @@ void Screens::showMain()
         QApplication::quit();
     });
     connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
-        cmdPrint_Click(
-            {state_, *mainForm, control<QPushButton>(*mainForm, "cmdPrint"), messageBox_, numbers_, printers_});
+        const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
+        cmdPrint_Click({state_, *mainForm, messageBox_, numbers_, printers_, today.toStdString()});
     });
     replaceForm(mainForm);
 }

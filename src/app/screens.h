@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/sizing_state.h"
+#include "base/number_text.h"
 #include "capacity/capacity_store.h"
-#include "platform/number_text.h"
 
 #include <QObject>
 #include <QPointer>

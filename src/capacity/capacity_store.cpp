@@ -1,7 +1,7 @@
 #include "capacity/capacity_store.h"
 
-#include "engine/failure.h"
-#include "platform/number_text.h"
+#include "base/failure.h"
+#include "base/number_text.h"
 
 #include <sqlite3.h>
 

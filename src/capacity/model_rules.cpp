@@ -1,9 +1,9 @@
 #include "capacity/model_rules.h"
 
 #include "app/sizing_state.h"
-#include "engine/main_screen.h"
-#include "engine/read_number.h"
-#include "engine/sizing_context.h"
+#include "base/main_screen.h"
+#include "base/read_number.h"
+#include "base/sizing_context.h"
 
 #include <limits>
 

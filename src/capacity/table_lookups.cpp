@@ -1,10 +1,10 @@
 #include "capacity/table_lookups.h"
 
 #include "app/sizing_state.h"
+#include "base/interpolation.h"
+#include "base/lookup_handler.h"
+#include "base/number_text.h"
 #include "capacity/capacity_store.h"
-#include "engine/interpolation.h"
-#include "engine/lookup_handler.h"
-#include "platform/number_text.h"
 
 namespace
 {

@@ -1,13 +1,13 @@
 #include "capacity/valve_check.h"
 
 #include "app/sizing_state.h"
+#include "base/checked_math.h"
+#include "base/main_screen.h"
+#include "base/sizing_context.h"
 #include "capacity/cv_series.h"
 #include "capacity/model_rules.h"
 #include "capacity/table_lookups.h"
 #include "capacity/valve_results.h"
-#include "engine/checked_math.h"
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
 
 #include <algorithm>
 #include <span>

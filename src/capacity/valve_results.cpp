@@ -1,11 +1,11 @@
 #include "capacity/valve_results.h"
 
 #include "app/sizing_state.h"
-#include "engine/checked_math.h"
-#include "engine/display_rounding.h"
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
-#include "platform/number_text.h"
+#include "base/checked_math.h"
+#include "base/display_rounding.h"
+#include "base/main_screen.h"
+#include "base/number_text.h"
+#include "base/sizing_context.h"
 
 std::int32_t tableFlow(const SizingContext& sizing, double flow)
 {

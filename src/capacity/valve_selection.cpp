@@ -1,12 +1,12 @@
 #include "capacity/valve_selection.h"
 
 #include "app/sizing_state.h"
+#include "base/checked_math.h"
+#include "base/main_screen.h"
+#include "base/sizing_context.h"
 #include "capacity/model_rules.h"
 #include "capacity/table_lookups.h"
 #include "capacity/valve_results.h"
-#include "engine/checked_math.h"
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
 
 namespace
 {

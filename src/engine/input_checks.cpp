@@ -1,10 +1,10 @@
 #include "engine/input_checks.h"
 
 #include "app/sizing_state.h"
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
+#include "base/main_screen.h"
+#include "base/number_text.h"
+#include "base/sizing_context.h"
 #include "engine/tank_limits.h"
-#include "platform/number_text.h"
 
 #include <optional>
 

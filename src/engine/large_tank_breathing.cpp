@@ -1,9 +1,9 @@
 #include "engine/large_tank_breathing.h"
 
 #include "app/sizing_state.h"
+#include "base/interpolation.h"
+#include "base/lookup_handler.h"
 #include "capacity/capacity_store.h"
-#include "engine/interpolation.h"
-#include "engine/lookup_handler.h"
 
 namespace
 {

@@ -1,9 +1,9 @@
 #include "engine/pressure_range.h"
 
 #include "app/sizing_state.h"
-#include "engine/failure.h"
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
+#include "base/failure.h"
+#include "base/main_screen.h"
+#include "base/sizing_context.h"
 
 namespace
 {

@@ -1,14 +1,14 @@
 #include "engine/required_flow.h"
 
 #include "app/sizing_state.h"
-#include "engine/checked_math.h"
-#include "engine/display_rounding.h"
+#include "base/checked_math.h"
+#include "base/display_rounding.h"
+#include "base/main_screen.h"
+#include "base/number_text.h"
+#include "base/read_number.h"
+#include "base/sizing_context.h"
 #include "engine/large_tank_breathing.h"
-#include "engine/main_screen.h"
-#include "engine/read_number.h"
-#include "engine/sizing_context.h"
 #include "engine/tank_limits.h"
-#include "platform/number_text.h"
 
 #include <cmath>
 

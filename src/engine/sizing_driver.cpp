@@ -1,17 +1,17 @@
 #include "engine/sizing_driver.h"
 
 #include "app/sizing_state.h"
+#include "base/checked_math.h"
+#include "base/main_screen.h"
+#include "base/number_text.h"
+#include "base/read_number.h"
+#include "base/sizing_context.h"
 #include "capacity/valve_check.h"
 #include "capacity/valve_results.h"
 #include "capacity/valve_selection.h"
-#include "engine/checked_math.h"
 #include "engine/input_checks.h"
-#include "engine/main_screen.h"
 #include "engine/pressure_range.h"
-#include "engine/read_number.h"
 #include "engine/required_flow.h"
-#include "engine/sizing_context.h"
-#include "platform/number_text.h"
 
 namespace
 {

@@ -20,7 +20,7 @@ struct SizingState;
 // 4. Both status flags are down again, whatever happened.
 //
 // The lookups read `capacities.mdb` through capacity/capacity_store. The engine reaches the window only through
-// `MainScreen` (engine/main_screen.h), which `MainForm` (app/main_form) implements.
+// `MainScreen` (base/main_screen.h), which `MainForm` (app/main_form) implements.
 
 /// One press of "&Select Valve Size".
 void cmdCalcFlowRate_Click(SizingContext& sizing);

@@ -1,5 +1,8 @@
 #include "platform/printers.h"
 
+#include "platform/summary_painter.h"
+#include "report/summary_form.h"
+
 #include <QPrinter>
 #include <QPrinterInfo>
 
@@ -26,9 +29,9 @@ QString defaultPrinter()
     return QPrinterInfo::defaultPrinterName();
 }
 
-void printOn(QPrinter& printer, const std::function<void(QPrinter&)>& paint)
+void printOn(QPrinter& printer, const SummaryForm& page)
 {
-    paint(printer);
+    paintSummary(page, printer);
     if (printer.printerState() == QPrinter::Error)
         throw std::runtime_error("the printer failed");
 }
@@ -67,25 +70,24 @@ void submit(const QString& printer, const QString& title, const QString& file)
 }
 
 /// Qt reports nothing of a job that the queue refuses. So the page goes to a file first and then to the queue here.
-void printOn(QPrinter& printer, const std::function<void(QPrinter&)>& paint)
+void printOn(QPrinter& printer, const SummaryForm& page)
 {
-    QTemporaryFile page(QDir::tempPath() + QStringLiteral("/sizing-summary-XXXXXX"));
-    if (!page.open())
+    QTemporaryFile file(QDir::tempPath() + QStringLiteral("/sizing-summary-XXXXXX"));
+    if (!file.open())
         throw std::runtime_error("no room for the page");
-    printer.setOutputFileName(page.fileName());
-    paint(printer);
+    printer.setOutputFileName(file.fileName());
+    paintSummary(page, printer);
     // Nor does it say that the disk was full.
-    if (!page.readAll().trimmed().endsWith("%%EOF"))
+    if (!file.readAll().trimmed().endsWith("%%EOF"))
         throw std::runtime_error("no room for the page");
-    submit(printer.printerName(), printer.docName(), page.fileName());
+    submit(printer.printerName(), printer.docName(), file.fileName());
 }
 
 #endif
 
 QString defaultOrFirstPrinter()
 {
-    const QString name = defaultPrinter();
-    if (!name.isEmpty())
+    if (QString name = defaultPrinter(); !name.isEmpty())
         return name;
     const QStringList names = QPrinterInfo::availablePrinterNames();
     if (names.isEmpty())
@@ -100,12 +102,12 @@ int SystemPrinters::count() const
     return static_cast<int>(QPrinterInfo::availablePrinterNames().size());
 }
 
-void SystemPrinters::print(const QString& title, const std::function<void(QPrinter&)>& paint)
+void SystemPrinters::print(const SummaryForm& page)
 {
     const QPrinterInfo info = QPrinterInfo::printerInfo(defaultOrFirstPrinter());
     QPrinter printer(info, QPrinter::HighResolution);
     if (const QPageSize paper = info.defaultPageSize(); paper.isValid())
         printer.setPageSize(paper); // left alone, it has the paper of the user's country
-    printer.setDocName(title);
-    printOn(printer, paint);
+    printer.setDocName(QString::fromUtf8(SummaryForm::caption));
+    printOn(printer, page);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/message_box.h"
+#include "base/message_box.h"
 
 /// Modal message boxes on the desktop, over the active window.
 class QtMessageBox : public MessageBox

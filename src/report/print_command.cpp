@@ -1,13 +1,13 @@
 #include "report/print_command.h"
 
 #include "app/sizing_state.h"
-#include "engine/main_screen.h"
+#include "base/main_screen.h"
+#include "base/message_box.h"
 #include "engine/required_flow.h"
-#include "platform/message_box.h"
-#include "platform/printers.h"
+#include "report/printers.h"
 #include "report/summary_form.h"
 
-#include <QWidget>
+#include <exception>
 
 namespace
 {
@@ -24,18 +24,17 @@ void printSummary(const PrintContext& print)
 {
     if (print.printers.count() < 1) {
         print.messageBox.show("There is no printer installed on this computer.");
-        print.cmdPrint.setEnabled(false);
+        print.screen.setPrintEnabled(false);
         return;
     }
-    print.cmdPrint.setEnabled(true);
+    print.screen.setPrintEnabled(true);
     if (print.screen.caption(Label::lblTotalFlow).empty() ||
         print.screen.caption(Label::lblPercentValveCapacity).empty()) {
         print.screen.setCaption(Label::lblComments, "You must size a valve before printing.");
         return;
     }
     judgeFlashBoil(print);
-    const SummaryForm summary(print.state, print.numbers, print.screen, print.messageBox);
-    print.printers.print(SummaryForm::caption(), [&summary](QPrinter& printer) { summary.paint(printer); });
+    print.printers.print(SummaryForm(print.state, print.numbers, print.today, print.screen, print.messageBox));
 }
 
 } // namespace

@@ -10,7 +10,7 @@ inline constexpr int summaryHeight = 14670;
 /// How a control stands on the page.
 enum class Place
 {
-    picture,     ///< `text` names the resource
+    picture,     ///< `text` names its file
     boxed,       ///< cut at its box
     boxedRight,  ///< ends at the right edge of its box
     fitted,      ///< starts at its left edge, as wide as its text
@@ -49,8 +49,8 @@ struct SummaryRow
 
 /// In page order: top, then left.
 inline constexpr SummaryRow summaryRows[] = {
-    {"Image1", 600, 0, 3405, 1260, Place::picture, ":/report/maker_mark.jpg"},
-    {"Image2", 4800, 0, 2265, 1245, Place::picture, ":/report/valve_on_tank.jpg"},
+    {"Image1", 600, 0, 3405, 1260, Place::picture, "maker_mark.jpg"},
+    {"Image2", 4800, 0, 2265, 1245, Place::picture, "valve_on_tank.jpg"},
     {"Label3", 7800, 0, 1080, 225, Place::fitted, maker::postalBox},
     {"Label4", 7800, 240, 1260, 225, Place::fitted, maker::street},
     {"Label5", 7800, 480, 2730, 225, Place::fitted, maker::town},

@@ -1,12 +1,13 @@
 #include "report/print_command.h"
 
 #include "app/sizing_state.h"
-#include "platform/number_text.h"
-#include "platform/printers.h"
+#include "base/number_text.h"
+#include "platform/summary_painter.h"
+#include "report/printers.h"
+#include "report/summary_form.h"
 #include "support/plain_screen.h"
 
 #include <QPrinter>
-#include <QPushButton>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -19,18 +20,16 @@ struct FilePrinters : Printers
 {
     int installed = 1;
     int jobs = 0;
-    QString title;
     QTemporaryDir directory;
     QString file = directory.filePath(QStringLiteral("job.pdf"));
 
     int count() const override { return installed; }
-    void print(const QString& jobTitle, const std::function<void(QPrinter&)>& paint) override
+    void print(const SummaryForm& page) override
     {
         QPrinter printer(QPrinter::HighResolution);
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(file);
-        paint(printer);
-        title = jobTitle;
+        paintSummary(page, printer);
         ++jobs;
     }
 };
@@ -48,11 +47,10 @@ protected:
         screen.captions = {{Label::lblTotalFlow, "800"}, {Label::lblPercentValveCapacity, "43"}};
     }
 
-    void click() { cmdPrint_Click({state, screen, button, messages, numbers, printers}); }
+    void click() { cmdPrint_Click({state, screen, messages, numbers, printers, "23 Nov 2026"}); }
 
     SizingState state;
     PlainScreen screen;
-    QPushButton button;
     RecordedMessages messages;
     NumberText numbers;
     FilePrinters printers;
@@ -67,7 +65,7 @@ TEST_F(PrintCommandTest, WithoutAPrinterSaysSoAndDisablesTheButton)
     printers.installed = 0;
     click();
     EXPECT_EQ(messages.texts, std::vector<std::string>{"There is no printer installed on this computer."});
-    EXPECT_FALSE(button.isEnabled());
+    EXPECT_FALSE(screen.printEnabled);
     EXPECT_EQ(printers.jobs, 0);
 }
 
@@ -113,7 +111,6 @@ TEST_F(PrintCommandTest, JudgesTheStoredMaterialAfresh)
         click();
         EXPECT_EQ(state.HighFlashBoil, row.after) << row.unitSystem << row.flashPoint << '/' << row.boilingPoint;
     }
-    EXPECT_EQ(printers.title, "ORM - Valve Sizing Summary");
     EXPECT_TRUE(messages.texts.empty());
 }
 

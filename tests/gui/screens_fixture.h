@@ -2,7 +2,7 @@
 
 #include "app/form_layout.h"
 #include "app/screens.h"
-#include "platform/printers.h"
+#include "report/printers.h"
 #include "support/given_locale.h"
 #include "support/plain_screen.h"
 
@@ -23,7 +23,7 @@
 struct NoPrinters : Printers
 {
     int count() const override { return 0; }
-    void print(const QString&, const std::function<void(QPrinter&)>&) override {}
+    void print(const SummaryForm&) override {}
 };
 
 /// The program's screens with a given locale, on the shipped data file; messages are recorded, never shown.

@@ -1,7 +1,8 @@
 #include "report/summary_form.h"
 
 #include "app/sizing_state.h"
-#include "platform/number_text.h"
+#include "base/number_text.h"
+#include "platform/summary_painter.h"
 #include "support/plain_screen.h"
 
 #include <QTransform>
@@ -17,8 +18,8 @@ namespace
 class SummaryFormTest : public testing::Test
 {
 protected:
-    SummaryForm summary() { return SummaryForm(state, numbers, screen, messages); }
-    std::string shown(const char* label) { return summary().shown(label).text.toStdString(); }
+    SummaryForm summary() { return SummaryForm(state, numbers, "23.11.26", screen, messages); }
+    std::string shown(const char* label) { return summary().shown(label).text; }
 
     SizingState state;
     PlainScreen screen;

@@ -1,6 +1,6 @@
 #include "gui/screens_fixture.h"
 
-#include "platform/locale_info.h"
+#include "platform/user_locale.h"
 
 namespace
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/locale_info.h"
+#include "base/locale_info.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/main_screen.h"
-#include "platform/message_box.h"
+#include "base/main_screen.h"
+#include "base/message_box.h"
 
 #include <map>
 #include <string>
@@ -12,6 +12,7 @@ struct PlainScreen : MainScreen
 {
     std::map<Box, std::string> boxes;
     std::map<Label, std::string> captions;
+    bool printEnabled = true;
 
     std::string text(Box box) const override { return valueOf(boxes, box); }
     std::string caption(Label label) const override { return valueOf(captions, label); }
@@ -25,6 +26,8 @@ struct PlainScreen : MainScreen
             boxes[box].clear();
         boxes[Box::txtTankVolume] = "0";
     }
+
+    void setPrintEnabled(bool enabled) override { printEnabled = enabled; }
 
 private:
     template <typename Key>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/sizing_state.h"
+#include "base/number_text.h"
+#include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "engine/sizing_context.h"
-#include "platform/number_text.h"
 #include "support/plain_screen.h"
 
 #include <gtest/gtest.h>

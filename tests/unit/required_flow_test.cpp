@@ -1,7 +1,7 @@
 #include "engine/required_flow.h"
 
-#include "engine/display_rounding.h"
-#include "engine/interpolation.h"
+#include "base/display_rounding.h"
+#include "base/interpolation.h"
 #include "engine/large_tank_breathing.h"
 #include "engine/pressure_range.h"
 #include "support/sizing_fixture.h"

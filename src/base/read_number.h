@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/failure.h"
-#include "platform/number_text.h"
+#include "base/failure.h"
+#include "base/number_text.h"
 
 /// A text as a number in the user's locale; a text that is none is a type mismatch.
 inline double readNumber(const NumberText& numbers, const std::string& text)

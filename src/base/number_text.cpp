@@ -1,6 +1,6 @@
-#include "platform/number_text.h"
+#include "base/number_text.h"
 
-#include "platform/locale_info.h"
+#include "base/locale_info.h"
 
 #include <algorithm>
 #include <array>

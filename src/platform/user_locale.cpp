@@ -1,4 +1,4 @@
-#include "platform/locale_info.h"
+#include "platform/user_locale.h"
 
 #ifdef _WIN32
 
@@ -25,7 +25,6 @@ public:
 
 #include <algorithm>
 #include <climits>
-#include <clocale>
 #include <locale.h>
 #include <string>
 

@@ -1,8 +1,8 @@
-#include "engine/display_rounding.h"
+#include "base/display_rounding.h"
 
 #include "app/sizing_state.h"
-#include "engine/sizing_context.h"
-#include "platform/message_box.h"
+#include "base/message_box.h"
+#include "base/sizing_context.h"
 
 #include <cmath>
 #include <string>

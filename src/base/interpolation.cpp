@@ -1,7 +1,7 @@
-#include "engine/interpolation.h"
+#include "base/interpolation.h"
 
-#include "engine/checked_math.h"
-#include "engine/lookup_handler.h"
+#include "base/checked_math.h"
+#include "base/lookup_handler.h"
 
 double modInterpolate(SizingContext& sizing, double x1, double x, double x2, double y1, double y2)
 {

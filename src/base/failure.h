@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/message_box.h"
+#include "base/message_box.h"
 
 #include <stdexcept>
 #include <string>

@@ -22,6 +22,3 @@ public:
     /// `length` 0 only returns the length needed. 0 on failure: unknown locale or item, buffer too short.
     virtual int GetLocaleInfoA(std::uint32_t locale, LocaleItem item, char* buffer, int length) const = 0;
 };
-
-/// The user's own locale, read afresh at every call: kernel32 on Windows, LC_NUMERIC and LC_MONETARY elsewhere.
-const LocaleInfo& userLocale();

@@ -46,7 +46,7 @@ inline constexpr const char* labelNames[] = {
     "lblComments"};
 static_assert(std::size(labelNames) == static_cast<std::size_t>(Label::lblComments) + 1);
 
-/// What the engine needs of the main form. Texts are UTF-8.
+/// What the engine and the report need of the main form. Texts are UTF-8.
 class MainScreen
 {
 public:
@@ -57,4 +57,7 @@ public:
 
     /// Empties the inputs and results; the gas, its specific gravity and the choices stay.
     virtual void modClearData() = 0;
+
+    /// Whether "Prin&t" can be pressed.
+    virtual void setPrintEnabled(bool enabled) = 0;
 };

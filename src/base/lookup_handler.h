@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/failure.h"
-#include "engine/main_screen.h"
-#include "engine/sizing_context.h"
+#include "base/failure.h"
+#include "base/main_screen.h"
+#include "base/sizing_context.h"
 
 /// Runs a lookup under its own handler and gives its result. A division by zero or a type mismatch is shown with the
 /// routine's name and empties the main form; after any failure the result is `nothing`. `SizingError` is never set.

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QTransform>
+
+class QPrinter;
+class SummaryForm;
+
+/// Paints the summary as one page, black on white, and throws when the printer cannot be painted on.
+void paintSummary(const SummaryForm& page, QPrinter& printer);
+
+/// Where the summary stands on a page whose size and printable part are given in twips: in the middle, moved only as
+/// far as the printable part needs it, and shrunk evenly only where that part is smaller than the summary.
+QTransform placeSummary(const QSizeF& paper, const QRectF& printable);

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "base/locale_info.h"
+
+/// The user's own locale, read afresh at every call: kernel32 on Windows, LC_NUMERIC and LC_MONETARY elsewhere.
+const LocaleInfo& userLocale();

@@ -1,0 +1,15 @@
+#pragma once
+
+class SummaryForm;
+
+/// The printers of the computer.
+class Printers
+{
+public:
+    virtual ~Printers() = default;
+    virtual int count() const = 0;
+
+    /// Prints the page as one job on the default printer (the first one where none is the default). Throws when the
+    /// page cannot be painted and when the printing system does not take the job.
+    virtual void print(const SummaryForm& page) = 0;
+};
