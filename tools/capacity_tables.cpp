@@ -1,9 +1,9 @@
 #include "capacity_tables.h"
 
 #include "base/number_text.h"
+#include "base/offered.h"
 #include "capacity/cv_series.h"
 #include "csv_reader.h"
-#include "engine/pressure_range.h"
 #include "engine/tank_limits.h"
 
 #include <algorithm>
@@ -20,22 +20,31 @@
 namespace
 {
 
+/// A valve table and what it must hold: every pressure that any model lets a user enter for it.
 struct ValveTable
 {
-    const char* name;
-    std::string_view valveType;
-    std::string_view pressUnits; ///< as `pressureRanges` names them
+    std::string_view name;
+    std::string_view pressUnits;
     std::span<const float> cvSeries;
+    double lowest;
+    double highest;
 };
 
-constexpr std::array<ValveTable, 6> valveTables{{
-    {"psi_Pad", "Pad", "PSI", padCvSeries},
-    {"kgcm2_Pad", "Pad", "kg/cm2", padCvSeries},
-    {"kpa_Pad", "Pad", "kPa", padCvSeries},
-    {"psi_Depad", "Depad", "PSI", depadCvSeries},
-    {"inwc_Depad", "Depad", "in wc", depadCvSeries},
-    {"mbar_Depad", "Depad", "mbar", depadCvSeries},
-}};
+std::vector<ValveTable> valveTables()
+{
+    std::vector<ValveTable> tables;
+    for (const Offer& offer : offers) {
+        const auto known = std::ranges::find(tables, offer.valveTable, &ValveTable::name);
+        if (known == tables.end()) {
+            tables.push_back(
+                {offer.valveTable, offer.pressUnits, cvSeries(offer.valveType), offer.lowest, offer.highest});
+        } else {
+            known->lowest = std::min(known->lowest, offer.lowest);
+            known->highest = std::max(known->highest, offer.highest);
+        }
+    }
+    return tables;
+}
 
 /// Volumes, in `volUnits`, that are looked up in a large-tank table rather than computed.
 struct LargeTankTable
@@ -217,27 +226,6 @@ std::vector<Row> readTable(const std::filesystem::path& path, std::span<const Co
     return rows;
 }
 
-struct Limits
-{
-    double lowest = std::numeric_limits<double>::infinity();
-    double highest = 0;
-};
-
-/// The pressures that any model lets a user enter for this table. The model without a valve type in its limits is built
-/// as a pad valve only.
-Limits permittedPressures(const ValveTable& table)
-{
-    Limits limits;
-    for (const PressureRange& range : pressureRanges) {
-        const std::string_view valveType = range.valveType ? range.valveType : "Pad";
-        if (valveType != table.valveType || range.pressUnits != table.pressUnits)
-            continue;
-        limits.lowest = std::min(limits.lowest, range.lowest);
-        limits.highest = std::max(limits.highest, range.highest);
-    }
-    return limits;
-}
-
 /// The rows of one Cv by pressure.
 using Curve = std::map<double, const CapacityRow*>;
 
@@ -245,19 +233,18 @@ void checkCurve(const ValveTable& table, const std::string& file, float cv, cons
 {
     const CapacityRow& lowest = *curve.begin()->second;
     const CapacityRow& highest = *curve.rbegin()->second;
-    const Limits limits = permittedPressures(table);
     const std::string units = " " + std::string(table.pressUnits);
     const auto warn = [&](const CapacityRow& row, const std::string& reason) {
         findings.warning(file, row.line, "Cv " + shortest(cv) + reason);
     };
     if (std::ranges::find(table.cvSeries, cv) == table.cvSeries.end())
         warn(lowest, " is outside the series of this valve type");
-    if (lowest.pressure > limits.lowest)
+    if (lowest.pressure > table.lowest)
         warn(lowest, " begins at " + shortest(lowest.pressure) + units + ", above the lowest permitted pressure, " +
-                         shortest(limits.lowest) + units);
-    if (highest.pressure < limits.highest)
+                         shortest(table.lowest) + units);
+    if (highest.pressure < table.highest)
         warn(highest, " ends at " + shortest(highest.pressure) + units + ", below the highest permitted pressure, " +
-                          shortest(limits.highest) + units);
+                          shortest(table.highest) + units);
     const CapacityRow* before = &lowest;
     for (const auto& [pressure, row] : curve) {
         if (row->flow < before->flow)
@@ -343,9 +330,9 @@ void Findings::write(std::string_view file, std::size_t line, std::string_view k
 CapacityTables readCapacityTables(const std::filesystem::path& directory, Findings& findings)
 {
     CapacityTables tables;
-    const auto pathOf = [&](const char* table) { return directory / (std::string(table) + ".csv"); };
-    for (const ValveTable& table : valveTables) {
-        auto& rows = tables.valves[table.name];
+    const auto pathOf = [&](std::string_view table) { return directory / (std::string(table) + ".csv"); };
+    for (const ValveTable& table : valveTables()) {
+        auto& rows = tables.valves[std::string(table.name)];
         rows = readTable<CapacityRow>(pathOf(table.name), capacityColumns, findings);
         if (!rows.empty())
             checkValveTable(table, rows, findings);

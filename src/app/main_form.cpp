@@ -6,6 +6,7 @@
 #include "app/sizing_state.h"
 #include "base/gases.h"
 #include "base/number_text.h"
+#include "base/offered.h"
 #include "engine/sizing_driver.h"
 
 #include <QGroupBox>
@@ -60,9 +61,9 @@ struct ValveTypeTexts
 };
 
 constexpr ValveTypeTexts valveTypeTexts[] = {
-    {"Pad", "Pump-&Out Rate", "+ Inbreathing Flow", "Supply &Pressure of Blanketing Gas",
+    {choice::pad, "Pump-&Out Rate", "+ Inbreathing Flow", "Supply &Pressure of Blanketing Gas",
      "&Blanketing Gas:", "Specific &Gravity - Blanketing Gas", gases[0]},
-    {"Depad", "Pump-In Rate", "+ Outbreathing Flow", "Differential &Pressure",
+    {choice::depad, "Pump-In Rate", "+ Outbreathing Flow", "Differential &Pressure",
      "&Vented Gas:", "Specific &Gravity - Vented Gas", gases[1]},
 };
 
@@ -143,7 +144,7 @@ void MainForm::load()
         setLabelCaption(name, text);
     centreOnScreen(*this);
 
-    const bool directDisplacement = state.SizingMethod == "Direct Displacement";
+    const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
     if (directDisplacement) {
         setText("txtTankVolume", "0");
         hide(tankVolumeControls);
@@ -151,11 +152,14 @@ void MainForm::load()
     }
     loadValveType();
 
-    const bool us = state.UnitSystem == "US";
-    for (const char* const name : {"lblFlow1", "lblFlow2"})
-        setLabelCaption(name, us ? "SCFH of" : "Nm3/Hr of");
-    for (const char* const name : {"lblTempUnits1", "lblTempUnits2"})
-        setLabelCaption(name, us ? "(F)" : "(C)");
+    for (const UnitSystem& units : unitSystems) {
+        if (state.UnitSystem != units.name)
+            continue;
+        for (const char* const name : {"lblFlow1", "lblFlow2"})
+            setLabelCaption(name, std::string(units.flow) + " of");
+        for (const char* const name : {"lblTempUnits1", "lblTempUnits2"})
+            setLabelCaption(name, std::string("(") + units.degrees + ")");
+    }
 
     QStringList names;
     for (const Gas& gas : gases)
@@ -181,7 +185,7 @@ void MainForm::loadValveType()
         setText("txtSpecGrav", sizing_.numbers.general(texts.gas.specGrav));
         gas_->setGas(QString::fromUtf8(texts.gas.name));
     }
-    if (valveType == "Pad") {
+    if (valveType == choice::pad) {
         hide(storedMaterialControls);
         setCaption(Label::lblHFPLFP, "");
     }

@@ -3,6 +3,7 @@
 #include "app/key_filter.h"
 #include "app/setup_form_layout.h"
 #include "app/sizing_state.h"
+#include "base/offered.h"
 
 #include <QGroupBox>
 #include <QLineEdit>
@@ -10,33 +11,11 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include <algorithm>
+#include <span>
+
 namespace
 {
-
-/// The pressure units that a model and valve type offer in each unit system; nullptr: either type.
-struct UnitRow
-{
-    const char* valveModel;
-    const char* valveType;
-    QStringList usPressure;
-    QStringList metricPressure;
-};
-
-const UnitRow unitRows[] = {
-    {"Series 61", nullptr, {"PSI"}, {"kg/cm2", "kPa"}},
-    {"Series 63", "Pad", {"PSI"}, {"kg/cm2", "kPa"}},
-    {"Series 63", "Depad", {"PSI", "in wc"}, {"mbar"}},
-};
-
-struct TablePrefix
-{
-    const char* pressUnits;
-    const char* prefix;
-};
-
-constexpr TablePrefix tablePrefixes[] = {
-    {"PSI", "psi_"}, {"in wc", "inwc_"}, {"kg/cm2", "kgcm2_"}, {"kPa", "kpa_"}, {"mbar", "mbar_"},
-};
 
 struct CustomerBox
 {
@@ -54,9 +33,82 @@ constexpr CustomerBox customerBoxes[] = {
 constexpr const char* listCaptions[][2] = {
     {"lblPressureUnits", "lstPressure"}, {"lblFlow", "lstFlow"}, {"lblTemp", "lstTemp"}, {"lblVolume", "lstVolume"}};
 
+bool isOffered(std::string_view valveModel, std::string_view valveType)
+{
+    return std::ranges::any_of(
+        offers, [&](const Offer& offer) { return valveModel == offer.valveModel && valveType == offer.valveType; });
+}
+
 } // namespace
 
-SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale) : state_(state)
+struct SetupForm::Handlers
+{
+    SetupForm& form;
+    SizingState& state;
+
+    /// An option, the choice that it stands for, and what selecting it does.
+    struct Option
+    {
+        const char* name;
+        const char* choice;
+        void (Handlers::*click)() const;
+    };
+    static const Option modelOptions[];
+    static const Option typeOptions[];
+    static const Option methodOptions[];
+    static const Option unitOptions[];
+
+    void Form_Load(const LocaleInfo& locale) const;
+    void optSeries61_Click() const { chooseModel(choice::series61); }
+    void optSeries63_Click() const { chooseModel(choice::series63); }
+    void optPad_Click() const { chooseType(choice::pad); }
+    void optDepad_Click() const { chooseType(choice::depad); }
+    void optDD_Click() const { state.SizingMethod = choice::directDisplacement; }
+    void optAPI2000_Click() const { state.SizingMethod = choice::api2000; }
+    void optUSUnits_Click() const { chooseUnits(choice::us); }
+    void optMetricUnits_Click() const { chooseUnits(choice::metric); }
+    void cmdContinue_Click() const;
+
+    void chooseModel(const char* valveModel) const;
+    void chooseType(const char* valveType) const;
+    void chooseUnits(const char* unitSystem) const;
+
+    void connectAll() const;
+    void resetState(const LocaleInfo& locale) const;
+
+    /// Refills the pressure and flow lists for the selected options; they stay empty while an option is missing.
+    void fillPressureAndFlow() const;
+
+    QRadioButton& option(const char* name) const { return control<QRadioButton>(form, name); }
+    QListWidget& list(const char* name) const { return control<QListWidget>(form, name); }
+
+    /// The choice of the selected option; "" when none is.
+    const char* selected(std::span<const Option> options) const
+    {
+        const auto found =
+            std::ranges::find_if(options, [&](const Option& row) { return option(row.name).isChecked(); });
+        return found == options.end() ? "" : found->choice;
+    }
+};
+
+const SetupForm::Handlers::Option SetupForm::Handlers::modelOptions[] = {
+    {"optSeries61", choice::series61, &Handlers::optSeries61_Click},
+    {"optSeries63", choice::series63, &Handlers::optSeries63_Click},
+};
+const SetupForm::Handlers::Option SetupForm::Handlers::typeOptions[] = {
+    {"optPad", choice::pad, &Handlers::optPad_Click},
+    {"optDepad", choice::depad, &Handlers::optDepad_Click},
+};
+const SetupForm::Handlers::Option SetupForm::Handlers::methodOptions[] = {
+    {"optDD", choice::directDisplacement, &Handlers::optDD_Click},
+    {"optAPI2000", choice::api2000, &Handlers::optAPI2000_Click},
+};
+const SetupForm::Handlers::Option SetupForm::Handlers::unitOptions[] = {
+    {"optUSUnits", choice::us, &Handlers::optUSUnits_Click},
+    {"optMetricUnits", choice::metric, &Handlers::optMetricUnits_Click},
+};
+
+SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
 {
     setObjectName(QStringLiteral("frmFirst"));
     setWindowTitle(
@@ -64,154 +116,117 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale) : state_(stat
     buildForm(*this, setupFormRows, FrameOrigin::frame, setupFormWidth, setupFormHeight);
     for (const char* const frame : {"frmPadDepad", "frmDDAPI"})
         paintLightGrey(control<QGroupBox>(*this, frame));
-    for (const auto& [caption, list] : listCaptions) {
+    for (const auto& [caption, listName] : listCaptions) {
         auto& label = control<QLabel>(*this, caption);
-        label.setBuddy(&this->list(list));
-        this->list(list).setAccessibleName(label.text());
+        auto& list = control<QListWidget>(*this, listName);
+        label.setBuddy(&list);
+        list.setAccessibleName(label.text());
     }
-    connectHandlers();
-
-    resetState(locale);
-    option("optUSUnits").setChecked(true);
-    option("optSeries61").setChecked(true);
-    option("optDepad").setEnabled(false);
-    option("optPad").setChecked(true);
-    option("optAPI2000").setChecked(true);
-    for (const CustomerBox& row : customerBoxes)
-        control<QLineEdit>(*this, row.box).setText(QString::fromStdString(state_.*row.field));
-
-    option("optSeries61").setFocus();
+    const Handlers handlers{*this, state};
+    handlers.connectAll();
+    handlers.Form_Load(locale);
+    control<QRadioButton>(*this, "optSeries61").setFocus();
     centreOnScreen(*this);
 }
 
-void SetupForm::resetState(const LocaleInfo& locale)
+void SetupForm::Handlers::connectAll() const
 {
-    state_.InputError = false;
-    state_.SizingError = false;
-    modDecSep(state_, locale);
-    state_.ValidChars = "1234567890" + state_.DecSep;
+    for (const std::span<const Option> options :
+         {std::span<const Option>(modelOptions), {typeOptions}, {methodOptions}, {unitOptions}})
+        for (const Option& row : options)
+            connect(&option(row.name), &QRadioButton::toggled, &form, [handlers = *this, &row](bool isSelected) {
+                if (isSelected)
+                    (handlers.*row.click)();
+            });
+    connect(&control<QPushButton>(form, "cmdContinue"), &QPushButton::clicked, &form,
+            [handlers = *this] { handlers.cmdContinue_Click(); });
+}
+
+void SetupForm::Handlers::Form_Load(const LocaleInfo& locale) const
+{
+    resetState(locale);
+    for (const char* const name : {"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
+        option(name).setChecked(true);
+    for (const CustomerBox& row : customerBoxes)
+        control<QLineEdit>(form, row.box).setText(QString::fromStdString(state.*row.field));
+}
+
+void SetupForm::Handlers::resetState(const LocaleInfo& locale) const
+{
+    state.InputError = false;
+    state.SizingError = false;
+    modDecSep(state, locale);
+    state.ValidChars = "1234567890" + state.DecSep;
     const SizingState defaults;
-    state_.UnitSystem = defaults.UnitSystem;
-    state_.ValveType = defaults.ValveType;
-    state_.SizingMethod = defaults.SizingMethod;
-    state_.SizingCase = defaults.SizingCase;
-    state_.ValveModel = defaults.ValveModel;
+    state.UnitSystem = defaults.UnitSystem;
+    state.ValveType = defaults.ValveType;
+    state.SizingMethod = defaults.SizingMethod;
+    state.SizingCase = defaults.SizingCase;
+    state.ValveModel = defaults.ValveModel;
 }
 
-void SetupForm::connectHandlers()
+void SetupForm::Handlers::chooseModel(const char* valveModel) const
 {
-    const auto onSelect = [this](const char* name, auto handler) {
-        connect(&option(name), &QRadioButton::toggled, this, [handler](bool selected) {
-            if (selected)
-                handler();
-        });
-    };
-    onSelect("optUSUnits", [this] { optUSUnits_Click(); });
-    onSelect("optMetricUnits", [this] { optMetricUnits_Click(); });
-    onSelect("optSeries61", [this] { optSeries61_Click(); });
-    onSelect("optSeries63", [this] { optSeries63_Click(); });
-    onSelect("optPad", [this] { optPad_Click(); });
-    onSelect("optDepad", [this] { optDepad_Click(); });
-    onSelect("optAPI2000", [this] { state_.SizingMethod = "API-2000"; });
-    onSelect("optDD", [this] { state_.SizingMethod = "Direct Displacement"; });
-    connect(&control<QPushButton>(*this, "cmdContinue"), &QPushButton::clicked, this, &SetupForm::cmdContinue_Click);
-}
-
-void SetupForm::optUSUnits_Click()
-{
-    state_.UnitSystem = "US";
-    fillPressureAndFlow();
-    fillTemperatureAndVolume("Fahrenheit", "Gallons");
-}
-
-void SetupForm::optMetricUnits_Click()
-{
-    state_.UnitSystem = "Metric";
-    fillPressureAndFlow();
-    fillTemperatureAndVolume("Celcius", "Cubic Meters");
-}
-
-void SetupForm::optSeries61_Click()
-{
-    state_.ValveModel = "Series 61";
-    option("optDepad").setEnabled(false);
-    // The model has no depad valve and the data file no table for one.
-    if (option("optDepad").isChecked())
-        option("optPad").setChecked(true);
+    state.ValveModel = valveModel;
+    for (const Option& type : typeOptions) {
+        const bool offered = isOffered(valveModel, type.choice);
+        option(type.name).setEnabled(offered);
+        if (!offered && option(type.name).isChecked()) // the data file has no table for such a valve
+            option("optPad").setChecked(true);
+    }
     fillPressureAndFlow();
 }
 
-void SetupForm::optSeries63_Click()
+void SetupForm::Handlers::chooseType(const char* valveType) const
 {
-    state_.ValveModel = "Series 63";
-    option("optDepad").setEnabled(true);
+    state.ValveType = valveType;
     fillPressureAndFlow();
 }
 
-void SetupForm::optPad_Click()
+void SetupForm::Handlers::chooseUnits(const char* unitSystem) const
 {
-    state_.ValveType = "Pad";
+    state.UnitSystem = unitSystem;
     fillPressureAndFlow();
+    for (const UnitSystem& units : unitSystems) {
+        if (state.UnitSystem != units.name)
+            continue;
+        fillList(list("lstTemp"), {units.temperature});
+        fillList(list("lstVolume"), {units.volume});
+    }
 }
 
-void SetupForm::optDepad_Click()
+void SetupForm::Handlers::fillPressureAndFlow() const
 {
-    state_.ValveType = "Depad";
-    fillPressureAndFlow();
-}
-
-void SetupForm::fillPressureAndFlow()
-{
-    const auto selected = [this](const char* name, const char* text) { return option(name).isChecked() ? text : ""; };
-    const std::string model = std::string(selected("optSeries61", "Series 61")) + selected("optSeries63", "Series 63");
-    const std::string type = std::string(selected("optPad", "Pad")) + selected("optDepad", "Depad");
-    const bool us = option("optUSUnits").isChecked();
-    const bool metric = option("optMetricUnits").isChecked();
-
+    const std::string_view valveModel = selected(modelOptions);
+    const std::string_view valveType = selected(typeOptions);
+    const std::string_view unitSystem = selected(unitOptions);
     QStringList pressure;
-    for (const UnitRow& row : unitRows)
-        if (model == row.valveModel && (row.valveType == nullptr || type == row.valveType))
-            pressure = us ? row.usPressure : metric ? row.metricPressure : QStringList();
+    for (const Offer& offer : offers)
+        if (valveModel == offer.valveModel && valveType == offer.valveType && unitSystem == offer.unitSystem)
+            pressure.append(QString::fromUtf8(offer.pressUnits));
     QStringList flow;
-    if (!pressure.isEmpty())
-        flow = QStringList(us ? "SCFH" : "Nm3/Hr");
+    for (const UnitSystem& units : unitSystems)
+        if (!pressure.isEmpty() && unitSystem == units.name)
+            flow.append(QString::fromUtf8(units.flow));
     fillList(list("lstPressure"), pressure);
     fillList(list("lstFlow"), flow);
 }
 
-void SetupForm::fillTemperatureAndVolume(const char* temperature, const char* volume)
+void SetupForm::Handlers::cmdContinue_Click() const
 {
-    fillList(list("lstTemp"), {temperature});
-    fillList(list("lstVolume"), {volume});
-}
-
-void SetupForm::cmdContinue_Click()
-{
-    if (option("optUSUnits").isChecked()) {
-        state_.UnitSystem = "US";
-        state_.PumpRateUnits = "gpm";
-    } else if (option("optMetricUnits").isChecked()) {
-        state_.UnitSystem = "Metric";
-        state_.PumpRateUnits = "m3/Hr";
-    }
-    state_.PressUnits = list("lstPressure").currentItem()->text().toStdString();
-    state_.FlowUnits = list("lstFlow").item(0)->text().toStdString();
-    state_.VolUnits = list("lstVolume").item(0)->text().toStdString();
-    state_.ValveModel = option("optSeries61").isChecked() ? "Series 61" : "Series 63";
-    for (const TablePrefix& row : tablePrefixes)
-        if (state_.PressUnits == row.pressUnits)
-            state_.ValveTable = row.prefix + state_.ValveType;
+    state.UnitSystem = selected(unitOptions);
+    for (const UnitSystem& units : unitSystems)
+        if (state.UnitSystem == units.name)
+            state.PumpRateUnits = units.pumpRate;
+    state.PressUnits = list("lstPressure").currentItem()->text().toStdString();
+    state.FlowUnits = list("lstFlow").item(0)->text().toStdString();
+    state.VolUnits = list("lstVolume").item(0)->text().toStdString();
+    state.ValveModel = selected(modelOptions);
+    for (const Offer& offer : offers)
+        if (state.ValveModel == offer.valveModel && state.ValveType == offer.valveType &&
+            state.PressUnits == offer.pressUnits)
+            state.ValveTable = offer.valveTable;
     for (const CustomerBox& row : customerBoxes)
-        state_.*row.field = control<QLineEdit>(*this, row.box).text().toStdString();
-    emit continued();
-}
-
-QRadioButton& SetupForm::option(const char* name) const
-{
-    return control<QRadioButton>(*this, name);
-}
-
-QListWidget& SetupForm::list(const char* name) const
-{
-    return control<QListWidget>(*this, name);
+        state.*row.field = control<QLineEdit>(form, row.box).text().toStdString();
+    emit form.continued();
 }

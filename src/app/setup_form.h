@@ -3,8 +3,6 @@
 #include <QWidget>
 
 class LocaleInfo;
-class QListWidget;
-class QRadioButton;
 struct SizingState;
 
 /// `frmFirst`, the first window: valve model, valve type, sizing method, units and customer information. Creating it is
@@ -21,23 +19,5 @@ signals:
     void continued();
 
 private:
-    void optUSUnits_Click();
-    void optMetricUnits_Click();
-    void optSeries61_Click();
-    void optSeries63_Click();
-    void optPad_Click();
-    void optDepad_Click();
-    void cmdContinue_Click();
-
-    void resetState(const LocaleInfo& locale);
-    void connectHandlers();
-
-    /// Refills the pressure and flow lists for the selected options; they stay empty while an option is missing.
-    void fillPressureAndFlow();
-    void fillTemperatureAndVolume(const char* temperature, const char* volume);
-
-    QRadioButton& option(const char* name) const;
-    QListWidget& list(const char* name) const;
-
-    SizingState& state_;
+    struct Handlers; ///< of its controls, named after control and event
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/offered.h"
+
 #include <cstdint>
 #include <string>
 
@@ -16,17 +18,17 @@ struct SizingState
     std::string DecSep;
     std::string ValidChars;
 
-    // Setup choices.
-    std::string UnitSystem = "US";           ///< "US", "Metric"
-    std::string ValveType = "Pad";           ///< "Pad", "Depad"
-    std::string SizingMethod = "API-2000";   ///< "API-2000", "Direct Displacement"
-    std::string SizingCase = "Pad API-2000"; ///< type and method; rebuilt by a sizing run, not by the options
-    std::string ValveModel = "Series 61";    ///< "Series 61", "Series 63"
-    std::string PressUnits;                  ///< "PSI", "in wc", "kg/cm2", "kPa", "mbar"
-    std::string FlowUnits;                   ///< "SCFH", "Nm3/Hr"
-    std::string VolUnits;                    ///< "Gallons", "Cubic Meters"
-    std::string PumpRateUnits;               ///< "gpm", "m3/Hr"
-    std::string ValveTable;                  ///< name of the capacity table: unit prefix and valve type, "psi_Pad"
+    // Setup choices, as base/offered.h names them.
+    std::string UnitSystem = choice::us;
+    std::string ValveType = choice::pad;
+    std::string SizingMethod = choice::api2000;
+    std::string SizingCase = sizing_case::padApi2000; ///< rebuilt by a sizing run, not by the options
+    std::string ValveModel = choice::series61;
+    std::string PressUnits;
+    std::string FlowUnits;
+    std::string VolUnits;
+    std::string PumpRateUnits;
+    std::string ValveTable; ///< name of the capacity table
 
     // Customer information, all optional; survives a return to the setup screen.
     std::string CustomerName;

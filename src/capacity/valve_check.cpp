@@ -3,6 +3,7 @@
 #include "app/sizing_state.h"
 #include "base/checked_math.h"
 #include "base/main_screen.h"
+#include "base/offered.h"
 #include "base/sizing_context.h"
 #include "capacity/cv_series.h"
 #include "capacity/model_rules.h"
@@ -74,9 +75,9 @@ void modCheckValveData(SizingContext& sizing)
         [&] {
             if (toSingle(state.TotalFlow) < state.MaxValveCap)
                 return;
-            if (state.ValveType == "Pad")
+            if (state.ValveType == choice::pad)
                 checkPad(sizing);
-            else if (state.ValveType == "Depad")
+            else if (state.ValveType == choice::depad)
                 checkDepad(sizing);
         },
         [&] { sizing.screen.modClearData(); });

@@ -3,6 +3,7 @@
 #include "app/sizing_state.h"
 #include "base/checked_math.h"
 #include "base/main_screen.h"
+#include "base/offered.h"
 #include "base/sizing_context.h"
 #include "capacity/model_rules.h"
 #include "capacity/table_lookups.h"
@@ -67,9 +68,9 @@ void modGetValveData(SizingContext& sizing)
     withHandler(
         sizing.messageBox, errorCodes("modGetValveData"),
         [&] {
-            if (sizingCase == "Pad API-2000" || sizingCase == "Pad Direct Displacement")
+            if (sizingCase == sizing_case::padApi2000 || sizingCase == sizing_case::padDirectDisplacement)
                 selectPad(sizing);
-            else if (sizingCase == "Depad API-2000" || sizingCase == "Depad Direct Displacement")
+            else if (sizingCase == sizing_case::depadApi2000 || sizingCase == sizing_case::depadDirectDisplacement)
                 selectDepad(sizing);
         },
         [&] {

@@ -3,6 +3,7 @@
 #include "app/sizing_state.h"
 #include "base/main_screen.h"
 #include "base/number_text.h"
+#include "base/offered.h"
 #include "base/sizing_context.h"
 #include "engine/tank_limits.h"
 
@@ -36,15 +37,15 @@ Refusal copyNumbers(SizingContext& sizing)
     SizingState& state = sizing.state;
     if (isEmpty(sizing, Box::txtPressure) || isEmpty(sizing, Box::txtPumpRate))
         return "Please enter Pressure and Pump-Rate information.";
-    if (state.ValveType == "Pad" && isEmpty(sizing, Box::txtSpecGrav))
+    if (state.ValveType == choice::pad && isEmpty(sizing, Box::txtSpecGrav))
         return "Please enter the specific gravity of the blanketing gas.";
-    if (state.ValveType == "Depad" && isEmpty(sizing, Box::txtSpecGrav))
+    if (state.ValveType == choice::depad && isEmpty(sizing, Box::txtSpecGrav))
         return "Please enter the specific gravity of the vented gas.";
     if (!copyNumber(sizing, Box::txtSpecGrav, state.SpecGrav) ||
         !copyNumber(sizing, Box::txtPumpRate, state.PumpRate) ||
         !copyNumber(sizing, Box::txtPressure, state.InputPressure))
         return notANumber;
-    if (isEmpty(sizing, Box::txtTankVolume) && state.SizingMethod == "API-2000")
+    if (isEmpty(sizing, Box::txtTankVolume) && state.SizingMethod == choice::api2000)
         return "Please enter the Tank Volume.";
     if (!copyNumber(sizing, Box::txtTankVolume, state.TankVolume))
         return notANumber;
@@ -53,8 +54,8 @@ Refusal copyNumbers(SizingContext& sizing)
 
 Refusal checkRateAndPressure(const SizingState& state)
 {
-    const bool pad = state.ValveType == "Pad";
-    const bool depad = state.ValveType == "Depad";
+    const bool pad = state.ValveType == choice::pad;
+    const bool depad = state.ValveType == choice::depad;
     if (state.PumpRate > largestPumpRate)
         return "Pump-Rate will exceed the maximum available valve capacity.";
     if (pad && state.InputPressure <= 0)
@@ -70,11 +71,11 @@ Refusal checkRateAndPressure(const SizingState& state)
 
 Refusal checkTankVolume(const SizingState& state)
 {
-    if (state.SizingMethod != "API-2000")
+    if (state.SizingMethod != choice::api2000)
         return passed;
-    if (state.UnitSystem == "US" && state.TankVolume > largestTankGallons)
+    if (state.UnitSystem == choice::us && state.TankVolume > largestTankGallons)
         return "There are special requirements for tanks larger than 7,560,000 gallons. Refer to API Publication 2000.";
-    if (state.UnitSystem == "Metric" && state.TankVolume > largestTankCubicMeters)
+    if (state.UnitSystem == choice::metric && state.TankVolume > largestTankCubicMeters)
         return "There are special requirements for tanks larger than 30,000 cubic meters.";
     if (state.TankVolume <= 0)
         return "Tank Volume must be greater than zero.";
@@ -91,7 +92,7 @@ Refusal checkEntries(SizingContext& sizing)
     if (const Refusal refusal = checkRateAndPressure(state))
         return refusal;
     if (isEmpty(sizing, Box::txtFlashPoint) && isEmpty(sizing, Box::txtBoilingPoint) &&
-        state.SizingMethod == "API-2000" && state.ValveType == "Depad")
+        state.SizingMethod == choice::api2000 && state.ValveType == choice::depad)
         return "Please enter the Flash Point and/or Boiling Point of the Stored Material.";
     state.BoilingPoint = sizing.screen.text(Box::txtBoilingPoint);
     state.FlashPoint = sizing.screen.text(Box::txtFlashPoint);

@@ -3,6 +3,7 @@
 #include "app/sizing_state.h"
 #include "base/interpolation.h"
 #include "base/lookup_handler.h"
+#include "base/offered.h"
 #include "capacity/capacity_store.h"
 
 namespace
@@ -11,7 +12,7 @@ namespace
 double flowFromTable(SizingContext& sizing, const char* rateColumn, double volume)
 {
     const char* const text =
-        sizing.state.UnitSystem == "US" ? "Select * FROM USLargeTank" : "Select * FROM MetriclargeTank";
+        sizing.state.UnitSystem == choice::us ? "Select * FROM USLargeTank" : "Select * FROM MetriclargeTank";
     constexpr std::size_t tankVol = 0;
     constexpr std::size_t rate = 1;
     CapacityRows rows = sizing.store.query(text, {"TankVol", rateColumn});

@@ -3,15 +3,25 @@
 #include "app/sizing_state.h"
 #include "base/failure.h"
 #include "base/main_screen.h"
+#include "base/offered.h"
 #include "base/sizing_context.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace
 {
 
-bool applies(const PressureRange& range, const SizingState& state)
+const Offer* offerOf(const SizingState& state)
 {
-    return state.ValveModel == range.valveModel && (range.valveType == nullptr || state.ValveType == range.valveType) &&
-           state.PressUnits == range.pressUnits;
+    const bool typeCounts = std::ranges::any_of(offers, [&](const Offer& offer) {
+        return state.ValveModel == offer.valveModel && state.ValveType == offer.valveType;
+    });
+    const auto found = std::ranges::find_if(offers, [&](const Offer& offer) {
+        return state.ValveModel == offer.valveModel && (!typeCounts || state.ValveType == offer.valveType) &&
+               state.PressUnits == offer.pressUnits;
+    });
+    return found == std::end(offers) ? nullptr : found;
 }
 
 } // namespace
@@ -19,13 +29,15 @@ bool applies(const PressureRange& range, const SizingState& state)
 void modMaxMinCheck(SizingContext& sizing)
 {
     SizingState& state = sizing.state;
-    for (const PressureRange& range : pressureRanges) {
-        if (!applies(range, state))
-            continue;
-        if (state.InputPressure < range.lowest || state.InputPressure > range.highest) {
-            sizing.screen.setCaption(Label::lblComments, range.message);
-            state.SizingError = true;
-        }
-        return;
-    }
+    const auto check = [&] {
+        const Offer* const offer = offerOf(state);
+        if (offer == nullptr || (state.InputPressure >= offer->lowest && state.InputPressure <= offer->highest))
+            return;
+        sizing.screen.setCaption(Label::lblComments, offer->message);
+        state.SizingError = true;
+    };
+    withHandler(sizing.messageBox, errorCodes("modMaxMinCheck"), check, [&] {
+        state.SizingError = true;
+        sizing.screen.modClearData();
+    });
 }

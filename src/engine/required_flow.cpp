@@ -5,6 +5,7 @@
 #include "base/display_rounding.h"
 #include "base/main_screen.h"
 #include "base/number_text.h"
+#include "base/offered.h"
 #include "base/read_number.h"
 #include "base/sizing_context.h"
 #include "engine/large_tank_breathing.h"
@@ -51,11 +52,11 @@ constexpr double nitrogenTables = 0.985;
 constexpr double airTables = 1.0;
 
 constexpr FlowRule flowRules[] = {
-    {"Pad Direct Displacement", Point::any, displaced, noBreathing, nullptr, nitrogenTables},
-    {"Depad Direct Displacement", Point::any, displaced, noBreathing, nullptr, airTables},
-    {"Pad API-2000", Point::any, displaced, thermal, modGetLargeTankBRPad, nitrogenTables},
-    {"Depad API-2000", Point::high, outbreathingHigh, thermalHigh, modGetLargeTankBRDepadHFP, airTables},
-    {"Depad API-2000", Point::low, outbreathingLow, thermal, modGetLargeTankBRDepadLFP, airTables},
+    {sizing_case::padDirectDisplacement, Point::any, displaced, noBreathing, nullptr, nitrogenTables},
+    {sizing_case::depadDirectDisplacement, Point::any, displaced, noBreathing, nullptr, airTables},
+    {sizing_case::padApi2000, Point::any, displaced, thermal, modGetLargeTankBRPad, nitrogenTables},
+    {sizing_case::depadApi2000, Point::high, outbreathingHigh, thermalHigh, modGetLargeTankBRDepadHFP, airTables},
+    {sizing_case::depadApi2000, Point::low, outbreathingLow, thermal, modGetLargeTankBRDepadLFP, airTables},
 };
 
 Point judgePoint(SizingContext& sizing)
@@ -71,7 +72,7 @@ Point judgePoint(SizingContext& sizing)
 const FlowRule& ruleOf(SizingContext& sizing)
 {
     const std::string& sizingCase = sizing.state.SizingCase;
-    const Point point = sizingCase == "Depad API-2000" ? judgePoint(sizing) : Point::any;
+    const Point point = sizingCase == sizing_case::depadApi2000 ? judgePoint(sizing) : Point::any;
     for (const FlowRule& rule : flowRules)
         if (sizingCase == rule.sizingCase && point == rule.point)
             return rule;
@@ -83,7 +84,7 @@ const FlowRule& ruleOf(SizingContext& sizing)
 double breathingFlow(SizingContext& sizing, const FlowRule& rule)
 {
     const double volume = sizing.state.TankVolume;
-    const bool us = sizing.state.UnitSystem == "US";
+    const bool us = sizing.state.UnitSystem == choice::us;
     if (rule.largeTank == nullptr)
         return 0;
     if (volume > (us ? smallTankGallons : smallTankCubicMeters))
@@ -105,7 +106,8 @@ void calculate(SizingContext& sizing)
 {
     SizingState& state = sizing.state;
     const FlowRule& rule = ruleOf(sizing);
-    state.PumpFlow = state.PumpRate * static_cast<double>(state.UnitSystem == "US" ? rule.pump.us : rule.pump.metric);
+    state.PumpFlow =
+        state.PumpRate * static_cast<double>(state.UnitSystem == choice::us ? rule.pump.us : rule.pump.metric);
     state.BreathingFlow = breathingFlow(sizing, rule);
     state.TotalFlow = state.PumpFlow + state.BreathingFlow;
     state.SpecGravRoot = squareRoot(state.SpecGrav);
@@ -123,7 +125,7 @@ void calculate(SizingContext& sizing)
 
 bool isHighFlashBoil(const SizingState& state, const MainScreen& screen, const NumberText& numbers)
 {
-    const bool us = state.UnitSystem == "US";
+    const bool us = state.UnitSystem == choice::us;
     const bool flash = !screen.text(Box::txtFlashPoint).empty();
     const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149); // degF or degC
     return readNumber(numbers, flash ? state.FlashPoint : state.BoilingPoint) >= limit;

@@ -4,6 +4,7 @@
 #include "base/checked_math.h"
 #include "base/main_screen.h"
 #include "base/number_text.h"
+#include "base/offered.h"
 #include "base/read_number.h"
 #include "base/sizing_context.h"
 #include "capacity/valve_check.h"
@@ -21,8 +22,8 @@ namespace
 void advise(SizingContext& sizing)
 {
     const SizingState& state = sizing.state;
-    const bool pad = state.ValveType == "Pad";
-    const bool depad = state.ValveType == "Depad";
+    const bool pad = state.ValveType == choice::pad;
+    const bool depad = state.ValveType == choice::depad;
     const auto comment = [&](const char* text) { sizing.screen.setCaption(Label::lblComments, text); };
     const float used = state.PercentCap;
 
@@ -31,12 +32,11 @@ void advise(SizingContext& sizing)
     if (depad && used < 0.5F)
         comment("Consider reducing valve size or decreasing differential pressure to increase valve utilization for "
                 "better control.");
-    // No advice to lower a pressure that is at its lowest: 1 and 25 are the models' lowest supply pressures in PSI, but
-    // are compared with the pressure in whatever unit the user chose.
-    if ((state.ValveModel == "Series 61" && used < 0.2F && state.InputPressure <= 1) ||
-        (state.ValveModel == "Series 63" && state.InputPressure <= 25 &&
-         ((pad && used < 0.2F) || (depad && used < 0.5F))))
-        comment("");
+    // No advice to lower a pressure that is at its lowest.
+    for (const Model& model : models)
+        if (state.ValveModel == model.name && state.InputPressure <= model.lowestPressure &&
+            used < (depad ? model.depadShare : 0.2F))
+            comment("");
     if (pad && used > 0.7F)
         comment("If utilized valve capacity is greater than 70%, consider using the next larger valve capacity (Cv).");
     if (depad && used > 0.8F)

@@ -3,6 +3,7 @@
 #include "app/sizing_state.h"
 #include "base/main_screen.h"
 #include "base/message_box.h"
+#include "base/offered.h"
 #include "engine/required_flow.h"
 #include "report/printers.h"
 #include "report/summary_form.h"
@@ -16,7 +17,7 @@ namespace
 void judgeFlashBoil(const PrintContext& print)
 {
     SizingState& state = print.state;
-    if (state.ValveType == "Depad" && state.SizingCase == "Depad API-2000")
+    if (state.ValveType == choice::depad && state.SizingCase == sizing_case::depadApi2000)
         state.HighFlashBoil = isHighFlashBoil(state, print.screen, print.numbers);
 }
 

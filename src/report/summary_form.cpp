@@ -5,6 +5,7 @@
 #include "base/main_screen.h"
 #include "base/message_box.h"
 #include "base/number_text.h"
+#include "base/offered.h"
 #include "engine/sizing_driver.h"
 
 #include <algorithm>
@@ -23,9 +24,9 @@ struct Filling
 
 std::string gravityCaption(const SizingState& state)
 {
-    if (state.ValveType == "Pad")
+    if (state.ValveType == choice::pad)
         return "Specific Gravity of Blanketing Gas:";
-    if (state.ValveType == "Depad")
+    if (state.ValveType == choice::depad)
         return "Specific Gravity of Vented Gas:";
     return "Specific Gravity:";
 }
@@ -37,7 +38,10 @@ std::string percentText(const SizingState& state)
 
 std::string degrees(const SizingState& state)
 {
-    return state.UnitSystem == "US" ? "deg.F" : "deg.C";
+    for (const UnitSystem& units : unitSystems)
+        if (state.UnitSystem == units.name)
+            return std::string("deg.") + units.degrees;
+    return {};
 }
 
 using State = const SizingState&;
@@ -95,10 +99,10 @@ struct CaseRule
 };
 
 constexpr CaseRule caseRules[] = {
-    {"Pad Direct Displacement", false, false, "Supply Pressure"},
-    {"Depad Direct Displacement", false, false, "Differential Pressure"},
-    {"Pad API-2000", true, false, "Supply Pressure"},
-    {"Depad API-2000", true, true, "Differential Pressure"},
+    {sizing_case::padDirectDisplacement, false, false, "Supply Pressure"},
+    {sizing_case::depadDirectDisplacement, false, false, "Differential Pressure"},
+    {sizing_case::padApi2000, true, false, "Supply Pressure"},
+    {sizing_case::depadApi2000, true, true, "Differential Pressure"},
 };
 
 bool isShown(ShownIn shownIn, const CaseRule& rule)

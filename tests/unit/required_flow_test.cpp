@@ -2,6 +2,7 @@
 
 #include "base/display_rounding.h"
 #include "base/interpolation.h"
+#include "base/offered.h"
 #include "engine/large_tank_breathing.h"
 #include "engine/pressure_range.h"
 #include "support/sizing_fixture.h"
@@ -227,7 +228,7 @@ TEST_F(RequiredFlow, PressureRangesIncludeTheirEnds)
 
 TEST_F(RequiredFlow, PressureMessagesNameTheLimits)
 {
-    for (const PressureRange& range : pressureRanges) {
+    for (const Offer& range : offers) {
         const std::string limits = " " + numbers.general(range.lowest) + " and " + numbers.general(range.highest) +
                                    " " + range.pressUnits + ".";
         EXPECT_TRUE(std::string(range.message).ends_with(limits)) << range.message;
