@@ -144,16 +144,21 @@ QFont screenFont()
     return font;
 }
 
-void buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin origin, int width, int height)
+std::vector<QWidget*> buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin origin, int width,
+                                int height)
 {
     form.setFont(screenFont());
     form.setFixedSize(pixels(width), pixels(height));
 
     QList<QLabel*> waitingForBuddy;
     QWidget* lastInTabOrder = nullptr;
+    std::vector<QWidget*> built;
+    const auto frame = [&](std::string_view name) {
+        return built[static_cast<std::size_t>(std::ranges::find(rows, name, &ControlRow::name) - rows.begin())];
+    };
     for (const ControlRow& row : rows) {
-        QWidget* const parent = row.frame == nullptr ? &form : &control<QWidget>(form, row.frame);
-        QWidget* const widget = createControl(row, parent);
+        QWidget* const parent = row.frame == nullptr ? &form : frame(row.frame);
+        QWidget* const widget = built.emplace_back(createControl(row, parent));
         widget->setObjectName(QLatin1String(row.name));
         // Said for every control, or the controls of a bold frame would be bold with it.
         widget->setFont(weighted(form.font(), row.kind == Kind::boldLabel || row.kind == Kind::boldFrame));
@@ -176,6 +181,7 @@ void buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin orig
             lastInTabOrder = widget;
         }
     }
+    return built;
 }
 
 void fillList(QListWidget& list, const QStringList& entries)

@@ -1,11 +1,16 @@
 #pragma once
 
+#include "base/named_row.h"
+
 #include <QFont>
 #include <QLabel>
 #include <QString>
 #include <QWidget>
 
+#include <algorithm>
 #include <span>
+#include <string_view>
+#include <vector>
 
 class QListWidget;
 
@@ -56,9 +61,21 @@ constexpr int pixels(int twips)
 /// The screens' font: 8.25 pt at 96 dpi.
 QFont screenFont();
 
+/// Whether every control stands on the form itself or in a frame of an earlier row.
+consteval bool framesStandFirst(std::span<const ControlRow> rows)
+{
+    return std::ranges::all_of(rows, [&](const ControlRow& row) {
+        return row.frame == nullptr || std::ranges::any_of(rows.data(), &row, [&](const ControlRow& earlier) {
+                   return std::string_view(earlier.name) == row.frame;
+               });
+    });
+}
+
 /// Creates the controls of `rows` on `form` and gives it its fixed client size (twips). The rows stand in tab order: a
 /// label's access key leads to the next row that takes the focus, which also takes its caption as accessible name.
-void buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin origin, int width, int height);
+/// Gives the controls, row by row.
+std::vector<QWidget*> buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin origin, int width,
+                                int height);
 
 /// Replaces a list's entries and selects the first.
 void fillList(QListWidget& list, const QStringList& entries);
@@ -77,12 +94,28 @@ void paintLightGrey(QWidget& widget);
 /// Puts a window in the middle of its screen; one that is larger than the screen starts at its top-left corner.
 void centreOnScreen(QWidget& window);
 
-/// The named control of a form; a name that does not exist ends the program.
-template <typename Control>
-Control& control(const QWidget& form, const char* name)
+/// The controls of a form, by their names in its layout table.
+template <const auto& rows>
+class Controls
 {
-    auto* const found = form.findChild<Control*>(QLatin1String(name));
-    if (found == nullptr)
-        qFatal("no control named %s", name);
-    return *found;
-}
+    static_assert(framesStandFirst(rows));
+
+public:
+    Controls(QWidget& form, FrameOrigin origin, int width, int height)
+        : widgets_(buildForm(form, rows, origin, width, height))
+    {
+    }
+
+    /// A control that is of another kind ends the program.
+    template <typename Control>
+    Control& get(NamedRow<rows> name) const
+    {
+        auto* const found = qobject_cast<Control*>(widgets_[name.index]);
+        if (found == nullptr)
+            qFatal("%s is another kind of control", rows[name.index].name);
+        return *found;
+    }
+
+private:
+    std::vector<QWidget*> widgets_;
+};

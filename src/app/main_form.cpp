@@ -1,7 +1,6 @@
 #include "app/main_form.h"
 
 #include "app/gas_box.h"
-#include "app/main_form_layout.h"
 #include "app/numeric_box.h"
 #include "app/sizing_state.h"
 #include "base/gases.h"
@@ -12,14 +11,14 @@
 #include <QGroupBox>
 #include <QPushButton>
 
+#include <array>
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <utility>
 
 namespace
 {
-
-constexpr const char* numericBoxes[] = {"txtPumpRate", "txtPressure",     "txtTankVolume",
-                                        "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint"};
 
 /// What an edit of an input empties, in this order.
 constexpr Label resultLabels[] = {
@@ -27,13 +26,13 @@ constexpr Label resultLabels[] = {
     Label::lblCV,     Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity,
     Label::lblHFPLFP, Label::lblComments};
 
-constexpr const char* storedMaterialControls[] = {"lblBoilingPoint",   "txtBoilingPoint",  "lblTempUnits1",
+constexpr MainControl storedMaterialControls[] = {"lblBoilingPoint",   "txtBoilingPoint",  "lblTempUnits1",
                                                   "lblFlashPoint",     "txtFlashPoint",    "lblTempUnits2",
                                                   "lblStoredMaterial", "txtStoredMaterial"};
-constexpr const char* tankVolumeControls[] = {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"};
+constexpr MainControl tankVolumeControls[] = {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"};
 
 /// What screen readers say of a value: the caption beside it.
-constexpr const char* describedBy[][2] = {
+constexpr MainControl describedBy[][2] = {
     {"lblValveModel", "lblValveModellbl"},
     {"lblValveType", "lblValveTypelbl"},
     {"lblSizingMethod", "lblSizingMethodlbl"},
@@ -71,6 +70,26 @@ constexpr const char* directDisplacementNote =
     "Direct Displacement only accounts for a direct volumetric displacement of liquid/vapor based on the liquid "
     "displacement. It is normally used for indoor storage of low volatility products.";
 
+template <std::size_t... at>
+consteval auto controlsNamed(const char* const* names, std::index_sequence<at...>)
+{
+    return std::array{MainControl(names[at])...};
+}
+
+/// What the engine calls by number, in that order.
+constexpr auto boxes = controlsNamed(boxNames, std::make_index_sequence<std::size(boxNames)>());
+constexpr auto labels = controlsNamed(labelNames, std::make_index_sequence<std::size(labelNames)>());
+
+MainControl controlOf(Box box)
+{
+    return boxes[static_cast<std::size_t>(box)];
+}
+
+MainControl controlOf(Label label)
+{
+    return labels[static_cast<std::size_t>(label)];
+}
+
 /// The listed gas of a specific gravity; "" for any other.
 const char* gasOf(double specGrav)
 {
@@ -91,55 +110,57 @@ void paintText(QLabel& label, const QColor& colour)
 } // namespace
 
 MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, const CapacityStore& store)
-    : sizing_{state, *this, messageBox, numbers, store}
+    : controls_(*this, FrameOrigin::form, mainFormWidth, mainFormHeight), sizing_{state, *this, messageBox, numbers,
+                                                                                  store},
+      gas_(controls_.get<GasBox>("cmbBlanketingGas"))
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Halvor-ORM Blanketing Valve Sizing Application - Version " SIZING_VERSION));
-    buildForm(*this, mainFormRows, FrameOrigin::form, mainFormWidth, mainFormHeight);
     paintLightGrey(*this);
-    paintText(control<QLabel>(*this, "lblComments"), QColor(192, 64, 0)); // dark orange
-    gas_ = &control<GasBox>(*this, "cmbBlanketingGas");
-    for (const std::span<const char* const> names :
-         {std::span<const char* const>(flowRow), {capacityRow}, {bodySizeRow}})
-        for (rows_.emplace_back(); const char* const name : names)
-            rows_.back().push_back(&control<QLabel>(*this, name));
+    paintText(controls_.get<QLabel>("lblComments"), QColor(192, 64, 0)); // dark orange
+    for (const std::span<const MainControl> names :
+         {std::span<const MainControl>(flowRow), {capacityRow}, {bodySizeRow}})
+        for (rows_.emplace_back(); const MainControl name : names)
+            rows_.back().push_back(&controls_.get<QLabel>(name));
     connectHandlers();
     load();
     for (const auto& [value, caption] : describedBy)
-        control<QLabel>(*this, value).setAccessibleDescription(control<QLabel>(*this, caption).text());
-    control<QLabel>(*this, "lblComments").setAccessibleDescription(control<QGroupBox>(*this, "frmComments").title());
-    control<NumericBox>(*this, "txtPumpRate").setFocus();
+        controls_.get<QLabel>(value).setAccessibleDescription(controls_.get<QLabel>(caption).text());
+    controls_.get<QLabel>("lblComments").setAccessibleDescription(controls_.get<QGroupBox>("frmComments").title());
+    controls_.get<NumericBox>("txtPumpRate").setFocus();
 }
 
 void MainForm::connectHandlers()
 {
-    for (const char* const name : numericBoxes) {
-        auto& box = control<NumericBox>(*this, name);
-        box.setFilter(sizing_.state);
-        const bool keepsPointNote = &box == &control<NumericBox>(*this, "txtTankVolume");
-        connect(&box, &QLineEdit::textChanged, this, [this, keepsPointNote] { emptyResultLabels(keepsPointNote); });
+    for (NumericBox* const box : findChildren<NumericBox*>()) {
+        box->setFilter(sizing_.state);
+        const bool keepsPointNote = box == &controls_.get<NumericBox>("txtTankVolume");
+        connect(box, &QLineEdit::textChanged, this, [this, keepsPointNote] { emptyResultLabels(keepsPointNote); });
     }
-    connect(&control<NumericBox>(*this, "txtSpecGrav"), &QLineEdit::textChanged, this, &MainForm::nameGas);
-    connect(gas_, &QComboBox::editTextChanged, this, [this] { emptyResultLabels(false); });
-    connect(gas_, &QComboBox::activated, this, &MainForm::cmbBlanketingGas_Click);
+    connect(&controls_.get<NumericBox>("txtSpecGrav"), &QLineEdit::textChanged, this, &MainForm::nameGas);
+    connect(&gas_, &QComboBox::editTextChanged, this, &MainForm::cmbBlanketingGas_Change);
+    connect(&gas_, &QComboBox::activated, this, &MainForm::cmbBlanketingGas_Click);
 
-    const auto onClick = [this](const char* name, auto handler) {
-        connect(&control<QPushButton>(*this, name), &QPushButton::clicked, this, handler);
+    const auto onClick = [this](MainControl name, auto handler) {
+        connect(&controls_.get<QPushButton>(name), &QPushButton::clicked, this, handler);
     };
     onClick("cmdCalcFlowRate", [this] { cmdCalcFlowRate_Click(sizing_); });
-    onClick("cmdClear", [this] { modClearData(); });
-    onClick("cmdNewCalc", [this] { emit newCalcRequested(); });
-    onClick("cmdExit", [this] { emit exitRequested(); });
     onClick("cmdPrint", [this] { emit printRequested(); });
+    onClick("cmdClear", [this] { cmdClear_Click(); });
+    onClick("cmdNewCalc", [this] { cmdNewCalc_Click(); });
+    onClick("cmdExit", [this] { cmdExit_Click(); });
 }
 
 void MainForm::load()
 {
     const SizingState& state = sizing_.state;
-    const std::pair<const char*, const std::string&> choices[] = {
-        {"lblValveModel", state.ValveModel},       {"lblValveType", state.ValveType},
-        {"lblSizingMethod", state.SizingMethod},   {"lblPressureUnits", state.PressUnits},
-        {"lblPumpRateUnits", state.PumpRateUnits}, {"lblVolumeUnits", state.VolUnits}};
+    const struct
+    {
+        MainControl name;
+        const std::string& text;
+    } choices[] = {{"lblValveModel", state.ValveModel},       {"lblValveType", state.ValveType},
+                   {"lblSizingMethod", state.SizingMethod},   {"lblPressureUnits", state.PressUnits},
+                   {"lblPumpRateUnits", state.PumpRateUnits}, {"lblVolumeUnits", state.VolUnits}};
     for (const auto& [name, text] : choices)
         setLabelCaption(name, text);
     centreOnScreen(*this);
@@ -155,16 +176,16 @@ void MainForm::load()
     for (const UnitSystem& units : unitSystems) {
         if (state.UnitSystem != units.name)
             continue;
-        for (const char* const name : {"lblFlow1", "lblFlow2"})
+        for (const MainControl name : {MainControl("lblFlow1"), MainControl("lblFlow2")})
             setLabelCaption(name, std::string(units.flow) + " of");
-        for (const char* const name : {"lblTempUnits1", "lblTempUnits2"})
+        for (const MainControl name : {MainControl("lblTempUnits1"), MainControl("lblTempUnits2")})
             setLabelCaption(name, std::string("(") + units.degrees + ")");
     }
 
     QStringList names;
     for (const Gas& gas : gases)
         names.append(QString::fromUtf8(gas.name));
-    gas_->fill(names);
+    gas_.fill(names);
 
     // Last: every box written above has emptied the comments.
     if (directDisplacement)
@@ -183,7 +204,7 @@ void MainForm::loadValveType()
         setLabelCaption("lblBlanketingGas", texts.blanketingGas);
         setLabelCaption("lblSpecGravlbl", texts.specGrav);
         setText("txtSpecGrav", sizing_.numbers.general(texts.gas.specGrav));
-        gas_->setGas(QString::fromUtf8(texts.gas.name));
+        gas_.setGas(QString::fromUtf8(texts.gas.name));
     }
     if (valveType == choice::pad) {
         hide(storedMaterialControls);
@@ -199,10 +220,30 @@ void MainForm::cmbBlanketingGas_Click()
             setText("txtSpecGrav", sizing_.numbers.general(gas.specGrav));
 }
 
+void MainForm::cmbBlanketingGas_Change()
+{
+    emptyResultLabels(false);
+}
+
+void MainForm::cmdClear_Click()
+{
+    modClearData();
+}
+
+void MainForm::cmdNewCalc_Click()
+{
+    emit newCalcRequested();
+}
+
+void MainForm::cmdExit_Click()
+{
+    emit exitRequested();
+}
+
 void MainForm::nameGas()
 {
     const double specGrav = sizing_.numbers.leading(text(Box::txtSpecGrav));
-    gas_->setGas(QString::fromUtf8(gasOf(specGrav)));
+    gas_.setGas(QString::fromUtf8(gasOf(specGrav)));
 }
 
 void MainForm::emptyResultLabels(bool keepPointNote)
@@ -215,18 +256,18 @@ void MainForm::emptyResultLabels(bool keepPointNote)
 std::string MainForm::text(Box box) const
 {
     if (box == Box::cmbBlanketingGas)
-        return gas_->currentText().toStdString();
-    return control<QLineEdit>(*this, boxNames[static_cast<std::size_t>(box)]).text().toStdString();
+        return gas_.currentText().toStdString();
+    return controls_.get<QLineEdit>(controlOf(box)).text().toStdString();
 }
 
 std::string MainForm::caption(Label label) const
 {
-    return control<QLabel>(*this, labelNames[static_cast<std::size_t>(label)]).text().toStdString();
+    return controls_.get<QLabel>(controlOf(label)).text().toStdString();
 }
 
 void MainForm::setCaption(Label label, const std::string& caption)
 {
-    setLabelCaption(labelNames[static_cast<std::size_t>(label)], caption);
+    setLabelCaption(controlOf(label), caption);
 }
 
 void MainForm::modClearData()
@@ -238,7 +279,8 @@ void MainForm::modClearData()
     emptyLabels({Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize, Label::lblPercentValveCapacity});
     setText("txtPressure", "");
     setText("txtTankVolume", "0");
-    for (const char* const box : {"txtPumpRate", "txtFlashPoint", "txtBoilingPoint", "txtStoredMaterial"})
+    for (const MainControl box :
+         std::initializer_list<MainControl>{"txtPumpRate", "txtFlashPoint", "txtBoilingPoint", "txtStoredMaterial"})
         setText(box, "");
     emptyLabels({Label::lblComments, Label::lblPRFlow, Label::lblBRFlow, Label::lblTotalFlow, Label::lblHFPLFP,
                  Label::lblSGGas, Label::lblSGGas2});
@@ -246,12 +288,12 @@ void MainForm::modClearData()
 
 void MainForm::setPrintEnabled(bool enabled)
 {
-    control<QPushButton>(*this, "cmdPrint").setEnabled(enabled);
+    controls_.get<QPushButton>("cmdPrint").setEnabled(enabled);
 }
 
-void MainForm::setLabelCaption(const char* name, const std::string& caption)
+void MainForm::setLabelCaption(MainControl name, const std::string& caption)
 {
-    auto& label = control<QLabel>(*this, name);
+    auto& label = controls_.get<QLabel>(name);
     ::setLabelCaption(label, QString::fromStdString(caption));
     // Without any name Qt would have the title of the label's frame read out.
     label.setAccessibleName(caption.empty() ? QStringLiteral(" ") : QString());
@@ -259,13 +301,13 @@ void MainForm::setLabelCaption(const char* name, const std::string& caption)
         keepApart(row);
 }
 
-void MainForm::setText(const char* box, const std::string& text)
+void MainForm::setText(MainControl box, const std::string& text)
 {
-    control<QLineEdit>(*this, box).setText(QString::fromStdString(text));
+    controls_.get<QLineEdit>(box).setText(QString::fromStdString(text));
 }
 
-void MainForm::hide(std::span<const char* const> names)
+void MainForm::hide(std::span<const MainControl> names)
 {
-    for (const char* const name : names)
-        control<QWidget>(*this, name).hide();
+    for (const MainControl name : names)
+        controls_.get<QWidget>(name).hide();
 }

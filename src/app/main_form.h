@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/main_form_layout.h"
 #include "base/main_screen.h"
 #include "base/sizing_context.h"
 
@@ -11,7 +12,6 @@
 #include <vector>
 
 class GasBox;
-class NumericBox;
 
 /// `frmMain`, the working window: takes the duty, runs a sizing and shows the valve. Creating it is its load from the
 /// choices in the record. It is the `MainScreen` that engine and report read and write.
@@ -42,17 +42,23 @@ private:
     void loadValveType();
 
     void cmbBlanketingGas_Click();
+    void cmbBlanketingGas_Change();
+    void cmdClear_Click();
+    void cmdNewCalc_Click();
+    void cmdExit_Click();
+
     /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
     void nameGas();
     /// Results never stand beside inputs they were not made from. (The gravity that the capacity refers to stays; the
     /// tank volume says nothing of the flash or boiling point and keeps its note.)
     void emptyResultLabels(bool keepPointNote);
 
-    void setLabelCaption(const char* name, const std::string& caption);
-    void setText(const char* box, const std::string& text);
-    void hide(std::span<const char* const> names);
+    void setLabelCaption(MainControl name, const std::string& caption);
+    void setText(MainControl box, const std::string& text);
+    void hide(std::span<const MainControl> names);
 
+    Controls<mainFormRows> controls_;
     SizingContext sizing_;
-    GasBox* gas_ = nullptr;
+    GasBox& gas_;
     std::vector<std::vector<QLabel*>> rows_; ///< labels that must not run into each other
 };

@@ -73,11 +73,14 @@ inline constexpr ControlRow mainFormRows[] = {
     {"lblHFPLFP", Kind::label, "frmInput", "", 2160, 1920},
 };
 
+/// A control of the form by its name.
+using MainControl = NamedRow<mainFormRows>;
+
 /// Labels that stand in one line: one that outgrows its place pushes the next ones on.
-inline constexpr const char* flowRow[] = {"lblPRFlowLabel", "lblPRFlow",         "lblBRFlowLabel",
+inline constexpr MainControl flowRow[] = {"lblPRFlowLabel", "lblPRFlow",         "lblBRFlowLabel",
                                           "lblBRFlow",      "lblTotalFlowLabel", "lblTotalFlow",
                                           "lblFlow1",       "lblSGGas",          "lblSGGaslbl"};
-inline constexpr const char* capacityRow[] = {
+inline constexpr MainControl capacityRow[] = {
     "lblCVlbl", "lblCV", "lblMaxValveCapacitylbl", "lblMaxValveCapacity", "lblFlow2", "lblSGGas2", "Label2"};
-inline constexpr const char* bodySizeRow[] = {"lblValveBodySizelbl", "lblValveBodySize", "lblPercentValveCapacitylbl",
+inline constexpr MainControl bodySizeRow[] = {"lblValveBodySizelbl", "lblValveBodySize", "lblPercentValveCapacitylbl",
                                               "lblPercentValveCapacity"};

@@ -1,7 +1,6 @@
 #include "app/setup_form.h"
 
 #include "app/key_filter.h"
-#include "app/setup_form_layout.h"
 #include "app/sizing_state.h"
 #include "base/offered.h"
 
@@ -19,7 +18,7 @@ namespace
 
 struct CustomerBox
 {
-    const char* box;
+    SetupControl box;
     std::string SizingState::*field;
 };
 
@@ -30,7 +29,7 @@ constexpr CustomerBox customerBoxes[] = {
 };
 
 /// The caption above each list, which has no access key, names it to screen readers.
-constexpr const char* listCaptions[][2] = {
+constexpr SetupControl listCaptions[][2] = {
     {"lblPressureUnits", "lstPressure"}, {"lblFlow", "lstFlow"}, {"lblTemp", "lstTemp"}, {"lblVolume", "lstVolume"}};
 
 bool isOffered(std::string_view valveModel, std::string_view valveType)
@@ -49,7 +48,7 @@ struct SetupForm::Handlers
     /// An option, the choice that it stands for, and what selecting it does.
     struct Option
     {
-        const char* name;
+        SetupControl name;
         const char* choice;
         void (Handlers::*click)() const;
     };
@@ -79,8 +78,8 @@ struct SetupForm::Handlers
     /// Refills the pressure and flow lists for the selected options; they stay empty while an option is missing.
     void fillPressureAndFlow() const;
 
-    QRadioButton& option(const char* name) const { return control<QRadioButton>(form, name); }
-    QListWidget& list(const char* name) const { return control<QListWidget>(form, name); }
+    QRadioButton& option(SetupControl name) const { return form.controls_.get<QRadioButton>(name); }
+    QListWidget& list(SetupControl name) const { return form.controls_.get<QListWidget>(name); }
 
     /// The choice of the selected option; "" when none is.
     const char* selected(std::span<const Option> options) const
@@ -109,23 +108,23 @@ const SetupForm::Handlers::Option SetupForm::Handlers::unitOptions[] = {
 };
 
 SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
+    : controls_(*this, FrameOrigin::frame, setupFormWidth, setupFormHeight)
 {
     setObjectName(QStringLiteral("frmFirst"));
     setWindowTitle(
         QStringLiteral("Halvor-ORM  Blanketing Valve Sizing Application - Version " SIZING_VERSION)); // two spaces
-    buildForm(*this, setupFormRows, FrameOrigin::frame, setupFormWidth, setupFormHeight);
-    for (const char* const frame : {"frmPadDepad", "frmDDAPI"})
-        paintLightGrey(control<QGroupBox>(*this, frame));
+    for (const SetupControl frame : {SetupControl("frmPadDepad"), SetupControl("frmDDAPI")})
+        paintLightGrey(controls_.get<QGroupBox>(frame));
     for (const auto& [caption, listName] : listCaptions) {
-        auto& label = control<QLabel>(*this, caption);
-        auto& list = control<QListWidget>(*this, listName);
+        auto& label = controls_.get<QLabel>(caption);
+        auto& list = controls_.get<QListWidget>(listName);
         label.setBuddy(&list);
         list.setAccessibleName(label.text());
     }
     const Handlers handlers{*this, state};
     handlers.connectAll();
     handlers.Form_Load(locale);
-    control<QRadioButton>(*this, "optSeries61").setFocus();
+    controls_.get<QRadioButton>("optSeries61").setFocus();
     centreOnScreen(*this);
 }
 
@@ -138,17 +137,18 @@ void SetupForm::Handlers::connectAll() const
                 if (isSelected)
                     (handlers.*row.click)();
             });
-    connect(&control<QPushButton>(form, "cmdContinue"), &QPushButton::clicked, &form,
+    connect(&form.controls_.get<QPushButton>("cmdContinue"), &QPushButton::clicked, &form,
             [handlers = *this] { handlers.cmdContinue_Click(); });
 }
 
 void SetupForm::Handlers::Form_Load(const LocaleInfo& locale) const
 {
     resetState(locale);
-    for (const char* const name : {"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
+    for (const SetupControl name :
+         std::initializer_list<SetupControl>{"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
         option(name).setChecked(true);
     for (const CustomerBox& row : customerBoxes)
-        control<QLineEdit>(form, row.box).setText(QString::fromStdString(state.*row.field));
+        form.controls_.get<QLineEdit>(row.box).setText(QString::fromStdString(state.*row.field));
 }
 
 void SetupForm::Handlers::resetState(const LocaleInfo& locale) const
@@ -227,6 +227,6 @@ void SetupForm::Handlers::cmdContinue_Click() const
             state.PressUnits == offer.pressUnits)
             state.ValveTable = offer.valveTable;
     for (const CustomerBox& row : customerBoxes)
-        state.*row.field = control<QLineEdit>(form, row.box).text().toStdString();
+        state.*row.field = form.controls_.get<QLineEdit>(row.box).text().toStdString();
     emit form.continued();
 }

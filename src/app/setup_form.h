@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/setup_form_layout.h"
+
 #include <QWidget>
 
 class LocaleInfo;
@@ -20,4 +22,6 @@ signals:
 
 private:
     struct Handlers; ///< of its controls, named after control and event
+
+    Controls<setupFormRows> controls_;
 };

@@ -40,3 +40,6 @@ inline constexpr ControlRow setupFormRows[] = {
     {"lblVolume", Kind::label, nullptr, "Units of Volume", 5280, 3960, 1110, 195},
     {"Label1", Kind::boldLabel, nullptr, "Customer Information (optional)", 1680, 2040, 2655, 195},
 };
+
+/// A control of the form by its name.
+using SetupControl = NamedRow<setupFormRows>;

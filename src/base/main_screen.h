@@ -1,50 +1,37 @@
 #pragma once
 
-#include <cstddef>
-#include <iterator>
 #include <string>
 
+// Enumerators and their names are one list: AS_ENUMERATOR or AS_NAME is applied to each.
+#define AS_ENUMERATOR(name) name,
+#define AS_NAME(name) #name,
+
 /// The boxes of the main form that the engine reads.
+#define MAIN_BOXES(apply)                                                                                              \
+    apply(txtPumpRate) apply(txtPressure) apply(txtTankVolume) apply(cmbBlanketingGas) apply(txtSpecGrav)              \
+        apply(txtBoilingPoint) apply(txtFlashPoint) apply(txtStoredMaterial)
 enum class Box
 {
-    txtPumpRate,
-    txtPressure,
-    txtTankVolume,
-    cmbBlanketingGas,
-    txtSpecGrav,
-    txtBoilingPoint,
-    txtFlashPoint,
-    txtStoredMaterial
+    MAIN_BOXES(AS_ENUMERATOR)
 };
-
-/// Their names, in the same order.
-inline constexpr const char* boxNames[] = {"txtPumpRate", "txtPressure",     "txtTankVolume", "cmbBlanketingGas",
-                                           "txtSpecGrav", "txtBoilingPoint", "txtFlashPoint", "txtStoredMaterial"};
-static_assert(std::size(boxNames) == static_cast<std::size_t>(Box::txtStoredMaterial) + 1);
+inline constexpr const char* boxNames[] = {MAIN_BOXES(AS_NAME)};
 
 /// The captions of the main form that the engine writes. They are part of the result, not decoration: `lblTotalFlow`
 /// is read back as the flow that a valve is selected for.
+#define MAIN_LABELS(apply)                                                                                             \
+    apply(lblHFPLFP) apply(lblPRFlow) apply(lblBRFlow) apply(lblTotalFlow) apply(lblSGGas) apply(lblCV)                \
+        apply(lblMaxValveCapacity) apply(lblSGGas2) apply(lblValveBodySize) apply(lblPercentValveCapacity)             \
+            apply(lblComments)
 enum class Label
 {
-    lblHFPLFP,
-    lblPRFlow,
-    lblBRFlow,
-    lblTotalFlow,
-    lblSGGas,
-    lblCV,
-    lblMaxValveCapacity,
-    lblSGGas2,
-    lblValveBodySize,
-    lblPercentValveCapacity,
-    lblComments
+    MAIN_LABELS(AS_ENUMERATOR)
 };
+inline constexpr const char* labelNames[] = {MAIN_LABELS(AS_NAME)};
 
-/// Their names, in the same order.
-inline constexpr const char* labelNames[] = {
-    "lblHFPLFP",  "lblPRFlow",           "lblBRFlow", "lblTotalFlow",     "lblSGGas",
-    "lblCV",      "lblMaxValveCapacity", "lblSGGas2", "lblValveBodySize", "lblPercentValveCapacity",
-    "lblComments"};
-static_assert(std::size(labelNames) == static_cast<std::size_t>(Label::lblComments) + 1);
+#undef MAIN_BOXES
+#undef MAIN_LABELS
+#undef AS_ENUMERATOR
+#undef AS_NAME
 
 /// What the engine and the report need of the main form. Texts are UTF-8.
 class MainScreen

@@ -1,6 +1,7 @@
 #include "engine/input_checks.h"
 
 #include "app/sizing_state.h"
+#include "base/failure.h"
 #include "base/main_screen.h"
 #include "base/number_text.h"
 #include "base/offered.h"
@@ -103,10 +104,13 @@ Refusal checkEntries(SizingContext& sizing)
 
 void modErrorCheck(SizingContext& sizing)
 {
-    const Refusal refusal = checkEntries(sizing);
-    if (refusal == passed)
-        return;
-    if (*refusal != '\0')
-        sizing.screen.setCaption(Label::lblComments, refusal);
-    sizing.state.InputError = true;
+    const auto check = [&] {
+        const Refusal refusal = checkEntries(sizing);
+        if (refusal == passed)
+            return;
+        if (*refusal != '\0')
+            sizing.screen.setCaption(Label::lblComments, refusal);
+        sizing.state.InputError = true;
+    };
+    withHandler(sizing.messageBox, errorCodes("modErrorCheck"), check, [&] { sizing.state.InputError = true; });
 }

@@ -119,7 +119,7 @@ void paintPage(const SummaryForm& page, QPainter& painter)
         if (row.top != line)
             taken = 0;
         line = row.top;
-        const SummaryForm::Shown& shown = page.shown(at);
+        const SummaryForm::Shown& shown = page.rows()[at];
         if (shown.visible && !shown.text.empty())
             taken = paintControl(painter, row, QString::fromStdString(shown.text), taken);
     }

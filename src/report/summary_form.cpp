@@ -10,7 +10,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <stdexcept>
+#include <iterator>
 #include <string>
 
 namespace
@@ -18,7 +18,7 @@ namespace
 
 struct Filling
 {
-    const char* label;
+    SummaryControl label;
     std::string (*text)(const SizingState& state, const NumberText& numbers);
 };
 
@@ -117,15 +117,6 @@ bool isShown(ShownIn shownIn, const CaseRule& rule)
     }
 }
 
-std::size_t rowIndex(std::string_view name)
-{
-    const auto found = std::find_if(std::begin(summaryRows), std::end(summaryRows),
-                                    [&](const SummaryRow& row) { return row.name == name; });
-    if (found == std::end(summaryRows))
-        throw std::out_of_range("no such control on the summary: " + std::string(name));
-    return static_cast<std::size_t>(found - std::begin(summaryRows));
-}
-
 } // namespace
 
 SummaryForm::SummaryForm(const SizingState& state, const NumberText& numbers, const std::string& today,
@@ -159,14 +150,4 @@ void SummaryForm::showCase(const SizingState& state)
     for (std::size_t row = 0; row < shown_.size(); ++row)
         shown_[row].visible = isShown(summaryRows[row].shownIn, *rule);
     at("lblPressurelbl").text = rule->pressureCaption;
-}
-
-const SummaryForm::Shown& SummaryForm::shown(std::string_view name) const
-{
-    return shown_[rowIndex(name)];
-}
-
-SummaryForm::Shown& SummaryForm::at(std::string_view name)
-{
-    return shown_[rowIndex(name)];
 }

@@ -3,10 +3,8 @@
 #include "report/summary_layout.h"
 
 #include <array>
-#include <cstddef>
 #include <iterator>
 #include <string>
-#include <string_view>
 
 class MainScreen;
 class MessageBox;
@@ -33,17 +31,17 @@ public:
     /// The title of the form and of its print job.
     static constexpr const char* caption = "ORM - Valve Sizing Summary";
 
-    /// What a control shows now; it must be in the layout.
-    const Shown& shown(std::string_view name) const;
+    /// What a control shows now.
+    const Shown& shown(SummaryControl control) const { return shown_[control.index]; }
 
-    /// The same by its row in the layout.
-    const Shown& shown(std::size_t row) const { return shown_[row]; }
+    /// What all controls show now, row by row of the layout.
+    const auto& rows() const { return shown_; }
 
 private:
     /// `Form_Load`: all texts, then what the sizing case shows and hides.
     void fill(const SizingState& state, const NumberText& numbers, const std::string& today);
     void showCase(const SizingState& state);
-    Shown& at(std::string_view name);
+    Shown& at(SummaryControl control) { return shown_[control.index]; }
 
     std::array<Shown, std::size(summaryRows)> shown_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/named_row.h"
 #include "report/maker_texts.h"
 
 // The page of the sizing summary. Distances are in twips: 1440 to the inch, 20 to the point.
@@ -123,3 +124,6 @@ inline constexpr SummaryRow summaryRows[] = {
     {"lblCommentslbl", 2280, 8280, 870, 225, Place::fitted, "Comments", ShownIn::everyCase, Type::bold},
     {"lblComments", 3360, 8280, 4455, 615, Place::wrapped, ""},
 };
+
+/// A control of the summary by its name.
+using SummaryControl = NamedRow<summaryRows>;

@@ -19,6 +19,16 @@
 
 #include <set>
 
+/// The control of that name; a name that does not exist ends the test program.
+template <typename Control>
+Control& control(const QWidget& form, const char* name)
+{
+    auto* const found = form.findChild<Control*>(QLatin1String(name));
+    if (found == nullptr)
+        qFatal("no control named %s", name);
+    return *found;
+}
+
 /// A computer without printers.
 struct NoPrinters : Printers
 {

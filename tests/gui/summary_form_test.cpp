@@ -19,7 +19,7 @@ class SummaryFormTest : public testing::Test
 {
 protected:
     SummaryForm summary() { return SummaryForm(state, numbers, "23.11.26", screen, messages); }
-    std::string shown(const char* label) { return summary().shown(label).text; }
+    std::string shown(SummaryControl label) { return summary().shown(label).text; }
 
     SizingState state;
     PlainScreen screen;
@@ -36,22 +36,28 @@ TEST_F(SummaryFormTest, KeepsEachFigureInItsForm)
     state.SpecGrav = 1;
     state.BoilingPoint = "149,0";
     state.FlashPoint = "037";
-    for (const auto& [label, text] : {std::pair{"lblCV", "0,2"},
+    struct Case
+    {
+        SummaryControl label;
+        const char* text;
+    };
+    for (const auto& [label, text] : {Case{"lblCV", "0,2"},
                                       {"lblMaxValveCap", "12098,099609375"},
                                       {"lblSpecGrav", "1"},
                                       {"lblTotalFlowSG", "1,00"},
                                       {"lblMaxFlowSG", "1,00"},
                                       {"lblBP", "149,0"},
                                       {"lblFP", "037"}})
-        EXPECT_EQ(shown(label), text) << label;
+        EXPECT_EQ(shown(label), text) << summaryRows[label.index].name;
 }
 
 TEST_F(SummaryFormTest, AnUnknownCaseShowsAndHidesNothing)
 {
     state.SizingCase = "pad API-2000";
     state.ValveType = "pad";
-    for (const SummaryRow& row : summaryRows)
-        EXPECT_TRUE(summary().shown(row.name).visible) << row.name;
+    const SummaryForm form = summary();
+    for (const SummaryForm::Shown& row : form.rows())
+        EXPECT_TRUE(row.visible) << row.text;
     EXPECT_EQ(shown("lblPressurelbl"), "Pressure:");
     EXPECT_EQ(shown("lblSpecGravlbl"), "Specific Gravity:");
 }
