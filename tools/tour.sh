@@ -6,8 +6,8 @@ set -euo pipefail
 
 program=$(readlink -f "$1")
 pictures=$2
-setupTitle='Halvor-ORM  Blanketing Valve Sizing Application - Version 1.1'
-mainTitle='Halvor-ORM Blanketing Valve Sizing Application - Version 1.1'
+setupTitle='Halvor-ORM  Blanketing Valve Sizing Application - Version ' # two blanks; the version follows
+mainTitle='Halvor-ORM Blanketing Valve Sizing Application - Version '
 resultLabels='400x50+90+330' # pixels of the main form: Cv, body size, capacity and share, empty until a valve is chosen
 patience=60                  # seconds that any one thing may take; a loaded machine is slow, not broken
 caret=50                     # pixels: more than a blinking cursor, less than any result
@@ -72,11 +72,11 @@ isStill() {
     (($(differing "$1" "$scratch/again.png") < caret))
 }
 
-# True when the only window is the one with that title and has the keyboard. No window manager runs here, so the focus is
+# True when the only window is the one whose title begins so, and has the keyboard. No window manager runs here, so the focus is
 # given by hand.
 hasKeyboard() {
     window=$(xdotool search --onlyvisible --name '^Halvor-ORM ' 2>/dev/null) &&
-        [[ $(xdotool getwindowname "$window" 2>/dev/null) == "$1" ]] &&
+        [[ $(xdotool getwindowname "$window" 2>/dev/null) == "$1"* ]] &&
         xdotool windowfocus "$window" 2>/dev/null &&
         [[ $(xdotool getwindowfocus -f) == "$window" ]]
 }

@@ -10,8 +10,8 @@ GasBox::GasBox(QWidget* parent) : QComboBox(parent)
     setInsertPolicy(NoInsert);
     setCompleter(nullptr);
     setFocusPolicy(Qt::StrongFocus);
-    setDuplicatesEnabled(true); // else Enter picks the entry that the typed text names
-    // Leaving the box would pick that entry, too, by a connection of QComboBox's own (seen in Qt 6.4).
+    // Enter and leaving the box would pick the entry that the typed text names, by a connection of QComboBox's own
+    // (seen in Qt 6.4).
     disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
 }
 

@@ -157,19 +157,19 @@ void MainForm::load()
     const struct
     {
         MainControl name;
-        const std::string& text;
+        const std::string& shown;
     } choices[] = {{"lblValveModel", state.ValveModel},       {"lblValveType", state.ValveType},
                    {"lblSizingMethod", state.SizingMethod},   {"lblPressureUnits", state.PressUnits},
                    {"lblPumpRateUnits", state.PumpRateUnits}, {"lblVolumeUnits", state.VolUnits}};
-    for (const auto& [name, text] : choices)
-        setLabelCaption(name, text);
+    for (const auto& [name, shown] : choices)
+        setLabelCaption(name, shown);
     centreOnScreen(*this);
 
     const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
     if (directDisplacement) {
         setText("txtTankVolume", "0");
-        hide(tankVolumeControls);
-        hide(storedMaterialControls);
+        hideAll(tankVolumeControls);
+        hideAll(storedMaterialControls);
     }
     loadValveType();
 
@@ -207,7 +207,7 @@ void MainForm::loadValveType()
         gas_.setGas(QString::fromUtf8(texts.gas.name));
     }
     if (valveType == choice::pad) {
-        hide(storedMaterialControls);
+        hideAll(storedMaterialControls);
         setCaption(Label::lblHFPLFP, "");
     }
 }
@@ -265,9 +265,9 @@ std::string MainForm::caption(Label label) const
     return controls_.get<QLabel>(controlOf(label)).text().toStdString();
 }
 
-void MainForm::setCaption(Label label, const std::string& caption)
+void MainForm::setCaption(Label label, const std::string& shown)
 {
-    setLabelCaption(controlOf(label), caption);
+    setLabelCaption(controlOf(label), shown);
 }
 
 void MainForm::modClearData()
@@ -291,22 +291,22 @@ void MainForm::setPrintEnabled(bool enabled)
     controls_.get<QPushButton>("cmdPrint").setEnabled(enabled);
 }
 
-void MainForm::setLabelCaption(MainControl name, const std::string& caption)
+void MainForm::setLabelCaption(MainControl name, const std::string& shown)
 {
     auto& label = controls_.get<QLabel>(name);
-    ::setLabelCaption(label, QString::fromStdString(caption));
+    ::setLabelCaption(label, QString::fromStdString(shown));
     // Without any name Qt would have the title of the label's frame read out.
-    label.setAccessibleName(caption.empty() ? QStringLiteral(" ") : QString());
+    label.setAccessibleName(shown.empty() ? QStringLiteral(" ") : QString());
     for (const std::vector<QLabel*>& row : rows_)
         keepApart(row);
 }
 
-void MainForm::setText(MainControl box, const std::string& text)
+void MainForm::setText(MainControl box, const std::string& entry)
 {
-    controls_.get<QLineEdit>(box).setText(QString::fromStdString(text));
+    controls_.get<QLineEdit>(box).setText(QString::fromStdString(entry));
 }
 
-void MainForm::hide(std::span<const MainControl> names)
+void MainForm::hideAll(std::span<const MainControl> names)
 {
     for (const MainControl name : names)
         controls_.get<QWidget>(name).hide();

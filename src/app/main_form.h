@@ -24,7 +24,7 @@ public:
 
     std::string text(Box box) const override;
     std::string caption(Label label) const override;
-    void setCaption(Label label, const std::string& caption) override;
+    void setCaption(Label label, const std::string& shown) override;
     void modClearData() override;
     void setPrintEnabled(bool enabled) override;
 
@@ -53,9 +53,9 @@ private:
     /// tank volume says nothing of the flash or boiling point and keeps its note.)
     void emptyResultLabels(bool keepPointNote);
 
-    void setLabelCaption(MainControl name, const std::string& caption);
-    void setText(MainControl box, const std::string& text);
-    void hide(std::span<const MainControl> names);
+    void setLabelCaption(MainControl name, const std::string& shown);
+    void setText(MainControl box, const std::string& entry);
+    void hideAll(std::span<const MainControl> names);
 
     Controls<mainFormRows> controls_;
     SizingContext sizing_;

@@ -40,7 +40,7 @@ public:
     virtual ~MainScreen() = default;
     virtual std::string text(Box box) const = 0;
     virtual std::string caption(Label label) const = 0;
-    virtual void setCaption(Label label, const std::string& caption) = 0;
+    virtual void setCaption(Label label, const std::string& shown) = 0;
 
     /// Empties the inputs and results; the gas, its specific gravity and the choices stay.
     virtual void modClearData() = 0;

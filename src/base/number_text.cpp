@@ -214,12 +214,12 @@ std::optional<double> NumberText::parse(std::string_view text) const
 
 double NumberText::leading(std::string_view text) const
 {
-    std::string plain; // without blanks, "." as the point, "e" before an exponent
+    std::string plain; // without blanks, "." as the point
     while (!text.empty()) {
         const std::size_t separator = decimalLength(text);
         const char c = separator > 0 ? '.' : text.front();
         if (!isBlank(c))
-            plain += c == 'E' || c == 'D' || c == 'd' ? 'e' : c;
+            plain += c;
         text.remove_prefix(std::max<std::size_t>(separator, 1));
     }
 
@@ -232,7 +232,11 @@ double NumberText::leading(std::string_view text) const
         return sign * digitsInBase(rest.substr(2), 16);
     if (rest.starts_with("&O") || rest.starts_with("&o"))
         return sign * digitsInBase(rest.substr(2), 8);
-    return sign * decimalValue(rest.substr(0, numberLength(rest)));
+    std::string decimal(rest);
+    for (char& c : decimal)
+        if (c == 'E' || c == 'D' || c == 'd')
+            c = 'e'; // before an exponent
+    return sign * decimalValue(std::string_view(decimal).substr(0, numberLength(decimal)));
 }
 
 std::string localeText(const LocaleInfo& locale, LocaleItem item)

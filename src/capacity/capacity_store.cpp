@@ -84,15 +84,15 @@ void CapacityRows::step()
         read(positions_[column], current_[column]);
 }
 
-void CapacityRows::read(int position, Cell& cell) const
+void CapacityRows::read(int position, Cell& into) const
 {
     // One locked call a value instead of two; unlocked reads are safe because no other thread knows this statement.
     sqlite3_value* const value = sqlite3_column_value(statement_.get(), position);
-    cell.type = sqlite3_value_type(value);
-    if (cell.type == SQLITE_TEXT)
-        cell.text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    into.type = sqlite3_value_type(value);
+    if (into.type == SQLITE_TEXT)
+        into.text = reinterpret_cast<const char*>(sqlite3_value_text(value));
     else
-        cell.number = sqlite3_value_double(value);
+        into.number = sqlite3_value_double(value);
 }
 
 void CapacityRows::next()
@@ -106,20 +106,19 @@ void CapacityRows::next()
 
 void CapacityRows::previous()
 {
-    if (!hasBefore_)
+    if (atEnd_ || !hasBefore_)
         throw SilentFailure("no row before");
     std::swap(before_, current_);
     hasBefore_ = false;
-    atEnd_ = false;
 }
 
 CapacityRows::Cell CapacityRows::cellOf(const char* column) const
 {
     if (atEnd_)
         throw SilentFailure("no current row");
-    Cell cell;
-    read(position(statement_.get(), column), cell);
-    return cell;
+    Cell value;
+    read(position(statement_.get(), column), value);
+    return value;
 }
 
 std::optional<double> CapacityRows::Cell::numberOrEmpty() const

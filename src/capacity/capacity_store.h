@@ -61,7 +61,7 @@ private:
     CapacityRows() = default;
     void prepare(const std::string& sql, const Columns& columns);
     void step();
-    void read(int position, Cell& cell) const;
+    void read(int position, Cell& into) const;
     const Cell& cell(std::size_t column) const;
     Cell cellOf(const char* column) const;
 

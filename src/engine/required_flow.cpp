@@ -133,7 +133,7 @@ bool isHighFlashBoil(const SizingState& state, const MainScreen& screen, const N
 
 void modCalcFlowRate(SizingContext& sizing)
 {
-    // The two texts differ in the case of "Flowrate"; users quote them, so they stay.
+    // The two texts differ in the case of "Flowrate".
     withHandler(
         sizing.messageBox, {"Error Code 11; modCalcFlowRate", "Error Code 13; modCalcFlowrate"},
         [&] { calculate(sizing); },

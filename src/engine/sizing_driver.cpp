@@ -92,7 +92,7 @@ float percentOfCapacity(const SizingState& state)
 
 void modSizeValve(SizingContext& sizing)
 {
-    // A colon where the other routines have a semicolon; users quote the texts, so it stays.
+    // A colon where the other routines have a semicolon.
     withHandler(
         sizing.messageBox, {"Error Code 11: modSizeValve", "Error Code 13: modSizeValve"}, [&] { size(sizing); },
         [&] { sizing.state.SizingError = true; });

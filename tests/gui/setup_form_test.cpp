@@ -19,7 +19,8 @@ protected:
 
 TEST_F(SetupFormTest, OpensWithItsDefaults)
 {
-    EXPECT_EQ(screens.form()->windowTitle(), "Halvor-ORM  Blanketing Valve Sizing Application - Version 1.1");
+    EXPECT_EQ(screens.form()->windowTitle(),
+              "Halvor-ORM  Blanketing Valve Sizing Application - Version " SIZING_VERSION);
     for (const char* const option : {"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
         EXPECT_TRUE(get<QRadioButton>(option).isChecked()) << option;
     EXPECT_FALSE(get<QRadioButton>("optDepad").isEnabled());

@@ -16,7 +16,7 @@ struct PlainScreen : MainScreen
 
     std::string text(Box box) const override { return valueOf(boxes, box); }
     std::string caption(Label label) const override { return valueOf(captions, label); }
-    void setCaption(Label label, const std::string& caption) override { captions[label] = caption; }
+    void setCaption(Label label, const std::string& shown) override { captions[label] = shown; }
 
     void modClearData() override
     {
