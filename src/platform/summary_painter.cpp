@@ -37,21 +37,11 @@ bool endsAtRight(Place place)
     return place == Place::boxedRight || place == Place::fittedRight;
 }
 
-/// As an entry box shows it: line ends and tabs that were pasted into one are blanks.
-QString onOneLine(QString text)
-{
-    for (QChar& c : text)
-        if (c.category() == QChar::Other_Control)
-            c = u' ';
-    return text;
-}
-
 /// The text of one label, broken into lines no wider than `width`; a single-line label has its first line only.
 class LabelText
 {
 public:
-    LabelText(const SummaryRow& row, const QString& text, double width)
-        : layout_(onOneLine(text), summaryFont(row.type))
+    LabelText(const SummaryRow& row, const QString& text, double width) : layout_(text, summaryFont(row.type))
     {
         const bool wraps = row.place == Place::wrapped;
         QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);

@@ -44,6 +44,19 @@ std::string degrees(const SizingState& state)
     return {};
 }
 
+/// As an entry box shows it: line ends, tabs and other control characters that were pasted into one are blanks.
+std::string onOneLine(std::string text)
+{
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto c = static_cast<unsigned char>(text[at]);
+        if (c < 0x20 || c == 0x7F)
+            text[at] = ' ';
+        else if (c == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0)
+            text.replace(at, 2, " "); // U+0080 to U+009F
+    }
+    return text;
+}
+
 using State = const SizingState&;
 using Numbers = const NumberText&;
 
@@ -136,7 +149,7 @@ void SummaryForm::fill(const SizingState& state, const NumberText& numbers, cons
 {
     at("lblReportDate").text = today;
     for (const Filling& filling : fillings)
-        at(filling.label).text = filling.text(state, numbers);
+        at(filling.label).text = onOneLine(filling.text(state, numbers));
     showCase(state);
     at("lblComments").visible = true;
 }

@@ -1,62 +1,50 @@
 #include "app/key_filter.h"
 
 #include "app/sizing_state.h"
+#include "base/number_text.h"
 #include "support/given_locale.h"
 
 #include <gtest/gtest.h>
 
-namespace
-{
-
 TEST(KeyFilter, SeparatorIsThatOfMoneyAndFailsToNothing)
 {
-    struct Case
-    {
-        std::map<LocaleItem, std::string> items;
-        const char* decSep;
-    };
-    for (const Case& c : {Case{{{LocaleItem::moneyDecimal, ","}, {LocaleItem::numberDecimal, "."}}, ","},
-                          {{{LocaleItem::moneyDecimal, std::string(".\0x", 3)}}, "."},
-                          {{{LocaleItem::numberDecimal, "."}}, ""}}) {
+    using Items = std::map<LocaleItem, std::string>;
+    for (const auto& [items, decSep] :
+         {std::pair<Items, const char*>{{{LocaleItem::moneyDecimal, ","}, {LocaleItem::numberDecimal, "."}}, ","},
+          {{{LocaleItem::moneyDecimal, std::string(".\0x", 3)}}, "."},
+          {{{LocaleItem::numberDecimal, "."}}, ""}}) {
         GivenLocale locale;
-        locale.items = c.items;
+        locale.items = items;
         SizingState state;
         modDecSep(state, locale);
-        EXPECT_EQ(state.DecSep, c.decSep);
+        EXPECT_EQ(state.DecSep, decSep);
     }
 }
 
 TEST(KeyFilter, AcceptsTheAllowedCharactersAndBackspace)
 {
-    struct Case
+    const struct
     {
-        int code;
         const char* allowed;
-        bool passes;
+        std::vector<int> passing;
+        std::vector<int> rejected;
+    } rows[] = {
+        {"1234567890.", {'0', '9', '.', 8}, {',', '-', ' ', 3, 22, 0, -1, 0x0661}},
+        {"1234567890,", {','}, {'.'}},
+        {"1234567890", {'0', 8}, {'.', ','}},
+        {"aBc", {'A', 'b', 'C'}, {'d'}},
+        {"1234567890\u066b", {0x066b}, {0xab, '.'}},
     };
-    for (const Case& c : {Case{'0', "1234567890.", true},
-                          {'9', "1234567890.", true},
-                          {'.', "1234567890.", true},
-                          {8, "1", true},
-                          {',', "1234567890.", false},
-                          {'.', "1234567890,", false},
-                          {'-', "1234567890.", false},
-                          {' ', "1", false},
-                          {22, "1234567890.", false},
-                          {3, "1", false},
-                          {0, "1", false},
-                          {-1, "1", false},
-                          {'A', "abc", true},
-                          {'a', "ABC", true},
-                          {0x0661, "1234567890.", false},
-                          {0x066b, "1234567890\u066b", true},
-                          {0xab, "\u066b", false},
-                          {'.', "1234567890", false}}) {
+    for (const auto& [allowed, passing, rejected] : rows) {
         int beeps = 0;
-        const auto code = static_cast<std::int16_t>(c.code);
-        EXPECT_EQ(modValidate(code, c.allowed, [&] { ++beeps; }), c.passes ? code : 0) << c.code;
-        EXPECT_EQ(beeps, c.passes ? 0 : 1) << c.code;
+        const auto filtered = [&, &text = allowed](int code) {
+            return modValidate(static_cast<std::int16_t>(code), text, [&] { ++beeps; });
+        };
+        for (const int code : passing)
+            EXPECT_EQ(filtered(code), code) << allowed;
+        EXPECT_EQ(beeps, 0);
+        for (const int code : rejected)
+            EXPECT_EQ(filtered(code), 0) << allowed << code;
+        EXPECT_EQ(beeps, static_cast<int>(rejected.size()));
     }
 }
-
-} // namespace

@@ -3,11 +3,13 @@
 #include "app/form_layout.h"
 #include "app/screens.h"
 #include "report/printers.h"
+#include "report/summary_form.h"
+#include "support/cases.h"
 #include "support/given_locale.h"
-#include "support/plain_screen.h"
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -17,40 +19,60 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <optional>
 
-/// The control of that name; a name that does not exist ends the test program.
-template <typename Control>
-Control& control(const QWidget& form, const char* name)
+/// Keeps the page that would be printed.
+struct RecordingPrinters : Printers
 {
-    auto* const found = form.findChild<Control*>(QLatin1String(name));
-    if (found == nullptr)
-        qFatal("no control named %s", name);
-    return *found;
-}
-
-/// A computer without printers.
-struct NoPrinters : Printers
-{
-    int count() const override { return 0; }
-    void print(const SummaryForm&) override {}
+    std::optional<SummaryForm> printed;
+    int count() const override { return 1; }
+    void print(const SummaryForm& page) override { printed = page; }
 };
 
-/// The program's screens with a given locale, on the shipped data file; messages are recorded, never shown.
+/// The program's screens with a given locale, on the tables of the tests; messages are recorded, never shown.
 class ScreensTest : public testing::Test
 {
 protected:
-    ScreensTest() { screens.showSetup(); }
-
-    /// Makes the setup choices by their options, for example {"optSeries63", "optDepad"}, and continues.
-    void openMain(std::initializer_list<const char*> options = {})
+    explicit ScreensTest(const LocaleInfo* other = nullptr)
+        : screens(other != nullptr ? *other : locale, messages, printers, testTables())
     {
-        for (const char* const name : options)
-            get<QRadioButton>(name).setChecked(true);
-        get<QPushButton>("cmdContinue").click();
-        ASSERT_EQ(screens.form()->objectName(), "frmMain");
+        screens.showSetup();
+    }
+
+    /// The control of that name; a name that does not exist ends the test program.
+    template <typename Control>
+    Control& get(const char* name)
+    {
+        auto* const found = screens.form()->findChild<Control*>(QLatin1String(name));
+        if (found == nullptr)
+            qFatal("no control named %s", name);
+        return *found;
+    }
+
+    void choose(const char* option) { get<QRadioButton>(option).setChecked(true); }
+    void chooseUnit(const std::string& pressUnits)
+    {
+        auto& list = get<QListWidget>("lstPressure");
+        const auto rows = list.findItems(QString::fromStdString(pressUnits), Qt::MatchFixedString);
+        ASSERT_FALSE(rows.isEmpty()) << pressUnits;
+        list.setCurrentItem(rows.front());
+    }
+
+    /// Opens the setup form afresh, makes the choices of the display texts, and continues.
+    void openMain(const std::string& model, const std::string& type, const std::string& method,
+                  const std::string& units, const std::string& pressUnits)
+    {
+        screens.showSetup();
+        choose(model == choice::series61 ? "optSeries61" : "optSeries63");
+        choose(type == choice::pad ? "optPad" : "optDepad");
+        choose(method == choice::api2000 ? "optAPI2000" : "optDD");
+        choose(units == choice::us ? "optUSUnits" : "optMetricUnits");
+        chooseUnit(pressUnits);
+        press("cmdContinue");
         activate();
     }
+    void openMain() { openMain(choice::series61, choice::pad, choice::api2000, choice::us, "PSI"); }
+    void openDepad() { openMain(choice::series63, choice::depad, choice::api2000, choice::metric, "mbar"); }
 
     void activate()
     {
@@ -58,13 +80,7 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(screens.form()));
     }
 
-    template <typename Control>
-    Control& get(const char* name)
-    {
-        return control<Control>(*screens.form(), name);
-    }
-
-    void set(const char* box, const QString& text) { get<QLineEdit>(box).setText(text); }
+    void set(const char* box, const std::string& text) { get<QLineEdit>(box).setText(QString::fromStdString(text)); }
     std::string shown(const char* label) { return get<QLabel>(label).text().toStdString(); }
     std::string entered(const char* box) { return get<QLineEdit>(box).text().toStdString(); }
     std::string gas() { return get<QComboBox>("cmbBlanketingGas").currentText().toStdString(); }
@@ -76,6 +92,9 @@ protected:
     {
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     }
+    void alt(Qt::Key letter) { key(letter, Qt::AltModifier); }
+    std::string focus() { return QApplication::focusWidget()->objectName().toStdString(); }
+
     /// Presses Tab `steps` times and gives the names of the controls it leaves.
     std::string tabRoad(int steps)
     {
@@ -86,20 +105,39 @@ protected:
         }
         return road;
     }
-    std::string focus() { return QApplication::focusWidget()->objectName().toStdString(); }
 
-    /// Captions of the labels that an edit of an input empties, joined; all but the high/low point note.
-    std::string results()
+    /// What a control shows: caption, text, or the selected entry.
+    static std::string textOf(const QWidget& control)
     {
-        std::string text;
-        for (const char* const label : {"lblPRFlow", "lblBRFlow", "lblTotalFlow", "lblSGGas", "lblCV",
-                                        "lblValveBodySize", "lblMaxValveCapacity", "lblPercentValveCapacity"})
-            text += shown(label);
-        return text;
+        if (auto* const combo = qobject_cast<const QComboBox*>(&control))
+            return combo->currentText().toStdString();
+        if (auto* const list = qobject_cast<const QListWidget*>(&control))
+            return list->currentItem()->text().toStdString();
+        for (const char* const property : {"text", "title"})
+            if (const QVariant text = control.property(property); text.isValid())
+                return text.toString().toStdString();
+        return {};
+    }
+
+    /// Expects a control at a place in twips: left, top, and width and height where a control is not a label. "to"
+    /// begins the place of a right-aligned label, by its right edge.
+    static void expectPlace(const QWidget& control, const QWidget& origin, const std::string& place)
+    {
+        const QPoint at = control.mapTo(&origin, QPoint());
+        const std::string size = std::to_string(control.width() * 15) + " " + std::to_string(control.height() * 15);
+        std::string expected = place;
+        std::string found = std::to_string(at.x() * 15) + " " + std::to_string(at.y() * 15);
+        if (place.starts_with("to "))
+            found = "to " + std::to_string((at.x() + control.width()) * 15) + " " + std::to_string(at.y() * 15);
+        else if (qobject_cast<const QLabel*>(&control) != nullptr)
+            expected = place.substr(0, place.find(' ', place.find(' ') + 1));
+        else
+            found += " " + size;
+        EXPECT_EQ(found, expected) << control.objectName().toStdString();
     }
 
     GivenLocale locale{"."};
     RecordedMessages messages;
-    NoPrinters printers;
-    Screens screens{locale, messages, printers, SIZING_DATA_FILE};
+    RecordingPrinters printers;
+    Screens screens;
 };

@@ -1,0 +1,27 @@
+#include "support/sizing.h"
+
+#include <gtest/gtest.h>
+
+TEST(Sizings, GiveWhatTheCaseFileSays)
+{
+    for (const Case& row : readCases("sizings.csv")) {
+        const Sizing sizing(row);
+        expectOutcome(row, sizing.screen, sizing.messages);
+        EXPECT_FALSE(sizing.state.InputError || sizing.state.SizingError) << row.where();
+    }
+}
+
+TEST(Offers, MessagesNameTheRangesAndRulesTheyStandFor)
+{
+    const NumberText numbers;
+    for (const Offer& offer : offers) {
+        const std::string range = " must be between " + numbers.general(offer.lowest) + " and " +
+                                  numbers.general(offer.highest) + " " + offer.pressUnits + ".";
+        EXPECT_TRUE(std::string(offer.message).ends_with(range)) << offer.message;
+        if (offer.minimum.message != nullptr) {
+            const std::string rule = " minimum supply pressure of " + numbers.general(offer.minimum.lowest) + " ";
+            EXPECT_NE(std::string(offer.minimum.message).find(rule), std::string::npos) << offer.minimum.message;
+            EXPECT_TRUE(std::string(offer.minimum.message).starts_with(offer.valveModel)) << offer.minimum.message;
+        }
+    }
+}

@@ -1,0 +1,123 @@
+#include "capacity/table_lookups.h"
+
+#include "capacity/valve_check.h"
+#include "support/sizing_fixture.h"
+
+namespace
+{
+
+class TableLookups : public SizingTest
+{
+protected:
+    /// The message of a lookup, "" for none; expects the main form emptied with a message and untouched without.
+    template <typename Lookup>
+    std::string messageOf(Lookup lookup)
+    {
+        messages.texts.clear();
+        screen.boxes[Box::txtPressure] = "kept";
+        lookup();
+        EXPECT_EQ(screen.text(Box::txtPressure), messages.texts.empty() ? "kept" : "");
+        EXPECT_FALSE(state.SizingError);
+        return messages.texts.empty() ? std::string() : messages.texts.front();
+    }
+};
+
+TEST_F(TableLookups, FindTheFirstAdequateRow)
+{
+    capacityTable("psi_Pad", "(20, 100, '1/2\"', 0.4), (20, 2000, '1\"', 1), (10, 50, '1/2\"', 0.4), "
+                             "(10, 1000, '1\"', 1), (30, 3000, '1\"', 1), (30, 9000, '2\"', 20), (NULL, 1, 'x', 5), "
+                             "(40, NULL, 'y', 6)");
+    struct Duty
+    {
+        double pressure;
+        int flow;
+        double cv;
+        const char* size;
+    };
+    for (const auto& [pressure, flow, cv, size] : {Duty{10, 50, 1, "1\""}, // equal is not enough
+                                                   {10, 1000, 1, "1\""},   // on into the next pressure
+                                                   {20, 3000, 20, "2\""},
+                                                   {20, 9000, 0, ""},
+                                                   {31, 0, 0, ""}}) {
+        EXPECT_EQ(modLookupCVPad(sizing, pressure, flow), cv) << pressure << " " << flow;
+        EXPECT_EQ(modLookupSizeDepad(sizing, pressure, flow), size) << pressure << " " << flow;
+    }
+    state.SelectedCv = 1;
+    EXPECT_EQ(modLookupSCFHPad(sizing, 15, 500), 1500);
+    EXPECT_EQ(modLookupSCFHPad(sizing, 20, 1999), 2000);
+    EXPECT_EQ(modLookupSCFHPad(sizing, 20, 2000), 2000) << "interpolated back from (30, 3000)";
+    EXPECT_EQ(modLookupSCFHPad(sizing, 5, 0), 0) << "no row before the adequate one";
+    EXPECT_EQ(modLookupSCFHPad(sizing, 31, 0), 0);
+    EXPECT_TRUE(messages.texts.empty());
+}
+
+TEST_F(TableLookups, FindACvInEveryLocale)
+{
+    capacityTable("psi_Pad", "(10, 50, 'a', 0.2), (10, 60, 'b', 0.4), (10, 700, 'c', 7.5), (10, 70, 'd', 7), "
+                             "(10, 900, 'e', 12.1)");
+    for (const NumberText::Signs& signs :
+         {NumberText::Signs{}, {",", ".", "3;0", ","}, {"\u066b", "", "", "\u066b"}, {".", ",", "3;0", ","}}) {
+        numbers = NumberText(signs);
+        for (const auto& [cv, flow] : {std::pair{0.2F, 50.0}, {0.4F, 60.0}, {7.5F, 700.0}, {12.1F, 900.0}}) {
+            state.SelectedCv = cv;
+            if (cv < 1)
+                modStoreCV(sizing);
+            EXPECT_EQ(modLookupSCFHPad(sizing, 10, 1), flow);
+            EXPECT_EQ(modLookupSCFHDepad(sizing, 10, 1), flow);
+        }
+        EXPECT_EQ(state.CvText, "0.4");
+    }
+}
+
+TEST_F(TableLookups, BadValuesAreMismatchesOnlyWhereTheyAreMet)
+{
+    capacityTable("psi_Pad", "(10, 50, '1', 1), (20, 60, NULL, 'big'), (20, 70, x'00', 2), ('high', 1e6, '2', 3)");
+    EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupCVPad(sizing, 10, 49), 1); }), "");
+    EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupCVPad(sizing, 20, 59), 0); }), "Error Code 13; modLookupCVPad");
+    EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupSizeDepad(sizing, 20, 59), ""); }), "");
+    EXPECT_EQ(messageOf([&] { modLookupSizePad(sizing, 20, 69); }), "Error Code 13; modLookupSizePad");
+    EXPECT_EQ(messageOf([&] { modLookupCVDepad(sizing, 30, 0); }), "Error Code 13; modLookupCVDepad");
+    state.SelectedCv = 9;
+    sql("INSERT INTO psi_Pad VALUES (50, 80, 's', 9), (50, 90, 's', 9)");
+    EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupSCFHDepad(sizing, 45, 85), 0); }), "Error Code 11; modInterpolate");
+}
+
+/// Tables that `build_capacities` warns of: a Cv outside the series stays, and one without rows has no capacity.
+TEST_F(TableLookups, TheCheckOfTheValveGoesOnWithAnOddTable)
+{
+    capacityTable("psi_Pad", "(30, 45, 'u', 0.4), (30, 100, 'a', 0.2), (30, 200, 'b', 0.4), (30, 230, 't', 9), "
+                             "(30, 9300, 'n', 5), (30, 9999, 'x', 999)");
+    struct Step
+    {
+        float cv;
+        float cvAfter;
+        const char* captions; ///< body size and capacity
+    };
+    for (const auto& [cv, cvAfter, captions] :
+         {Step{0.2F, 0.4F, "t 254"}, // 200 of the gas: 254, of the table again 200
+          {5, 5, "x 11811"},
+          {1, 2, "u 0"}}) { // the first body of all
+        state.ValveType = choice::pad;
+        state.InputPressure = 30;
+        screen.boxes[Box::txtPressure] = "30";
+        state.TotalFlow = state.ShownTotalFlow = 60;
+        state.GasFactor = 1.27F;
+        state.SelectedCv = cv;
+        state.MaxValveCap = 50;
+        modCheckValveData(sizing);
+        EXPECT_EQ(state.SelectedCv, cvAfter);
+        EXPECT_EQ(screen.caption(Label::lblValveBodySize) + " " + screen.caption(Label::lblMaxValveCapacity), captions);
+    }
+    state.TotalFlow = 50.000001; // a single 50: equal to the capacity
+    state.SelectedCv = 0.2F;
+    state.MaxValveCap = 50;
+    modCheckValveData(sizing);
+    EXPECT_EQ(state.SelectedCv, 0.4F);
+    state.GasFactor = 0;
+    state.MaxValveCap = 50;
+    modCheckValveData(sizing);
+    EXPECT_EQ(messages.texts, std::vector<std::string>{"Error Code 11; modCheckValveData"});
+    EXPECT_FALSE(state.SizingError);
+}
+
+} // namespace
