@@ -10,7 +10,7 @@
 #include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
 #include "engine/sizing_driver.h"
-#include "support/plain_screen.h"
+#include "plain_screen.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>

@@ -3,9 +3,9 @@
 
 #include "app/sizing_state.h"
 #include "base/number_text.h"
+#include "plain_screen.h"
 #include "platform/printers.h"
 #include "report/print_command.h"
-#include "support/plain_screen.h"
 
 #include <QApplication>
 

@@ -23,19 +23,12 @@ TEST(KeyFilter, SeparatorIsThatOfMoneyAndFailsToNothing)
 
 TEST(KeyFilter, AcceptsTheAllowedCharactersAndBackspace)
 {
-    const struct
-    {
-        const char* allowed;
-        std::vector<int> passing;
-        std::vector<int> rejected;
-    } rows[] = {
-        {"1234567890.", {'0', '9', '.', 8}, {',', '-', ' ', 3, 22, 0, -1, 0x0661}},
-        {"1234567890,", {','}, {'.'}},
-        {"1234567890", {'0', 8}, {'.', ','}},
-        {"aBc", {'A', 'b', 'C'}, {'d'}},
-        {"1234567890\u066b", {0x066b}, {0xab, '.'}},
-    };
-    for (const auto& [allowed, passing, rejected] : rows) {
+    using Codes = std::vector<int>;
+    using Row = std::tuple<const char*, Codes, Codes>;
+    for (const auto& [allowed, passing, rejected] :
+         {Row{"1234567890.", {'0', '9', '.', 8}, {',', '-', ' ', 3, 22, 0, -1, 0x0661}},
+          Row{"1234567890,", {','}, {'.'}}, Row{"1234567890", {'0', 8}, {'.', ','}}, Row{"aBc", {'A', 'b', 'C'}, {'d'}},
+          Row{"1234567890\u066b", {0x066b}, {0xab, '.'}}}) {
         int beeps = 0;
         const auto filtered = [&, &text = allowed](int code) {
             return modValidate(static_cast<std::int16_t>(code), text, [&] { ++beeps; });

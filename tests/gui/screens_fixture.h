@@ -2,10 +2,9 @@
 
 #include "app/form_layout.h"
 #include "app/screens.h"
-#include "report/printers.h"
-#include "report/summary_form.h"
 #include "support/cases.h"
 #include "support/given_locale.h"
+#include "support/recording_printers.h"
 
 #include <QClipboard>
 #include <QComboBox>
@@ -18,16 +17,6 @@
 #include <QtTest>
 
 #include <gtest/gtest.h>
-
-#include <optional>
-
-/// Keeps the page that would be printed.
-struct RecordingPrinters : Printers
-{
-    std::optional<SummaryForm> printed;
-    int count() const override { return 1; }
-    void print(const SummaryForm& page) override { printed = page; }
-};
 
 /// The program's screens with a given locale, on the tables of the tests; messages are recorded, never shown.
 class ScreensTest : public testing::Test
@@ -50,29 +39,26 @@ protected:
     }
 
     void choose(const char* option) { get<QRadioButton>(option).setChecked(true); }
-    void chooseUnit(const std::string& pressUnits)
+    void chooseUnit(const QString& pressUnits)
     {
         auto& list = get<QListWidget>("lstPressure");
-        const auto rows = list.findItems(QString::fromStdString(pressUnits), Qt::MatchFixedString);
-        ASSERT_FALSE(rows.isEmpty()) << pressUnits;
-        list.setCurrentItem(rows.front());
+        list.setCurrentItem(list.findItems(pressUnits, Qt::MatchFixedString).value(0));
     }
 
-    /// Opens the setup form afresh, makes the choices of the display texts, and continues.
-    void openMain(const std::string& model, const std::string& type, const std::string& method,
-                  const std::string& units, const std::string& pressUnits)
+    /// Opens the setup form afresh, makes the choices by their texts ("Series 61, Pad, API-2000, US, PSI"), continues.
+    void openMain(const std::string& choices = "Series 61, Pad, API-2000, US, PSI")
     {
+        const QStringList texts = QString::fromStdString(choices).split(", ");
         screens.showSetup();
-        choose(model == choice::series61 ? "optSeries61" : "optSeries63");
-        choose(type == choice::pad ? "optPad" : "optDepad");
-        choose(method == choice::api2000 ? "optAPI2000" : "optDD");
-        choose(units == choice::us ? "optUSUnits" : "optMetricUnits");
-        chooseUnit(pressUnits);
+        choose(texts[0] == choice::series61 ? "optSeries61" : "optSeries63");
+        choose(texts[1] == choice::pad ? "optPad" : "optDepad");
+        choose(texts[2] == choice::api2000 ? "optAPI2000" : "optDD");
+        choose(texts[3] == choice::us ? "optUSUnits" : "optMetricUnits");
+        chooseUnit(texts[4]);
         press("cmdContinue");
         activate();
     }
-    void openMain() { openMain(choice::series61, choice::pad, choice::api2000, choice::us, "PSI"); }
-    void openDepad() { openMain(choice::series63, choice::depad, choice::api2000, choice::metric, "mbar"); }
+    void openDepad() { openMain("Series 63, Depad, API-2000, Metric, mbar"); }
 
     void activate()
     {

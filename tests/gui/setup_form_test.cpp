@@ -1,7 +1,5 @@
 #include "gui/screens_fixture.h"
 
-#include <set>
-
 namespace
 {
 
@@ -22,8 +20,6 @@ TEST_F(SetupFormTest, OpensWithItsDefaults)
 {
     EXPECT_EQ(screens.form()->windowTitle(),
               "Halvor-ORM  Blanketing Valve Sizing Application - Version " SIZING_VERSION);
-    for (const char* const option : {"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
-        EXPECT_TRUE(get<QRadioButton>(option).isChecked()) << option;
     EXPECT_FALSE(get<QRadioButton>("optDepad").isEnabled());
     const QPalette colours = get<QRadioButton>("optDepad").palette();
     EXPECT_NE(colours.color(QPalette::Disabled, QPalette::WindowText),
@@ -42,7 +38,7 @@ TEST_F(SetupFormTest, UnitListsFollowModelTypeAndUnits)
             choose(option.toUtf8().constData());
         for (const char* const list : {"lstPressure", "lstFlow", "lstTemp", "lstVolume"})
             EXPECT_EQ(entries(list), row[list]) << row["Options"];
-        chooseUnit(row["Chosen"]);
+        chooseUnit(QString::fromStdString(row["Chosen"]));
         press("cmdContinue");
         const SizingState& state = screens.state();
         EXPECT_EQ(state.ValveTable, row["Table"]) << row["Options"];
@@ -53,21 +49,17 @@ TEST_F(SetupFormTest, UnitListsFollowModelTypeAndUnits)
 
 TEST_F(SetupFormTest, CustomerInformationSurvivesChoicesDoNot)
 {
-    const std::pair<const char*, const char*> texts[] = {{"txtCustomerName", "Åsa & Söner"},
-                                                         {"txtCustomerLocation", "Göteborg"},
-                                                         {"txtCustTagNo", "T-1"},
-                                                         {"txtNotes", "two  blanks "},
-                                                         {"txtORMRep", "R"}};
-    for (const auto& [box, text] : texts)
-        set(box, text);
+    const char* const boxes[] = {"txtCustomerName", "txtCustomerLocation", "txtCustTagNo", "txtNotes", "txtORMRep"};
+    for (const std::string box : boxes)
+        set(box.c_str(), " Å & " + box);
     for (const char* const option : {"optSeries63", "optDepad", "optMetricUnits", "optDD"})
         choose(option);
     press("cmdContinue");
     screens.state().InputError = screens.state().SizingError = true;
     locale = GivenLocale(",");
     press("cmdNewCalc");
-    for (const auto& [box, text] : texts)
-        EXPECT_EQ(entered(box), text);
+    for (const std::string box : boxes)
+        EXPECT_EQ(entered(box.c_str()), " Å & " + box);
     for (const char* const option : {"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
         EXPECT_TRUE(get<QRadioButton>(option).isChecked()) << option;
     EXPECT_FALSE(screens.state().InputError || screens.state().SizingError);

@@ -5,19 +5,12 @@
 // The page itself is read from real print jobs in end_to_end/print_check.py.
 TEST(PlaceSummary, CentresMovesAndShrinksAsThePrintablePartNeeds)
 {
-    const struct
-    {
-        QSizeF paper;
-        QMarginsF margins;
-        double left, top, scale;
-    } rows[] = {
-        {{12240, 15840}, {240, 240, 240, 240}, 847.5, 585, 1},      // Letter
-        {{11900, 16840}, {0, 0, 0, 0}, 677.5, 1085, 1},             // A4
-        {{12240, 15840}, {240, 240, 240, 800}, 847.5, 370, 1},      // a deep foot: up, not smaller
-        {{12240, 15840}, {240, 837, 240, 1800}, 1374.75, 837, 0.9}, // 13203 = 0.9 of the height
-        {{8400, 11900}, {0, 0, 0, 0}, 0, 107, 8400.0 / 10545},      // A5: the width decides
-    };
-    for (const auto& [paper, margins, left, top, scale] : rows) {
+    using Row = std::tuple<QSizeF, QMarginsF, double, double, double>;
+    for (const auto& [paper, margins, left, top, scale] :
+         {Row{{11900, 16840}, {0, 0, 0, 0}, 677.5, 1085, 1},             // A4
+          Row{{12240, 15840}, {240, 240, 240, 800}, 847.5, 370, 1},      // a deep foot: up, not smaller
+          Row{{12240, 15840}, {240, 837, 240, 1800}, 1374.75, 837, 0.9}, // 13203 = 0.9 of the height
+          Row{{8400, 11900}, {0, 0, 0, 0}, 0, 107, 8400.0 / 10545}}) {   // A5: the width decides
         const QTransform placed = placeSummary(paper, QRectF(QPointF(), paper).marginsRemoved(margins));
         EXPECT_NEAR(placed.m11(), scale, 1e-9);
         EXPECT_EQ(placed.m11(), placed.m22());

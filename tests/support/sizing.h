@@ -16,6 +16,7 @@ struct Sizing
     NumberText numbers;
     CapacityStore store{testTables(), numbers};
 
+    Sizing(const Sizing&) = delete; // the store refers to the number texts
     explicit Sizing(const Case& row)
     {
         state.ValveModel = row["Valve Model"];
@@ -34,6 +35,11 @@ struct Sizing
             }
         for (const auto& [column, box] : entryColumns)
             screen.boxes[box] = row[column];
+        state.CustomerName = "a customer";
+        state.CustomerLocation = "a place";
+        state.CustTagNo = "a tag";
+        state.Notes = "notes";
+        state.Representative = "a representative";
         screen.boxes[Box::cmbBlanketingGas] = "a gas";
         screen.boxes[Box::txtStoredMaterial] = "a material";
         SizingContext sizing{state, screen, messages, numbers, store};

@@ -4,7 +4,7 @@
 #include "base/number_text.h"
 #include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "support/plain_screen.h"
+#include "plain_screen.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>

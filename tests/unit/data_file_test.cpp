@@ -31,11 +31,8 @@ protected:
 /// A data file that cannot be used ends in the refusal of a duty beyond every valve, and nothing is written beside it.
 TEST_F(DataFile, UnusableDataFiles)
 {
-    std::string whole;
-    {
-        std::ifstream in(file, std::ios::binary);
-        whole.assign(std::istreambuf_iterator<char>(in), {});
-    }
+    std::ifstream in(file, std::ios::binary);
+    const std::string whole(std::istreambuf_iterator<char>(in), {});
     const auto write = [&](const std::string& bytes) { std::ofstream(file, std::ios::binary) << bytes; };
     const auto corrupt = [&](std::size_t from, std::size_t to) {
         std::string bytes = whole;

@@ -3,7 +3,6 @@
 #include "base/display_rounding.h"
 #include "base/interpolation.h"
 #include "engine/large_tank_breathing.h"
-#include "engine/required_flow.h"
 #include "engine/sizing_driver.h"
 #include "support/sizing_fixture.h"
 
@@ -18,41 +17,21 @@ const std::string nextLarger =
 class Failures : public SizingTest
 {
 protected:
-    /// "Direct Displacement" of 8 SCFH a gpm; a gravity that makes `GasFactor` 1.
-    void size(const char* pumpRate, const char* pressure, const char* gravity = "0.97")
+    /// 8 SCFH a gpm, and the breathing of a large tank with API-2000; a gravity that makes `GasFactor` 1.
+    void size(const char* pumpRate, const char* pressure, const char* method = choice::directDisplacement)
     {
         state.ValveModel = choice::series63;
-        state.SizingMethod = choice::directDisplacement;
+        state.SizingMethod = method;
         state.PressUnits = "PSI";
         screen.boxes = {{Box::txtPumpRate, pumpRate},
                         {Box::txtPressure, pressure},
-                        {Box::txtSpecGrav, gravity},
-                        {Box::txtTankVolume, "0"}};
+                        {Box::txtSpecGrav, "0.97"},
+                        {Box::txtTankVolume, "1000000"}};
         messages.texts.clear();
         cmdCalcFlowRate_Click(sizing);
     }
     std::string shown(Label label) const { return screen.caption(label); }
 };
-
-TEST_F(Failures, AFlowWithoutARealRootEndsInSilence)
-{
-    state.SizingCase = sizing_case::depadApi2000;
-    state.SpecGrav = -1;
-    state.FlashPoint = screen.boxes[Box::txtFlashPoint] = "60";
-    modCalcFlowRate(sizing);
-    EXPECT_TRUE(messages.texts.empty());
-    EXPECT_FALSE(state.SizingError);
-    EXPECT_EQ(shown(Label::lblTotalFlow), "");
-    EXPECT_EQ(shown(Label::lblHFPLFP), "Low Flash Point") << "written before";
-}
-
-TEST_F(Failures, GravityThatNoSingleHoldsLeavesNoCapacity)
-{
-    capacityTable("any", "(10, 9000, '2\"', 10), (100, 9000, '2\"', 10)");
-    size("100", "30", ("0." + std::string(100, '0') + "1").c_str());
-    EXPECT_EQ(messages.texts, std::vector<std::string>{"Error Code 13: modSizeValve"});
-    EXPECT_EQ(shown(Label::lblCV), "");
-}
 
 TEST_F(Failures, LargeTankLookupsGiveNothingWhereTheTableCannotAnswer)
 {
@@ -82,15 +61,10 @@ TEST_F(Failures, InterpolatesFromTheUpperPoint)
 
 TEST_F(Failures, DisplayRoundingCutsTowardsMinusInfinity)
 {
-    for (const auto& [value, one, two] : {std::tuple{2.97, 2.9, 2.97},
-                                          {-2.97, -3.0, -2.97},
-                                          {0.9995, 0.9, 0.99},
-                                          {0.29, 0.2, 0.28},
-                                          {-0.001, -0.1, -0.01},
-                                          {0.699999988079071, 0.6, 0.69}}) { // the last a single 0.7, widened
-        EXPECT_DOUBLE_EQ(Round1Place(sizing, value), one);
-        EXPECT_DOUBLE_EQ(Round2Places(sizing, value), two);
-    }
+    EXPECT_EQ(Round1Place(sizing, 0.699999988079071), 0.6); // a single 0.7, widened
+    EXPECT_EQ(Round1Place(sizing, -2.97), -3.0);
+    EXPECT_EQ(Round2Places(sizing, 0.29), 0.28); // the double lies below
+    EXPECT_EQ(Round2Places(sizing, -0.001), -0.01);
     EXPECT_FALSE(state.SizingError);
     const double largest = std::numeric_limits<double>::max();
     EXPECT_EQ(Round1Place(sizing, largest) + Round2Places(sizing, largest), 0);
@@ -110,52 +84,27 @@ TEST_F(Failures, ARefusalKeepsWhatTheSizingBeforeLeft)
     size("9375", "30"); // 75000: no valve
     EXPECT_EQ(shown(Label::lblCV) + shown(Label::lblSGGas2), "10earlier");
     EXPECT_EQ(state.Comments + state.ValveBodySize, nextLarger + "2\"");
-    size("1249.99", "30"); // 9999.92: looked up as 10000
-    EXPECT_EQ(shown(Label::lblCV), "10");
 
-    sql("DELETE FROM any; INSERT INTO any VALUES (1000, 10000.1, '2\"', 10), (10, 10, '2\"', 10), (10, 10, '2\"', 20), "
-        "(1000, 10000.2, '3\"', 20)");
-    size("1249", "200"); // 9992: Cv 10 and then Cv 20 pass less at 200 psi
-    EXPECT_EQ(shown(Label::lblComments),
-              "You have reached or exceeded the maximum valve capacity for the given Inlet Pressure.");
-    EXPECT_EQ(shown(Label::lblCV) + shown(Label::lblValveBodySize) + shown(Label::lblMaxValveCapacity), "");
-    EXPECT_EQ(state.Comments, nextLarger);
+    sql("INSERT INTO any VALUES (10, 10, '2\"', 20), (1000, 10000.2, '3\"', 20); UPDATE any SET flow = 10 WHERE "
+        "Pressure = 10");
+    size("1249", "200"); // 9992: at 200 psi Cv 10 and then Cv 20 pass less
+    EXPECT_TRUE(shown(Label::lblComments).starts_with("You have reached or exceeded")) << shown(Label::lblComments);
+    EXPECT_EQ(state.Comments + shown(Label::lblSGGas2), nextLarger + "earlier");
     EXPECT_EQ(state.SelectedCv, 20);
-    EXPECT_EQ(shown(Label::lblSGGas2), "earlier");
-}
-
-/// The entries are copied one after another, up to the one that is refused.
-TEST_F(Failures, EntriesBeforeTheRefusalAreCopied)
-{
-    size("12.5", "0", "1.52");
-    EXPECT_EQ(state.PumpRate + state.SpecGrav, 12.5 + 1.52);
-    screen.boxes[Box::txtFlashPoint] = "60";
-    screen.boxes[Box::txtStoredMaterial] = "oil";
-    cmdCalcFlowRate_Click(sizing);
-    EXPECT_EQ(state.StoredMaterial + state.FlashPoint, "oil") << "the pressure is refused before the flash point";
-    screen.boxes[Box::txtPressure] = "30";
-    cmdCalcFlowRate_Click(sizing);
-    EXPECT_EQ(state.FlashPoint, "60");
 }
 
 /// A large tank that the table does not answer for breathes nothing, and the sizing goes on.
 TEST_F(Failures, AFailedLargeTankLookupBreathesNothing)
 {
     capacityTable("any", "(10, 10000, '2\"', 10), (100, 10000, '2\"', 10)");
-    state.SizingMethod = choice::api2000;
-    state.ValveModel = choice::series63;
-    for (const char* const tables : {"SELECT 1", "CREATE TABLE USLargeTank (TankVol, Pad, DepadHFP, DepadLFP)"}) {
+    for (const char* const tables : {"SELECT 1", "CREATE TABLE USLargeTank (TankVol, Pad, DepadHFP, DepadLFP)",
+                                     "INSERT INTO USLargeTank VALUES (1e6, 'x', 'x', 'x')"}) {
         sql(tables);
-        screen.boxes = {{Box::txtPumpRate, "10"},
-                        {Box::txtPressure, "30"},
-                        {Box::txtSpecGrav, "0.97"},
-                        {Box::txtTankVolume, "1000000"}};
-        cmdCalcFlowRate_Click(sizing);
-        EXPECT_EQ(shown(Label::lblTotalFlow) + " " + shown(Label::lblCV), "80 10");
+        size("10", "30", choice::api2000);
+        if (messages.texts.empty()) {
+            EXPECT_EQ(shown(Label::lblTotalFlow) + " " + shown(Label::lblCV), "80 10");
+        }
     }
-    EXPECT_TRUE(messages.texts.empty());
-    sql("INSERT INTO USLargeTank VALUES (1e6, 'x', 'x', 'x')");
-    cmdCalcFlowRate_Click(sizing);
     // Emptied by the first message, the pressure is no number to the model rules.
     EXPECT_EQ(messages.texts,
               (std::vector<std::string>{"Error Code 13; modGetLargeTankBRPad", "Error Code 13; modGetValveData"}));

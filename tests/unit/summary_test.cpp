@@ -1,32 +1,13 @@
 #include "report/print_command.h"
-#include "report/printers.h"
-#include "report/summary_form.h"
+#include "support/recording_printers.h"
 #include "support/sizing.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <optional>
-#include <stdexcept>
 
 namespace
 {
-
-/// Keeps the page that would be printed.
-struct RecordingPrinters : Printers
-{
-    int installed = 1;
-    bool broken = false;
-    std::optional<SummaryForm> printed;
-
-    int count() const override { return installed; }
-    void print(const SummaryForm& page) override
-    {
-        if (broken)
-            throw std::runtime_error("broken");
-        printed = page;
-    }
-};
 
 std::string placeOf(const SummaryRow& row)
 {
@@ -34,28 +15,17 @@ std::string placeOf(const SummaryRow& row)
            std::to_string(row.height);
 }
 
-std::string fontOf(const SummaryRow& row)
-{
-    return row.type == Type::heading ? "12 pt"
-           : row.type == Type::small ? "8.25 pt"
-           : row.type == Type::bold  ? "9.75 pt bold"
-                                     : "9.75 pt";
-}
+const std::map<Type, std::string> fonts = {
+    {Type::body, "9.75 pt"}, {Type::bold, "9.75 pt bold"}, {Type::heading, "12 pt"}, {Type::small, "8.25 pt"}};
 
 class Summary : public testing::Test
 {
 protected:
-    /// The sizing of that name in the case file, with customer information.
+    /// The sizing of that name in the case file.
     static Sizing sized(const std::string& name)
     {
         const std::vector<Case> rows = readCases("sizings.csv");
-        Sizing sizing(*std::ranges::find(rows, name, [](const Case& row) { return row["Case"]; }));
-        sizing.state.CustomerName = "a customer";
-        sizing.state.CustomerLocation = "a place";
-        sizing.state.CustTagNo = "a tag";
-        sizing.state.Notes = "notes";
-        sizing.state.Representative = "a representative";
-        return sizing;
+        return Sizing(*std::ranges::find(rows, name, [](const Case& row) { return row["Case"]; }));
     }
     void print(Sizing& sizing)
     {
@@ -80,7 +50,7 @@ TEST_F(Summary, SaysWhatTheCaseFileSays)
             EXPECT_EQ(rows[at]["Control"], summaryRows[at].name);
             EXPECT_EQ(rows[at]["Left Top Width Height"], placeOf(summaryRows[at])) << rows[at]["Control"];
             if (summaryRows[at].place != Place::picture) {
-                EXPECT_EQ(rows[at]["Font"], fontOf(summaryRows[at])) << rows[at]["Control"];
+                EXPECT_EQ(rows[at]["Font"], fonts.at(summaryRows[at].type)) << rows[at]["Control"];
             }
             EXPECT_EQ(shown.visible ? shown.text : "(hidden)",
                       rows[at][name] + (rows[at]["Control"] == "Label1" ? " " SIZING_VERSION : ""))
@@ -98,31 +68,14 @@ TEST_F(Summary, KeepsEachFigureInItsForm)
     sizing.state.SpecGrav = 1;
     sizing.state.FlashPoint = "037,0";
     sizing.state.Notes = "two\r\nlines\tof\u0085\u00a0é";
+    sizing.state.PercentCap = 0.015F; // a half
     print(sizing);
+    EXPECT_EQ(printers.printed->shown("lblPercentValveCapacity").text, "2");
     EXPECT_EQ(printers.printed->shown("lblNotes").text, "two  lines of \u00a0é");
     EXPECT_EQ(printers.printed->shown("lblCV").text, "0,2");
     EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "12098,099609375");
     EXPECT_EQ(printers.printed->shown("lblSpecGrav").text + printers.printed->shown("lblMaxFlowSG").text, "11,00");
     EXPECT_EQ(printers.printed->shown("lblFP").text, "037,0");
-}
-
-TEST_F(Summary, AnUnknownCaseShowsAndHidesNothing)
-{
-    depad.state.SizingCase = depad.state.ValveType = "pad";
-    print(depad);
-    EXPECT_TRUE(std::ranges::all_of(printers.printed->rows(), &SummaryForm::Shown::visible));
-    EXPECT_EQ(printers.printed->shown("lblPressurelbl").text, "Pressure:");
-    EXPECT_EQ(printers.printed->shown("lblSpecGravlbl").text, "Specific Gravity:");
-}
-
-TEST_F(Summary, RoundsThePercentageToTheEvenHalf)
-{
-    for (const auto& [share, text] :
-         {std::pair{0.125F, "12"}, {0.375F, "38"}, {0.015F, "2"}, {0.8765F, "88"}, {327.67F, "32767"}}) {
-        depad.state.PercentCap = share;
-        print(depad);
-        EXPECT_EQ(printers.printed->shown("lblPercentValveCapacity").text, text);
-    }
 }
 
 TEST_F(Summary, APageThatCannotBeFilledIsPrintedAsFarAsItIs)
@@ -163,32 +116,19 @@ TEST_F(Summary, WantsAValveSizedFirst)
 /// From the points of the last sizing; of the flash point's box only whether it is empty counts.
 TEST_F(Summary, JudgesTheStoredMaterialAfresh)
 {
-    const struct
-    {
-        const char* valveType;
-        const char* unitSystem;
-        const char* sizingCase;
-        const char* flashBox;
-        const char* flashPoint;
-        const char* boilingPoint;
-        bool before;
-        bool after;
-    } rows[] = {
-        {choice::depad, choice::us, sizing_case::depadApi2000, "x", "99.9", "999", true, false},
-        {choice::depad, choice::metric, sizing_case::depadApi2000, "", "999", "149", false, true},
-        {choice::pad, choice::us, sizing_case::depadApi2000, "x", "100", "", false, false},
-        {choice::depad, choice::us, sizing_case::depadDirectDisplacement, "x", "0", "", true, true},
-    };
-    for (const auto& row : rows) {
-        depad.state.ValveType = row.valveType;
-        depad.state.UnitSystem = row.unitSystem;
-        depad.state.SizingCase = row.sizingCase;
-        depad.state.FlashPoint = row.flashPoint;
-        depad.state.BoilingPoint = row.boilingPoint;
-        depad.state.HighFlashBoil = row.before;
-        depad.screen.boxes[Box::txtFlashPoint] = row.flashBox;
+    using Row = std::tuple<const char*, const char*, const char*, const char*, const char*, bool, bool>;
+    for (const auto& [type, units, flashBox, flashPoint, boilingPoint, before, after] :
+         {Row{choice::depad, choice::us, "x", "99.9", "999", true, false},
+          Row{choice::depad, choice::metric, "", "999", "149", false, true},
+          Row{choice::pad, choice::us, "x", "100", "", false, false}}) {
+        depad.state.ValveType = type;
+        depad.state.UnitSystem = units;
+        depad.state.FlashPoint = flashPoint;
+        depad.state.BoilingPoint = boilingPoint;
+        depad.state.HighFlashBoil = before;
+        depad.screen.boxes[Box::txtFlashPoint] = flashBox;
         print(depad);
-        EXPECT_EQ(depad.state.HighFlashBoil, row.after) << row.unitSystem << row.flashPoint << '/' << row.boilingPoint;
+        EXPECT_EQ(depad.state.HighFlashBoil, after) << flashPoint << '/' << boilingPoint;
     }
     EXPECT_TRUE(depad.messages.texts.empty());
 }
