@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <limits>
+#include <string_view>
 
 // What can be chosen: the choices by name, and one table of what is built for which of them. Setup lists, table name,
 // pressure checks and `build_capacities` read it: a new valve model or pressure unit is a few rows here.
@@ -116,3 +118,16 @@ inline constexpr Offer offers[] = {
      5, 193, "Differential Pressure must be between 5 and 193 mbar."},
 };
 // clang-format on
+
+/// Whether a row names what the tables above know, and a table and a range that can be.
+constexpr bool isSound(const Offer& offer)
+{
+    const auto named = [](const auto& rows, std::string_view name) {
+        return std::ranges::any_of(rows, [&](const auto& row) { return name == row.name; });
+    };
+    const std::string_view type = offer.valveType;
+    return named(models, offer.valveModel) && named(unitSystems, offer.unitSystem) &&
+           (type == choice::pad || type == choice::depad) && std::string_view(offer.valveTable).ends_with(type) &&
+           offer.lowest < offer.highest;
+}
+static_assert(std::ranges::all_of(offers, isSound));
