@@ -1,11 +1,11 @@
 #include "support/cases.h"
 
 #include "csv_reader.h"
+#include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -42,14 +42,11 @@ std::string contents(const std::string& file)
 /// The data file in a directory of its own, which goes with the run.
 struct TablesFile
 {
-    std::filesystem::path directory;
-    std::string path;
+    TemporaryDirectory directory;
+    std::string path = (directory.path / "capacities.mdb").string();
 
     TablesFile()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "sizing-tables-XXXXXX").string();
-        directory = mkdtemp(pattern.data());
-        path = (directory / "capacities.mdb").string();
         sqlite3* database = nullptr;
         sqlite3_open(path.c_str(), &database);
         const int result = sqlite3_exec(database, contents("tables.sql").c_str(), nullptr, nullptr, nullptr);
@@ -57,7 +54,6 @@ struct TablesFile
         if (result != SQLITE_OK)
             throw std::runtime_error("the tables of the tests are wrong");
     }
-    ~TablesFile() { std::filesystem::remove_all(directory); }
 };
 
 } // namespace

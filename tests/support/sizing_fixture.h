@@ -5,19 +5,17 @@
 #include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
 #include "plain_screen.h"
+#include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <filesystem>
 #include <string>
 
 /// A sizing on small tables of its own: a data file in a directory that goes with the test.
 class SizingTest : public testing::Test
 {
 protected:
-    ~SizingTest() override { std::filesystem::remove_all(directory); }
-
     /// Runs SQL on the data file, which it creates.
     void sql(const std::string& text)
     {
@@ -40,7 +38,8 @@ protected:
 
     std::string comments() const { return screen.caption(Label::lblComments); }
 
-    const std::filesystem::path directory = newDirectory();
+    const TemporaryDirectory temporary;
+    const std::filesystem::path& directory = temporary.path;
     const std::filesystem::path file = directory / "capacities.mdb";
     SizingState state;
     PlainScreen screen;
@@ -48,11 +47,4 @@ protected:
     NumberText numbers;
     CapacityStore store{file.string(), numbers};
     SizingContext sizing{state, screen, messages, numbers, store};
-
-private:
-    static std::filesystem::path newDirectory()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "sizing-test-XXXXXX").string();
-        return mkdtemp(pattern.data());
-    }
 };

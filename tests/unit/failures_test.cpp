@@ -1,7 +1,6 @@
 // What the routines of the engine do with entries and tables that cannot be, each by itself.
 
 #include "base/display_rounding.h"
-#include "base/interpolation.h"
 #include "engine/large_tank_breathing.h"
 #include "engine/sizing_driver.h"
 #include "support/sizing_fixture.h"
@@ -49,14 +48,6 @@ TEST_F(Failures, LargeTankLookupsGiveNothingWhereTheTableCannotAnswer)
     EXPECT_EQ(messages.texts, std::vector<std::string>{"Error Code 13; modGetLargeTankBRDepadLFP"});
     EXPECT_EQ(screen.text(Box::txtPumpRate), "") << "the form is emptied";
     EXPECT_FALSE(state.SizingError);
-}
-
-TEST_F(Failures, InterpolatesFromTheUpperPoint)
-{
-    EXPECT_EQ(modInterpolate(sizing, 1000000, 1200000, 1500000, 24000, 30000), 26400);
-    EXPECT_EQ(modInterpolate(sizing, 10, 20, 20, 1, 7), 7);
-    EXPECT_EQ(modInterpolate(sizing, 20, 20, 20, 1, 7), 0);
-    EXPECT_EQ(messages.texts, std::vector<std::string>{"Error Code 11; modInterpolate"});
 }
 
 TEST_F(Failures, DisplayRoundingCutsTowardsMinusInfinity)

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace
 {
@@ -40,18 +39,6 @@ TEST(NumberText, ReadsAndShowsAsTheCaseFileSays)
 {
     for (const Case& row : readCases("numbers.csv"))
         EXPECT_EQ(outcome(row), row["Output"]) << row.where() << " " << row["Input"];
-}
-
-TEST(NumberText, BeyondADouble)
-{
-    const double largest = std::numeric_limits<double>::max();
-    const std::string digits(400, '9');
-    const NumberText numbers;
-    EXPECT_EQ(numbers.parse(digits), largest);
-    EXPECT_EQ(numbers.parse("-" + digits), -largest);
-    EXPECT_EQ(numbers.parse("0." + std::string(400, '0') + "1"), 0.0);
-    EXPECT_EQ(numbers.parse(std::string(400, '0') + "7"), 7.0);
-    EXPECT_EQ(numbers.standard(std::numeric_limits<double>::denorm_min()), "0.00");
 }
 
 TEST(NumberText, TakesEachSignFromItsOwnItemOfTheLocale)

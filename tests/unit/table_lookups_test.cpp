@@ -42,24 +42,6 @@ TEST_F(TableLookups, FindTheFirstAdequateRow)
     EXPECT_TRUE(messages.texts.empty());
 }
 
-TEST_F(TableLookups, FindACvInEveryLocale)
-{
-    capacityTable("psi_Pad", "(10, 50, 'a', 0.2), (10, 60, 'b', 0.4), (10, 700, 'c', 7.5), (10, 70, 'd', 7), "
-                             "(10, 900, 'e', 12.1)");
-    for (const NumberText::Signs& signs :
-         {NumberText::Signs{}, {",", ".", "3;0", ","}, {"\u066b", "", "", "\u066b"}, {".", ",", "3;0", ","}}) {
-        numbers = NumberText(signs);
-        for (const auto& [cv, flow] : {std::pair{0.2F, 50.0}, {0.4F, 60.0}, {7.5F, 700.0}, {12.1F, 900.0}}) {
-            state.SelectedCv = cv;
-            if (cv < 1)
-                modStoreCV(sizing);
-            EXPECT_EQ(modLookupSCFHPad(sizing, 10, 1), flow);
-            EXPECT_EQ(modLookupSCFHDepad(sizing, 10, 1), flow);
-        }
-        EXPECT_EQ(state.CvText, "0.4");
-    }
-}
-
 TEST_F(TableLookups, BadValuesAreMismatchesOnlyWhereTheyAreMet)
 {
     capacityTable("psi_Pad", "(10, 50, '1', 1), (20, 60, NULL, 'big'), (20, 70, x'00', 2), ('high', 1e6, '2', 3)");
