@@ -151,8 +151,8 @@ timeout "$patience" tail --pid="$application" -s 0.1 -f /dev/null || fail "the p
 wait "$application" || fail "the program ended with status $?"
 
 check=$(dirname "$(readlink -f "$0")")/../tests/end_to_end/print_check.py
-CI=true "$check" "$program" "$pictures" "Depad API-2000 US High" >&2 # in CI a missing tool is no excuse
-mv "$pictures/Depad-API-2000-US-High.pdf" "$pictures/summary.pdf"
+CI=true "$check" "$program" "$scratch" >&2 # in CI a missing tool is no excuse
+mv "$scratch/letter.pdf" "$pictures/summary.pdf"
 pdftoppm -png -singlefile -r 96 "$pictures/summary.pdf" "$pictures/summary"
 echo "$pictures/summary.pdf"
 echo "$pictures/summary.png"
