@@ -1,5 +1,8 @@
 #include "capacity_database.h"
 
+#include "base/failure.h"
+#include "capacity/file_check.h"
+
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -108,6 +111,7 @@ void writeTables(const CapacityTables& tables, const Connection& connection)
         insertRows<LargeTankRow>(connection, name, largeTankColumns, rows);
     }
     run(connection, "COMMIT");
+    writeChecksum(connection.get()); // the program notices any change of the figures
 }
 
 } // namespace

@@ -109,7 +109,7 @@ void paintText(QLabel& label, const QColor& colour)
 
 } // namespace
 
-MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, const CapacityStore& store)
+MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, CapacityStore& store)
     : controls_(*this, FrameOrigin::form, mainFormWidth, mainFormHeight), sizing_{state, *this, messageBox, numbers,
                                                                                   store},
       gas_(controls_.get<GasBox>("cmbBlanketingGas"))

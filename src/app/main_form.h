@@ -20,7 +20,7 @@ class MainForm : public QWidget, public MainScreen
     Q_OBJECT
 
 public:
-    MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, const CapacityStore& store);
+    MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, CapacityStore& store);
 
     std::string text(Box box) const override;
     std::string caption(Label label) const override;

@@ -14,5 +14,5 @@ struct SizingContext
     MainScreen& screen;
     MessageBox& messageBox;
     const NumberText& numbers;
-    const CapacityStore& store;
+    CapacityStore& store;
 };

@@ -1,5 +1,7 @@
 #include "capacity/capacity_store.h"
 
+#include "capacity/read_only_vfs.h"
+
 #include "base/failure.h"
 #include "base/number_text.h"
 
@@ -11,7 +13,45 @@
 namespace
 {
 
-constexpr int lockedFileWaitMs = 200; // another program may hold the file for a moment
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto lockWaitOfClick = 2000ms;         // another program may hold the file for a moment
+constexpr auto longestLookup = 2000ms;           // beyond it a file is hostile or broken
+constexpr std::uint64_t largestFile = 256 << 20; // bytes: some thousand times the shipped one
+constexpr int largestValue = 1 << 20;            // bytes of a text or a row
+constexpr int stepsBetweenLooks = 1000;          // of SQLite's machine, between two looks at the clock
+
+/// What SQLite advises for a file that somebody else may have made: nothing in it is run.
+void distrust(sqlite3* file)
+{
+    for (const auto& [option, on] : {std::pair{SQLITE_DBCONFIG_DEFENSIVE, 1},
+                                     {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+                                     {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},
+                                     {SQLITE_DBCONFIG_ENABLE_VIEW, 0}})
+        sqlite3_db_config(file, option, on, nullptr);
+    for (const auto& [limit, most] : {std::pair{SQLITE_LIMIT_LENGTH, largestValue},
+                                      {SQLITE_LIMIT_EXPR_DEPTH, 20},
+                                      {SQLITE_LIMIT_COLUMN, 100},
+                                      {SQLITE_LIMIT_ATTACHED, 0}})
+        sqlite3_limit(file, limit, most);
+    sqlite3_exec(file, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr); // there is no other place to sort in
+}
+
+int isLate(void* deadline)
+{
+    return Clock::now() > *static_cast<Clock::time_point*>(deadline) ? 1 : 0;
+}
+
+/// Waits a little for another program's lock while the click has time left for that.
+int waitForLock(void* timeLeft, int)
+{
+    auto& left = *static_cast<std::chrono::milliseconds*>(timeLeft);
+    if (left <= 0ms)
+        return 0;
+    left -= std::chrono::milliseconds(std::max(sqlite3_sleep(10), 1));
+    return 1;
+}
 
 /// Numbers in the data file are always written with "."; these are for values stored as text.
 const NumberText& storedNumbers()
@@ -58,13 +98,21 @@ void CapacityRows::Closer::operator()(sqlite3_stmt* statement) const
     sqlite3_finalize(statement);
 }
 
+/// What is missing in a whole file (SQLITE_ERROR: no such table, column or index) is a failure of this lookup alone.
+void CapacityRows::fail() const
+{
+    if (sqlite3_errcode(file_.get()) != SQLITE_ERROR)
+        *unreadable_ = true;
+    throw SilentFailure(sqlite3_errmsg(file_.get()));
+}
+
 void CapacityRows::prepare(const std::string& sql, const Columns& columns)
 {
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v2(file_.get(), sql.c_str(), -1, &statement, nullptr);
     statement_.reset(statement);
     if (result != SQLITE_OK || statement == nullptr)
-        throw SilentFailure(sqlite3_errmsg(file_.get()));
+        fail();
     for (const char* const column : columns)
         positions_.push_back(position(statement, column));
     current_.resize(columns.size());
@@ -79,7 +127,7 @@ void CapacityRows::step()
     if (atEnd_)
         return;
     if (result != SQLITE_ROW)
-        throw SilentFailure(sqlite3_errmsg(file_.get()));
+        fail();
     for (std::size_t column = 0; column < positions_.size(); ++column)
         read(positions_[column], current_[column]);
 }
@@ -89,9 +137,14 @@ void CapacityRows::read(int position, Cell& into) const
     // One locked call a value instead of two; unlocked reads are safe because no other thread knows this statement.
     sqlite3_value* const value = sqlite3_column_value(statement_.get(), position);
     into.type = sqlite3_value_type(value);
-    if (into.type == SQLITE_TEXT)
-        into.text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-    else
+    if (into.type == SQLITE_TEXT) {
+        const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+        if (text == nullptr) { // no memory for it
+            *unreadable_ = true;
+            throw SilentFailure("no memory");
+        }
+        into.text = text;
+    } else
         into.number = sqlite3_value_double(value);
 }
 
@@ -184,21 +237,60 @@ std::string CapacityRows::text(const char* column) const
     }
 }
 
-CapacityRows CapacityStore::open() const
+void CapacityStore::beginClick()
 {
-    CapacityRows rows;
+    unreadable_ = false;
+    checksumOfClick_.reset();
+    lockWaitLeft_ = lockWaitOfClick;
+}
+
+CapacityRows CapacityStore::open(const std::string& table)
+{
+    if (unreadable_)
+        throw SilentFailure("the data file could not be read earlier in this click");
+    unreadable_ = true; // until it has been
+    CapacityRows rows(unreadable_);
+    const std::optional<FileStamp> stamp = stampOf(file_);
+    if (stamp && stamp->size > largestFile)
+        throw SilentFailure("the data file is too large");
     sqlite3* file = nullptr;
-    const int result = sqlite3_open_v2(file_.c_str(), &file, SQLITE_OPEN_READWRITE, nullptr);
+    const int result = sqlite3_open_v2(file_.c_str(), &file, SQLITE_OPEN_READWRITE, readOnlyVfs());
     rows.file_.reset(file);
     if (result != SQLITE_OK)
         throw SilentFailure("cannot open " + file_);
-    sqlite3_busy_timeout(file, lockedFileWaitMs);
+    distrust(file);
+    *rows.deadline_ = Clock::now() + longestLookup;
+    sqlite3_progress_handler(file, stepsBetweenLooks, isLate, rows.deadline_.get());
+    sqlite3_busy_handler(file, waitForLock, &lockWaitLeft_);
+    check(file, stamp);
+    unreadable_ = false;
+
+    const auto isWanted = [&](const std::string& name) { return sqlite3_stricmp(name.c_str(), table.c_str()) == 0; };
+    if (std::ranges::any_of(contents_.others, isWanted)) {
+        unreadable_ = true;
+        throw SilentFailure(table + " is no plain table");
+    }
     return rows;
 }
 
-CapacityRows CapacityStore::table(const std::string& name, const Columns& columns) const
+void CapacityStore::check(sqlite3* file, const std::optional<FileStamp>& stamp)
 {
-    CapacityRows rows = open();
+    if (!whole_ || whole_ != stamp) {
+        // In one transaction and with room for the whole file, what a lookup reads is what was checked here.
+        const std::uint64_t room = (stamp ? stamp->size : 0) / 1024 + 2000; // KiB
+        const std::string sql = "PRAGMA cell_size_check = 1; PRAGMA cache_size = -" + std::to_string(room) + "; BEGIN";
+        sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr);
+        contents_ = checkFile(file);
+        whole_ = stamp && stamp->isSettled() ? stamp : std::nullopt;
+    }
+    if (checksumOfClick_.value_or(contents_.checksum) != contents_.checksum)
+        throw SilentFailure("another data file than earlier in this click");
+    checksumOfClick_ = contents_.checksum;
+}
+
+CapacityRows CapacityStore::table(const std::string& name, const Columns& columns)
+{
+    CapacityRows rows = open(name);
     rows.prepare("SELECT * FROM " + quoted(name) + " INDEXED BY " + quoted(name + ".Index") +
                      " ORDER BY Pressure, flow",
                  columns);
@@ -206,10 +298,12 @@ CapacityRows CapacityStore::table(const std::string& name, const Columns& column
     return rows;
 }
 
-CapacityRows CapacityStore::query(const std::string& text, const Columns& columns) const
+CapacityRows CapacityStore::query(const std::string& text, const Columns& columns)
 {
+    static const std::string beforeTable = "FROM ";
     static const std::string beforeLiteral = " WHERE CV = ";
-    CapacityRows rows = open();
+    const auto name = text.find(beforeTable) + beforeTable.size();
+    CapacityRows rows = open(text.substr(name, text.find(' ', name) - name));
     const auto where = text.find(beforeLiteral);
     if (where == std::string::npos) {
         rows.prepare(text, columns);

@@ -7,6 +7,7 @@
 #include "base/offered.h"
 #include "base/read_number.h"
 #include "base/sizing_context.h"
+#include "capacity/capacity_store.h"
 #include "capacity/valve_check.h"
 #include "capacity/valve_results.h"
 #include "capacity/valve_selection.h"
@@ -101,6 +102,7 @@ void modSizeValve(SizingContext& sizing)
 void cmdCalcFlowRate_Click(SizingContext& sizing)
 {
     SizingState& state = sizing.state;
+    sizing.store.beginClick();
     state.SizingCase = state.ValveType + " " + state.SizingMethod;
     modErrorCheck(sizing);
     if (state.InputError) {

@@ -13,6 +13,7 @@ protected:
     template <typename Lookup>
     std::string messageOf(Lookup lookup)
     {
+        store.beginClick();
         messages.texts.clear();
         screen.boxes[Box::txtPressure] = "kept";
         lookup();

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct sqlite3;
+
+/// What a data file that is whole holds.
+struct FileContents
+{
+    std::uint64_t checksum = 0;      ///< over all tables
+    std::vector<std::string> tables; ///< plain tables: what can be read without running anything that the file says
+    std::vector<std::string> others; ///< views, virtual tables, tables with generated columns: never read
+};
+
+/// Checks an open data file by SQLite's own means and against the checksum that `writeChecksum` has left in it; a file
+/// without one is checked by SQLite's means alone. Throws SilentFailure when the file is not whole or cannot be read.
+/// Reads all of it: in a transaction, what is read after it is what was checked.
+FileContents checkFile(sqlite3* file);
+
+/// Writes the checksum of all tables into an open data file. Throws SilentFailure when that fails.
+void writeChecksum(sqlite3* file);

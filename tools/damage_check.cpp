@@ -1,0 +1,194 @@
+// Whether a damaged data file ever gives a wrong answer: damage_check [HOW MANY [FIRST SEED]]
+//
+// Sizes a few duties on the shipped file, then on copies damaged at random (seeded, so that a finding can be repeated)
+// and on copies cut short by 1 to 4,095 bytes. An answer must be the right one, a refusal or a message. Exit status 1
+// when one is not.
+
+#include "app/sizing_state.h"
+#include "base/number_text.h"
+#include "base/sizing_context.h"
+#include "capacity/capacity_store.h"
+#include "engine/sizing_driver.h"
+#include "plain_screen.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <random>
+
+namespace
+{
+
+struct Duty
+{
+    const Offer& offer;
+    const char* method;
+    const char* pumpRate;
+    const char* pressure;
+    const char* tankVolume;
+    const char* gravity;
+};
+
+const Duty duties[] = {
+    {offers[0], choice::api2000, "100", "60", "1000000", "0.97"}, // a large tank: breathing from its table
+    {offers[0], choice::directDisplacement, "337.5", "62", "0", "0.97"},
+    {offers[1], choice::api2000, "50", "3", "20000", "1"},
+    {offers[2], choice::directDisplacement, "20", "300", "0", "0.6"},
+    {offers[7], choice::api2000, "40", "20", "2000000", "1"},
+    {offers[8], choice::api2000, "50", "50", "8500", "1"},
+};
+
+/// What the main form shows after one click, and what was said in message boxes.
+struct Answer
+{
+    std::map<Label, std::string> captions;
+    bool message = false;
+
+    bool isValve() const
+    {
+        const auto share = captions.find(Label::lblPercentValveCapacity);
+        return share != captions.end() && !share->second.empty();
+    }
+};
+
+Answer answerOf(const Duty& duty, const std::string& file)
+{
+    SizingState state;
+    state.ValveModel = duty.offer.valveModel;
+    state.ValveType = duty.offer.valveType;
+    state.UnitSystem = duty.offer.unitSystem;
+    state.PressUnits = duty.offer.pressUnits;
+    state.ValveTable = duty.offer.valveTable;
+    state.SizingMethod = duty.method;
+    PlainScreen screen;
+    screen.boxes = {{Box::txtPumpRate, duty.pumpRate},
+                    {Box::txtPressure, duty.pressure},
+                    {Box::txtTankVolume, duty.tankVolume},
+                    {Box::txtSpecGrav, duty.gravity},
+                    {Box::txtFlashPoint, "200"}};
+    RecordedMessages messages;
+    const NumberText numbers;
+    CapacityStore store(file, numbers);
+    SizingContext sizing{state, screen, messages, numbers, store};
+    cmdCalcFlowRate_Click(sizing);
+    return {screen.captions, !messages.texts.empty()};
+}
+
+/// One damage of a kind that disks, copies and editors do.
+void damage(std::string& bytes, std::mt19937_64& random)
+{
+    const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random() % limit); };
+    const std::size_t at = below(bytes.size());
+    const std::size_t length = std::min<std::size_t>(1 + below(std::size_t{1} << (2 + below(12))), bytes.size() - at);
+    const std::size_t pages = bytes.size() / 4096;
+    const auto page = [&] { return below(pages) * 4096; };
+    switch (below(8)) {
+        case 0:
+            bytes[at] = static_cast<char>(bytes[at] ^ (1 << below(8)));
+            break;
+        case 1:
+            bytes[at] = static_cast<char>(random());
+            break;
+        case 2:
+            std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(at), length, '\0');
+            break;
+        case 3:
+            std::generate_n(bytes.begin() + static_cast<std::ptrdiff_t>(at), length,
+                            [&] { return static_cast<char>(random()); });
+            break;
+        case 4:
+            bytes.erase(at, length);
+            break;
+        case 5:
+            bytes.insert(at, length, static_cast<char>(random()));
+            break;
+        case 6:
+            if (pages > 0) // one page in the place of another
+                bytes.replace(page(), 4096, std::string(bytes, page(), 4096));
+            break;
+        default:
+            bytes.resize(at);
+    }
+}
+
+class Check
+{
+public:
+    explicit Check(const std::filesystem::path& directory) : file_((directory / "capacities.mdb").string())
+    {
+        std::ifstream in(CAPACITIES_FILE, std::ios::binary);
+        whole_.assign(std::istreambuf_iterator<char>(in), {});
+        for (const Duty& duty : duties)
+            right_.push_back(answerOf(duty, CAPACITIES_FILE));
+        if (!std::ranges::all_of(right_, &Answer::isValve))
+            throw std::runtime_error("a duty has no valve on the whole file");
+    }
+
+    void damaged(std::uint64_t seed)
+    {
+        std::mt19937_64 random(seed);
+        std::string bytes = whole_;
+        for (std::uint64_t damages = 1 + random() % 3; damages > 0 && !bytes.empty(); --damages)
+            damage(bytes, random);
+        compare(bytes, "seed " + std::to_string(seed));
+    }
+
+    void cut(std::size_t length)
+    {
+        compare(whole_.substr(0, whole_.size() - length), "cut by " + std::to_string(length));
+        cutsWithValve_ += valves_ > 0;
+    }
+
+    int report() const
+    {
+        std::cout << files_ << " files, " << files_ * std::size(duties) << " sizings: " << rightAnswers_ << " right, "
+                  << refusals_ << " refused, " << messages_ << " with a message, " << wrong_ << " wrong; "
+                  << cutsWithValve_ << " cuts with a valve\n";
+        return wrong_ + cutsWithValve_ > 0 ? 1 : 0;
+    }
+
+private:
+    void compare(const std::string& bytes, const std::string& what)
+    {
+        std::ofstream(file_, std::ios::binary | std::ios::trunc) << bytes;
+        ++files_;
+        valves_ = 0;
+        for (std::size_t at = 0; at < std::size(duties); ++at) {
+            const Answer answer = answerOf(duties[at], file_);
+            valves_ += answer.isValve();
+            if (answer.captions == right_[at].captions)
+                ++rightAnswers_;
+            else if (answer.message)
+                ++messages_;
+            else if (!answer.isValve())
+                ++refusals_;
+            else if (++wrong_ > 0)
+                std::cout << "WRONG: " << what << ", duty " << at << '\n';
+        }
+    }
+
+    std::string file_;
+    std::string whole_;
+    std::vector<Answer> right_;
+    std::size_t files_ = 0, rightAnswers_ = 0, refusals_ = 0, messages_ = 0, wrong_ = 0, cutsWithValve_ = 0,
+                valves_ = 0;
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const std::uint64_t count = argc > 1 ? std::stoull(argv[1]) : 10'000;
+    const std::uint64_t first = argc > 2 ? std::stoull(argv[2]) : 1;
+    std::string pattern = (std::filesystem::temp_directory_path() / "damage-check-XXXXXX").string();
+    const std::filesystem::path directory = mkdtemp(pattern.data());
+    Check check(directory);
+    for (std::uint64_t seed = first; seed < first + count; ++seed)
+        check.damaged(seed);
+    for (std::size_t length = 1; length <= 4095; ++length)
+        check.cut(length);
+    std::filesystem::remove_all(directory);
+    return check.report();
+}
