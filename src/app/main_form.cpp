@@ -8,6 +8,7 @@
 #include "base/offered.h"
 #include "engine/sizing_driver.h"
 
+#include <QApplication>
 #include <QGroupBox>
 #include <QPushButton>
 
@@ -142,7 +143,11 @@ void MainForm::connectHandlers()
     connect(&gas_, &QComboBox::activated, this, &MainForm::cmbBlanketingGas_Click);
 
     const auto onClick = [this](MainControl name, auto handler) {
-        connect(&controls_.get<QPushButton>(name), &QPushButton::clicked, this, handler);
+        connect(&controls_.get<QPushButton>(name), &QPushButton::clicked, this, [handler] {
+            // A screen reader can press a button behind a message box, in the middle of the handler that shows it.
+            if (QApplication::activeModalWidget() == nullptr)
+                handler();
+        });
     };
     onClick("cmdCalcFlowRate", [this] { cmdCalcFlowRate_Click(sizing_); });
     onClick("cmdPrint", [this] { emit printRequested(); });

@@ -1,5 +1,6 @@
 #include "app/screens.h"
 
+#include "app/box_accessible.h"
 #include "app/form_layout.h"
 #include "app/main_form.h"
 #include "app/setup_form.h"
@@ -36,6 +37,7 @@ QWidget* windowAround(QWidget* form)
 Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& printers, std::string capacityFile)
     : locale_(locale), messageBox_(messageBox), printers_(printers), store_(std::move(capacityFile), numbers_)
 {
+    installBoxAccessibility();
 }
 
 Screens::~Screens()

@@ -1,5 +1,7 @@
 #include "gui/screens_fixture.h"
 
+#include "platform/qt_message_box.h"
+
 #include <QAccessible>
 
 namespace
@@ -201,6 +203,42 @@ TEST_F(MainFormTest, ScreenReadersFindTheGasBoxByItsLabel)
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&get<QWidget>("lblTotalFlow"))->text(QAccessible::Name).trimmed(),
               "")
         << "nothing to read before a sizing";
+}
+
+/// The toolkit's own search for the word at the end of a text never returns.
+TEST_F(MainFormTest, ScreenReadersMayAskForTheWordAtTheEnd)
+{
+    for (int form = 0; form < 2; ++form, openDepad())
+        for (QLineEdit* const box : screens.form()->findChildren<QLineEdit*>()) {
+            box->setText("100 5");
+            QAccessibleTextInterface* const text = QAccessible::queryAccessibleInterface(box)->textInterface();
+            int start = 0;
+            int end = 0;
+            for (const auto boundary :
+                 {QAccessible::WordBoundary, QAccessible::LineBoundary, QAccessible::CharBoundary})
+                EXPECT_EQ(text->textAtOffset(5, boundary, &start, &end), "") << box->objectName().toStdString();
+            EXPECT_EQ(text->textAtOffset(4, QAccessible::WordBoundary, &start, &end), "5");
+            EXPECT_EQ(text->text(0, 3) + QString::number(text->characterCount()), "1005");
+        }
+}
+
+/// A screen reader can press a button behind a message box, which mouse and keyboard cannot.
+TEST_F(MainFormTest, NoFormGoesWhileAMessageStandsOnIt)
+{
+    QtMessageBox boxes;
+    Screens others(locale, boxes, printers, testTables());
+    others.showMain();
+    const QPointer<QWidget> form = others.form();
+    for (const char* const box : {"txtPumpRate", "txtPressure", "txtTankVolume", "txtSpecGrav"})
+        form->findChild<QLineEdit*>(box)->setText("0" + QString(box == std::string("txtSpecGrav") ? "" : "1"));
+    QTimer::singleShot(0, form, [&] {
+        ASSERT_NE(QApplication::activeModalWidget(), nullptr);
+        form->findChild<QPushButton*>("cmdNewCalc")->click();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QApplication::activeModalWidget()->close();
+    });
+    form->findChild<QPushButton*>("cmdCalcFlowRate")->click();
+    EXPECT_EQ(others.form(), form);
 }
 
 TEST_F(MainFormTest, PrintsTheLastSizingAndExits)

@@ -1,0 +1,113 @@
+#include "app/box_accessible.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QFontMetrics>
+#include <QLineEdit>
+
+namespace
+{
+
+/// A line edit to screen readers: its text, cursor and selection, editable.
+class BoxAccessible : public QAccessibleWidget, public QAccessibleTextInterface, public QAccessibleEditableTextInterface
+{
+public:
+    explicit BoxAccessible(QLineEdit* box) : QAccessibleWidget(box, QAccessible::EditableText) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override
+    {
+        if (type == QAccessible::TextInterface)
+            return static_cast<QAccessibleTextInterface*>(this);
+        if (type == QAccessible::EditableTextInterface)
+            return static_cast<QAccessibleEditableTextInterface*>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? box().text() : QAccessibleWidget::text(kind);
+    }
+    void setText(QAccessible::Text kind, const QString& text) override
+    {
+        if (kind == QAccessible::Value)
+            box().setText(text);
+        else
+            QAccessibleWidget::setText(kind, text);
+    }
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.editable = !box().isReadOnly();
+        state.readOnly = box().isReadOnly();
+        state.selectableText = true;
+        state.hasPopup = true; // the context menu
+        return state;
+    }
+
+    // The text. An offset beyond its last character has no word, line or sentence: the search for one never ends.
+
+    QString textAtOffset(int offset, QAccessible::TextBoundaryType boundary, int* start, int* end) const override
+    {
+        if (offset >= 0 && offset < characterCount())
+            return QAccessibleTextInterface::textAtOffset(offset, boundary, start, end);
+        *start = *end = characterCount();
+        return {};
+    }
+    QString text(int start, int end) const override { return box().text().mid(start, end - start); }
+    int characterCount() const override { return static_cast<int>(box().text().size()); }
+    int cursorPosition() const override { return box().cursorPosition(); }
+    void setCursorPosition(int position) override { box().setCursorPosition(position); }
+    void selection(int index, int* start, int* end) const override
+    {
+        const bool selected = index == 0 && box().hasSelectedText();
+        *start = selected ? box().selectionStart() : 0;
+        *end = selected ? box().selectionEnd() : 0;
+    }
+    int selectionCount() const override { return box().hasSelectedText() ? 1 : 0; }
+    void addSelection(int start, int end) override { setSelection(0, start, end); }
+    void removeSelection(int) override { box().deselect(); }
+    void setSelection(int, int start, int end) override { box().setSelection(start, end - start); }
+    QString attributes(int, int* start, int* end) const override
+    {
+        *start = *end = 0;
+        return {};
+    }
+    void scrollToSubstring(int start, int) override { setCursorPosition(start); }
+    QRect characterRect(int offset) const override
+    {
+        if (offset < 0 || offset >= characterCount())
+            return {};
+        const QFontMetrics metrics = box().fontMetrics();
+        const int left = metrics.horizontalAdvance(box().text().left(offset)) -
+                         metrics.horizontalAdvance(box().text().left(cursorPosition()));
+        const QRect cursor = box().inputMethodQuery(Qt::ImCursorRectangle).toRect();
+        const QPoint at = box().mapToGlobal(QPoint(cursor.center().x() + left, cursor.top()));
+        return {at, QSize(metrics.horizontalAdvance(box().text().at(offset)), cursor.height())};
+    }
+    int offsetAtPoint(const QPoint& point) const override { return box().cursorPositionAt(box().mapFromGlobal(point)); }
+
+    // Editing.
+
+    void deleteText(int start, int end) override { replaceText(start, end, {}); }
+    void insertText(int offset, const QString& inserted) override { replaceText(offset, offset, inserted); }
+    void replaceText(int start, int end, const QString& replacement) override
+    {
+        if (!box().isReadOnly())
+            box().setText(box().text().replace(start, end - start, replacement));
+    }
+
+private:
+    QLineEdit& box() const { return *static_cast<QLineEdit*>(widget()); }
+};
+
+QAccessibleInterface* create(const QString& className, QObject* object)
+{
+    auto* const box = qobject_cast<QLineEdit*>(object);
+    return box != nullptr && className == QLatin1String("QLineEdit") ? new BoxAccessible(box) : nullptr;
+}
+
+} // namespace
+
+void installBoxAccessibility()
+{
+    QAccessible::installFactory(create);
+}
