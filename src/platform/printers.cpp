@@ -15,7 +15,10 @@
 #include <QDir>
 #include <QTemporaryFile>
 
+#include <chrono>
+#include <future>
 #include <memory>
+#include <thread>
 
 #endif
 
@@ -23,6 +26,8 @@ namespace
 {
 
 #ifdef Q_OS_WIN
+
+void awaitPrintingSystem() {}
 
 QString defaultPrinter()
 {
@@ -43,6 +48,35 @@ struct FreeDestination
     void operator()(cups_dest_t* destination) const { cupsFreeDests(1, destination); }
 };
 using Destination = std::unique_ptr<cups_dest_t, FreeDestination>;
+
+constexpr std::chrono::seconds patience{5};
+
+/// Asks the scheduler a question; false when that gets no answer. Without a scheduler there is nothing to wait for.
+bool schedulerAnswers()
+{
+    const int connectWait = static_cast<int>(std::chrono::milliseconds(patience).count());
+    const std::unique_ptr<http_t, decltype(&httpClose)> scheduler(
+        httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, connectWait, nullptr),
+        httpClose);
+    if (!scheduler)
+        return true;
+    httpSetTimeout(
+        scheduler.get(), static_cast<double>(patience.count()), [](http_t*, void*) { return 0; }, nullptr);
+    const std::unique_ptr<ipp_t, decltype(&ippDelete)> answer(
+        cupsDoRequest(scheduler.get(), ippNewRequest(IPP_OP_CUPS_GET_DEFAULT), "/"), ippDelete);
+    return answer != nullptr;
+}
+
+/// A scheduler that accepts and says nothing, or talks on and on, would hold the window for minutes. So it is asked
+/// beside the window first, and given up.
+void awaitPrintingSystem()
+{
+    const auto answers = std::make_shared<std::promise<bool>>();
+    std::future<bool> outcome = answers->get_future();
+    std::thread([answers] { answers->set_value(schedulerAnswers()); }).detach();
+    if (outcome.wait_for(patience) != std::future_status::ready || !outcome.get())
+        throw std::runtime_error("the printing system does not answer");
+}
 
 /// Qt would list all printers a second time for this, which may wait for the network.
 QString defaultPrinter()
@@ -99,6 +133,7 @@ QString defaultOrFirstPrinter()
 
 int SystemPrinters::count() const
 {
+    awaitPrintingSystem();
     return static_cast<int>(QPrinterInfo::availablePrinterNames().size());
 }
 

@@ -7,6 +7,8 @@ class Printers
 {
 public:
     virtual ~Printers() = default;
+
+    /// How many are installed. Throws when the printing system does not answer within some seconds.
     virtual int count() const = 0;
 
     /// Prints the page as one job on the default printer (the first one where none is the default). Throws when the

@@ -146,8 +146,8 @@ def print_page(queue, directory, every_row=True):
 
 def check_page(page, paper, width, height, foot, every_row):
     """The rows of the table, and only they, stand in the middle of the paper, or higher where its foot stays blank."""
-    pictures = [line.split()[3:6] for line in run("pdfimages", "-list", page).splitlines()[2:]]
-    expect(pictures == [["227", "84", "rgb"], ["151", "83", "rgb"]], f"the pictures are {pictures}")
+    pictures = [" ".join(line.split()[3:6] + line.split()[-4:-2]) for line in run("pdfimages", "-list", page).splitlines()[2:]]
+    expect(pictures == ["227 84 rgb 96 96", "151 83 rgb 96 96"], f"the pictures are {pictures}")  # and dots an inch
     expect("Bold" in run("pdffonts", page), "nothing is bold")
     content = run("pdftotext", "-bbox", page, "-")
     pages = re.findall('<page width="(.*)" height="(.*)">', content)
