@@ -28,6 +28,7 @@ test    xvfb              its virtual display
 test    xdotool           presses its keys
 test    poppler-utils     reads the printed page
 ci      clang-format      the common source format
+ci      devscripts        hardening-check
 ci      shellcheck        faults in the scripts
 '
 

@@ -146,8 +146,9 @@ def print_page(queue, directory, every_row=True):
 
 def check_page(page, paper, width, height, foot, every_row):
     """The rows of the table, and only they, stand in the middle of the paper, or higher where its foot stays blank."""
-    pictures = [" ".join(line.split()[3:6] + line.split()[-4:-2]) for line in run("pdfimages", "-list", page).splitlines()[2:]]
-    expect(pictures == ["227 84 rgb 96 96", "151 83 rgb 96 96"], f"the pictures are {pictures}")  # and dots an inch
+    listed = [line.split() for line in run("pdfimages", "-list", page).splitlines()[2:]]
+    pictures = [" ".join(words[3:6] + words[-4:-2]) for words in listed]  # the last two: dots an inch
+    expect(pictures == ["227 84 rgb 96 96", "151 83 rgb 96 96"], f"the pictures are {pictures}")
     expect("Bold" in run("pdffonts", page), "nothing is bold")
     content = run("pdftotext", "-bbox", page, "-")
     pages = re.findall('<page width="(.*)" height="(.*)">', content)
