@@ -1,9 +1,8 @@
 #include "capacity/capacity_store.h"
 
-#include "capacity/read_only_vfs.h"
-
 #include "base/failure.h"
 #include "base/number_text.h"
+#include "capacity/read_only_vfs.h"
 
 #include <sqlite3.h>
 
@@ -266,7 +265,7 @@ CapacityRows CapacityStore::open(const std::string& table)
     unreadable_ = false;
 
     const auto isWanted = [&](const std::string& name) { return sqlite3_stricmp(name.c_str(), table.c_str()) == 0; };
-    if (std::ranges::any_of(contents_.others, isWanted)) {
+    if (std::ranges::any_of(contents_.notPlain, isWanted)) {
         unreadable_ = true;
         throw SilentFailure(table + " is no plain table");
     }

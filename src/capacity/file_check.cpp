@@ -96,26 +96,33 @@ std::string quoted(const std::string& name)
     return '"' + name + '"'; // names with a quotation mark are sorted out before
 }
 
-/// Names of all tables and views, and whether each is a plain table.
-FileContents listTables(sqlite3* file)
+/// The names of all tables and views.
+struct Names
 {
-    FileContents contents;
-    forEachRow(file, "SELECT name, type = 'table' AND rootpage > 0 FROM sqlite_schema WHERE type IN ('table', 'view')",
+    std::vector<std::string> plain;
+    std::vector<std::string> notPlain;
+};
+
+bool hasGeneratedColumn(sqlite3* file, const std::string& table)
+{
+    bool generated = false;
+    forEachRow(file, "PRAGMA table_xinfo(" + quoted(table) + ")",
+               [&](sqlite3_stmt* row) { generated |= sqlite3_column_int(row, 6) != 0; });
+    return generated;
+}
+
+Names listTables(sqlite3* file)
+{
+    Names all;
+    forEachRow(file,
+               "SELECT name, type = 'table' AND rootpage > 0 FROM sqlite_schema WHERE type IN ('table', 'view') "
+               "ORDER BY name",
                [&](sqlite3_stmt* row) {
-                   const bool stored = sqlite3_column_int(row, 1) != 0;
-                   std::string name = textOf(row, 0);
-                   (stored && name.find('"') == std::string::npos ? contents.tables : contents.others)
-                       .push_back(std::move(name));
+                   const std::string name = textOf(row, 0);
+                   const bool stored = sqlite3_column_int(row, 1) != 0 && name.find('"') == std::string::npos;
+                   (stored && !hasGeneratedColumn(file, name) ? all.plain : all.notPlain).push_back(name);
                });
-    std::erase_if(contents.tables, [&](const std::string& name) {
-        bool generated = false;
-        forEachRow(file, "PRAGMA table_xinfo(" + quoted(name) + ")",
-                   [&](sqlite3_stmt* row) { generated |= sqlite3_column_int(row, 6) != 0; });
-        if (generated)
-            contents.others.push_back(name);
-        return generated;
-    });
-    return contents;
+    return all;
 }
 
 std::uint64_t checksumOf(sqlite3* file, const std::vector<std::string>& tables)
@@ -146,23 +153,20 @@ FileContents checkFile(sqlite3* file)
 {
     if (firstText(file, "PRAGMA integrity_check(1)") != "ok")
         throw SilentFailure("the data file is damaged");
-    FileContents contents = listTables(file);
-    std::ranges::sort(contents.tables);
-    contents.checksum = checksumOf(file, contents.tables);
-    const bool hasTable = std::ranges::binary_search(contents.tables, checksumTable);
+    Names names = listTables(file);
+    const std::uint64_t checksum = checksumOf(file, names.plain);
+    const bool hasTable = std::ranges::find(names.plain, checksumTable) != names.plain.end();
     const bool hasId = firstText(file, "PRAGMA application_id") == std::to_string(idOfCheckedFiles);
     if (hasTable != hasId ||
-        (hasTable && firstText(file, "SELECT value FROM Checksum NOT INDEXED") != asText(contents.checksum)))
+        (hasTable && firstText(file, "SELECT value FROM Checksum NOT INDEXED") != asText(checksum)))
         throw SilentFailure("the data file is not as it was built");
-    return contents;
+    return {checksum, std::move(names.notPlain)};
 }
 
 void writeChecksum(sqlite3* file)
 {
-    std::vector<std::string> tables = listTables(file).tables;
-    std::ranges::sort(tables);
     const std::string sql = "CREATE TABLE Checksum (value TEXT); INSERT INTO Checksum VALUES ('" +
-                            asText(checksumOf(file, tables)) +
+                            asText(checksumOf(file, listTables(file).plain)) +
                             "'); PRAGMA application_id = " + std::to_string(idOfCheckedFiles);
     if (sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
         fail(file);

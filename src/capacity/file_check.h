@@ -9,9 +9,8 @@ struct sqlite3;
 /// What a data file that is whole holds.
 struct FileContents
 {
-    std::uint64_t checksum = 0;      ///< over all tables
-    std::vector<std::string> tables; ///< plain tables: what can be read without running anything that the file says
-    std::vector<std::string> others; ///< views, virtual tables, tables with generated columns: never read
+    std::uint64_t checksum = 0;        ///< over all plain tables: those that can be read without running anything
+    std::vector<std::string> notPlain; ///< views, virtual tables, tables with generated columns: never read
 };
 
 /// Checks an open data file by SQLite's own means and against the checksum that `writeChecksum` has left in it; a file
