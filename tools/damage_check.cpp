@@ -1,8 +1,8 @@
 // Whether a damaged data file ever gives a wrong answer: damage_check [HOW MANY [FIRST SEED]]
 //
 // Sizes a few duties on the shipped file, then on copies damaged at random (seeded, so that a finding can be repeated)
-// and on copies cut short by 1 to 4,095 bytes. An answer must be the right one, a refusal or a message. Exit status 1
-// when one is not.
+// and on copies cut short by 1 to 4,095 bytes, each seen for the first time. An answer must be the right one, a refusal
+// or a message. Exit status 1 when one is not, 2 when that could not be found out.
 
 #include "app/sizing_state.h"
 #include "base/number_text.h"
@@ -23,7 +23,8 @@ namespace
 
 struct Duty
 {
-    const Offer& offer;
+    const char* valveTable;
+    const char* valveModel;
     const char* method;
     const char* pumpRate;
     const char* pressure;
@@ -32,12 +33,13 @@ struct Duty
 };
 
 const Duty duties[] = {
-    {offers[0], choice::api2000, "100", "60", "1000000", "0.97"}, // a large tank: breathing from its table
-    {offers[0], choice::directDisplacement, "337.5", "62", "0", "0.97"},
-    {offers[1], choice::api2000, "50", "3", "20000", "1"},
-    {offers[2], choice::directDisplacement, "20", "300", "0", "0.6"},
-    {offers[7], choice::api2000, "40", "20", "2000000", "1"},
-    {offers[8], choice::api2000, "50", "50", "8500", "1"},
+    {"psi_Pad", choice::series61, choice::api2000, "100", "60", "1000000",
+     "0.97"}, // a large tank: breathing from its table
+    {"psi_Pad", choice::series61, choice::directDisplacement, "337.5", "62", "0", "0.97"},
+    {"kgcm2_Pad", choice::series61, choice::api2000, "50", "3", "20000", "1"},
+    {"kpa_Pad", choice::series61, choice::directDisplacement, "20", "300", "0", "0.6"},
+    {"inwc_Depad", choice::series63, choice::api2000, "40", "20", "2000000", "1"},
+    {"mbar_Depad", choice::series63, choice::api2000, "50", "50", "8500", "1"},
 };
 
 /// What the main form shows after one click, and what was said in message boxes.
@@ -55,12 +57,16 @@ struct Answer
 
 Answer answerOf(const Duty& duty, const std::string& file)
 {
+    const Offer& offer = *std::ranges::find_if(offers, [&](const Offer& row) {
+        return std::string_view(row.valveTable) == duty.valveTable &&
+               std::string_view(row.valveModel) == duty.valveModel;
+    });
     SizingState state;
-    state.ValveModel = duty.offer.valveModel;
-    state.ValveType = duty.offer.valveType;
-    state.UnitSystem = duty.offer.unitSystem;
-    state.PressUnits = duty.offer.pressUnits;
-    state.ValveTable = duty.offer.valveTable;
+    state.ValveModel = offer.valveModel;
+    state.ValveType = offer.valveType;
+    state.UnitSystem = offer.unitSystem;
+    state.PressUnits = offer.pressUnits;
+    state.ValveTable = offer.valveTable;
     state.SizingMethod = duty.method;
     PlainScreen screen;
     screen.boxes = {{Box::txtPumpRate, duty.pumpRate},
@@ -83,7 +89,8 @@ void damage(std::string& bytes, std::mt19937_64& random)
     const std::size_t at = below(bytes.size());
     const std::size_t length = std::min<std::size_t>(1 + below(std::size_t{1} << (2 + below(12))), bytes.size() - at);
     const std::size_t pages = bytes.size() / 4096;
-    const auto page = [&] { return below(pages) * 4096; };
+    const std::size_t from = pages > 0 ? below(pages) * 4096 : 0;
+    const std::size_t to = pages > 0 ? below(pages) * 4096 : 0;
     switch (below(8)) {
         case 0:
             bytes[at] = static_cast<char>(bytes[at] ^ (1 << below(8)));
@@ -106,7 +113,7 @@ void damage(std::string& bytes, std::mt19937_64& random)
             break;
         case 6:
             if (pages > 0) // one page in the place of another
-                bytes.replace(page(), 4096, std::string(bytes, page(), 4096));
+                bytes.replace(to, 4096, std::string(bytes, from, 4096));
             break;
         default:
             bytes.resize(at);
@@ -152,7 +159,11 @@ public:
 private:
     void compare(const std::string& bytes, const std::string& what)
     {
-        std::ofstream(file_, std::ios::binary | std::ios::trunc) << bytes;
+        std::ofstream out(file_, std::ios::binary | std::ios::trunc);
+        out << bytes;
+        out.close();
+        if (!out)
+            throw std::runtime_error("cannot write " + file_);
         ++files_;
         valves_ = 0;
         for (std::size_t at = 0; at < std::size(duties); ++at) {
@@ -160,10 +171,8 @@ private:
             valves_ += answer.isValve();
             if (answer.captions == right_[at].captions)
                 ++rightAnswers_;
-            else if (answer.message)
-                ++messages_;
             else if (!answer.isValve())
-                ++refusals_;
+                ++(answer.message ? messages_ : refusals_);
             else if (++wrong_ > 0)
                 std::cout << "WRONG: " << what << ", duty " << at << '\n';
         }
@@ -180,15 +189,24 @@ private:
 
 int main(int argc, char* argv[])
 {
-    const std::uint64_t count = argc > 1 ? std::stoull(argv[1]) : 10'000;
-    const std::uint64_t first = argc > 2 ? std::stoull(argv[2]) : 1;
     std::string pattern = (std::filesystem::temp_directory_path() / "damage-check-XXXXXX").string();
-    const std::filesystem::path directory = mkdtemp(pattern.data());
-    Check check(directory);
-    for (std::uint64_t seed = first; seed < first + count; ++seed)
-        check.damaged(seed);
-    for (std::size_t length = 1; length <= 4095; ++length)
-        check.cut(length);
-    std::filesystem::remove_all(directory);
-    return check.report();
+    const char* const directory = mkdtemp(pattern.data());
+    int status = 2;
+    try {
+        const std::uint64_t count = argc > 1 ? std::stoull(argv[1]) : 10'000;
+        const std::uint64_t first = argc > 2 ? std::stoull(argv[2]) : 1;
+        if (directory == nullptr)
+            throw std::runtime_error("no temporary directory");
+        Check check(directory);
+        for (std::uint64_t seed = first; seed < first + count; ++seed)
+            check.damaged(seed);
+        for (std::size_t length = 1; length <= 4095; ++length)
+            check.cut(length);
+        status = check.report();
+    } catch (const std::exception& failure) {
+        std::cerr << "damage_check [HOW MANY [FIRST SEED]]: " << failure.what() << '\n';
+    }
+    if (directory != nullptr)
+        std::filesystem::remove_all(directory);
+    return status;
 }

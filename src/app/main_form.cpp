@@ -178,13 +178,11 @@ void MainForm::load()
     }
     loadValveType();
 
-    for (const UnitSystem& units : unitSystems) {
-        if (state.UnitSystem != units.name)
-            continue;
+    if (const UnitSystem* const units = unitsOf(state.UnitSystem)) {
         for (const MainControl name : {MainControl("lblFlow1"), MainControl("lblFlow2")})
-            setLabelCaption(name, std::string(units.flow) + " of");
+            setLabelCaption(name, std::string(units->flow) + " of");
         for (const MainControl name : {MainControl("lblTempUnits1"), MainControl("lblTempUnits2")})
-            setLabelCaption(name, std::string("(") + units.degrees + ")");
+            setLabelCaption(name, std::string("(") + units->degrees + ")");
     }
 
     QStringList names;

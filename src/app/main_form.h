@@ -49,7 +49,7 @@ private:
 
     /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
     void nameGas();
-    /// Results never stand beside inputs they were not made from. (The gravity that the capacity refers to stays; the
+    /// Results never stand beside figures they were not made from. (The gravity that the capacity refers to stays; the
     /// tank volume says nothing of the flash or boiling point and keeps its note.)
     void emptyResultLabels(bool keepPointNote);
 

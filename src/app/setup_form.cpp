@@ -32,12 +32,6 @@ constexpr CustomerBox customerBoxes[] = {
 constexpr SetupControl listCaptions[][2] = {
     {"lblPressureUnits", "lstPressure"}, {"lblFlow", "lstFlow"}, {"lblTemp", "lstTemp"}, {"lblVolume", "lstVolume"}};
 
-bool isOffered(std::string_view valveModel, std::string_view valveType)
-{
-    return std::ranges::any_of(
-        offers, [&](const Offer& offer) { return valveModel == offer.valveModel && valveType == offer.valveType; });
-}
-
 } // namespace
 
 struct SetupForm::Handlers
@@ -187,11 +181,9 @@ void SetupForm::Handlers::chooseUnits(const char* unitSystem) const
 {
     state.UnitSystem = unitSystem;
     fillPressureAndFlow();
-    for (const UnitSystem& units : unitSystems) {
-        if (state.UnitSystem != units.name)
-            continue;
-        fillList(list("lstTemp"), {units.temperature});
-        fillList(list("lstVolume"), {units.volume});
+    if (const UnitSystem* const units = unitsOf(unitSystem)) {
+        fillList(list("lstTemp"), {units->temperature});
+        fillList(list("lstVolume"), {units->volume});
     }
 }
 
@@ -205,9 +197,8 @@ void SetupForm::Handlers::fillPressureAndFlow() const
         if (valveModel == offer.valveModel && valveType == offer.valveType && unitSystem == offer.unitSystem)
             pressure.append(QString::fromUtf8(offer.pressUnits));
     QStringList flow;
-    for (const UnitSystem& units : unitSystems)
-        if (!pressure.isEmpty() && unitSystem == units.name)
-            flow.append(QString::fromUtf8(units.flow));
+    if (const UnitSystem* const units = unitsOf(unitSystem); units != nullptr && !pressure.isEmpty())
+        flow.append(QString::fromUtf8(units->flow));
     fillList(list("lstPressure"), pressure);
     fillList(list("lstFlow"), flow);
 }
@@ -215,9 +206,8 @@ void SetupForm::Handlers::fillPressureAndFlow() const
 void SetupForm::Handlers::cmdContinue_Click() const
 {
     state.UnitSystem = selected(unitOptions);
-    for (const UnitSystem& units : unitSystems)
-        if (state.UnitSystem == units.name)
-            state.PumpRateUnits = units.pumpRate;
+    if (const UnitSystem* const units = unitsOf(state.UnitSystem))
+        state.PumpRateUnits = units->pumpRate;
     state.PressUnits = list("lstPressure").currentItem()->text().toStdString();
     state.FlowUnits = list("lstFlow").item(0)->text().toStdString();
     state.VolUnits = list("lstVolume").item(0)->text().toStdString();

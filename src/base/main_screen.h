@@ -42,7 +42,7 @@ public:
     virtual std::string caption(Label label) const = 0;
     virtual void setCaption(Label label, const std::string& shown) = 0;
 
-    /// Empties the inputs and results; the gas, its specific gravity and the choices stay.
+    /// Empties the inputs (the tank volume becomes "0") and results; the gas, its gravity and the choices stay.
     virtual void modClearData() = 0;
 
     /// Whether "Prin&t" can be pressed.

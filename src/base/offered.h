@@ -119,15 +119,30 @@ inline constexpr Offer offers[] = {
 };
 // clang-format on
 
-/// Whether a row names what the tables above know, and a table and a range that can be.
+/// The row of a unit system; nullptr for any other name.
+constexpr const UnitSystem* unitsOf(std::string_view unitSystem)
+{
+    for (const UnitSystem& units : unitSystems)
+        if (unitSystem == units.name)
+            return &units;
+    return nullptr;
+}
+
+/// Whether a model is built as a valve type.
+constexpr bool isOffered(std::string_view valveModel, std::string_view valveType)
+{
+    return std::ranges::any_of(
+        offers, [&](const Offer& offer) { return valveModel == offer.valveModel && valveType == offer.valveType; });
+}
+
+/// Whether a row names what the tables above know, and a table and a range that can be. A model without a pad valve
+/// would leave the setup form without a choice.
 constexpr bool isSound(const Offer& offer)
 {
-    const auto named = [](const auto& rows, std::string_view name) {
-        return std::ranges::any_of(rows, [&](const auto& row) { return name == row.name; });
-    };
+    const auto isNamed = [&](const Model& model) { return std::string_view(offer.valveModel) == model.name; };
     const std::string_view type = offer.valveType;
-    return named(models, offer.valveModel) && named(unitSystems, offer.unitSystem) &&
-           (type == choice::pad || type == choice::depad) && std::string_view(offer.valveTable).ends_with(type) &&
-           offer.lowest < offer.highest;
+    return std::ranges::any_of(models, isNamed) && unitsOf(offer.unitSystem) != nullptr &&
+           isOffered(offer.valveModel, choice::pad) && (type == choice::pad || type == choice::depad) &&
+           std::string_view(offer.valveTable).ends_with(type) && offer.lowest < offer.highest;
 }
 static_assert(std::ranges::all_of(offers, isSound));

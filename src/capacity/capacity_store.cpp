@@ -15,7 +15,6 @@ namespace
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto lockWaitOfClick = 2000ms;         // another program may hold the file for a moment
 constexpr auto longestLookup = 2000ms;           // beyond it a file is hostile or broken
 constexpr std::uint64_t largestFile = 256 << 20; // bytes: some thousand times the shipped one
 constexpr int largestValue = 1 << 20;            // bytes of a text or a row
@@ -48,7 +47,9 @@ int waitForLock(void* timeLeft, int)
     auto& left = *static_cast<std::chrono::milliseconds*>(timeLeft);
     if (left <= 0ms)
         return 0;
-    left -= std::chrono::milliseconds(std::max(sqlite3_sleep(10), 1));
+    const auto start = Clock::now();
+    sqlite3_sleep(10);
+    left -= std::max(1ms, std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start));
     return 1;
 }
 
@@ -240,7 +241,7 @@ void CapacityStore::beginClick()
 {
     unreadable_ = false;
     checksumOfClick_.reset();
-    lockWaitLeft_ = lockWaitOfClick;
+    lockWaitLeft_ = lockWait;
 }
 
 CapacityRows CapacityStore::open(const std::string& table)

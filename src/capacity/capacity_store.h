@@ -96,6 +96,7 @@ class CapacityStore
 public:
     /// `file` is a path in UTF-8. `numbers` reads the Cv literal of a query text in the user's number format.
     CapacityStore(std::string file, const NumberText& numbers) : file_(std::move(file)), numbers_(&numbers) {}
+    CapacityStore(const CapacityStore&) = delete; // rows refer to it
 
     /// A new click begins: what could not be read in the one before may be read again.
     void beginClick();
@@ -109,6 +110,9 @@ public:
     CapacityRows query(const std::string& text, const Columns& columns);
 
 private:
+    /// For another program's lock, in all of a click.
+    static constexpr std::chrono::milliseconds lockWait{2000};
+
     CapacityRows open(const std::string& table);
     void check(sqlite3* file, const std::optional<FileStamp>& stamp);
 
@@ -118,6 +122,6 @@ private:
     std::optional<FileStamp> whole_; ///< the settled state of the file that has passed the check
     FileContents contents_;          ///< of the file that passed last
     std::optional<std::uint64_t> checksumOfClick_;
-    bool unreadable_ = false; ///< in this click
-    std::chrono::milliseconds lockWaitLeft_{2000};
+    bool unreadable_ = false;                           ///< in this click
+    std::chrono::milliseconds lockWaitLeft_ = lockWait; ///< of the click
 };

@@ -14,7 +14,7 @@ constexpr std::int64_t coarsestTime = std::chrono::nanoseconds(3s).count(); // F
 
 /// Nanoseconds where the system has them, else seconds.
 template <typename Status>
-std::int64_t modified(const Status& status)
+std::int64_t modificationTime(const Status& status)
 {
     if constexpr (requires { status.st_mtim.tv_nsec; })
         return std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
@@ -23,7 +23,7 @@ std::int64_t modified(const Status& status)
 }
 
 template <typename Status>
-std::int64_t changed(const Status& status)
+std::int64_t changeTime(const Status& status)
 {
     if constexpr (requires { status.st_ctim.tv_nsec; })
         return std::int64_t{status.st_ctim.tv_sec} * 1'000'000'000 + status.st_ctim.tv_nsec;
@@ -47,5 +47,5 @@ std::optional<FileStamp> stampOf(const std::string& path)
     if (stat(path.c_str(), &status) != 0)
         return std::nullopt;
     return FileStamp{static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
-                     static_cast<std::uint64_t>(status.st_size), modified(status), changed(status)};
+                     static_cast<std::uint64_t>(status.st_size), modificationTime(status), changeTime(status)};
 }

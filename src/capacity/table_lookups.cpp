@@ -93,8 +93,7 @@ double modLookupCVDepad(SizingContext& sizing, double pressure, std::int32_t flo
 double modLookupSCFHPad(SizingContext& sizing, double pressure, std::int32_t flow)
 {
     const float cv = sizing.state.SelectedCv;
-    const bool stored = cv == 0.2F || cv == 0.4F;
-    return lookupCapacity(sizing, "modLookupSCFHPad", stored ? sizing.state.CvText : sizing.numbers.general(cv),
+    return lookupCapacity(sizing, "modLookupSCFHPad", usesCvText(cv) ? sizing.state.CvText : sizing.numbers.general(cv),
                           pressure, flow);
 }
 
@@ -102,6 +101,11 @@ double modLookupSCFHDepad(SizingContext& sizing, double pressure, std::int32_t f
 {
     return lookupCapacity(sizing, "modLookupSCFHDepad", sizing.numbers.general(sizing.state.SelectedCv), pressure,
                           flow);
+}
+
+bool usesCvText(float cv)
+{
+    return cv == 0.2F || cv == 0.4F;
 }
 
 void modStoreCV(SizingContext& sizing)

@@ -22,5 +22,8 @@ double modLookupCVDepad(SizingContext& sizing, double pressure, std::int32_t flo
 double modLookupSCFHPad(SizingContext& sizing, double pressure, std::int32_t flow);
 double modLookupSCFHDepad(SizingContext& sizing, double pressure, std::int32_t flow);
 
+/// Whether the pad capacity lookup takes the Cv from `CvText`: the two below 1, which have a separator in every locale.
+bool usesCvText(float cv);
+
 /// Sets `CvText` to `SelectedCv` with "." as its decimal point. For 0.2 and 0.4 only.
 void modStoreCV(SizingContext& sizing);

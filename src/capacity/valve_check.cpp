@@ -49,7 +49,7 @@ void checkPad(SizingContext& sizing)
     if (!stepUp(sizing, padCvSeries,
                 "You have exceeded the maximum available valve capacity for the given inlet pressure."))
         return;
-    if (state.SelectedCv == 0.2F || state.SelectedCv == 0.4F)
+    if (usesCvText(state.SelectedCv))
         modStoreCV(sizing);
     if (const char* const message = brokenModelRule(sizing)) {
         sizing.screen.setCaption(Label::lblComments, message);

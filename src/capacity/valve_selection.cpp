@@ -29,7 +29,7 @@ void selectPad(SizingContext& sizing)
         refuse(sizing, "You have exceeded the maximum available valve capacity for the given supply pressure.");
         return;
     }
-    if (state.SelectedCv == 0.2F || state.SelectedCv == 0.4F)
+    if (usesCvText(state.SelectedCv))
         modStoreCV(sizing);
     showSelectedCv(sizing);
     setValveBodySize(sizing, modLookupSizePad(sizing, pressure, flow));

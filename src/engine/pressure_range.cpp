@@ -14,9 +14,7 @@ namespace
 
 const Offer* offerOf(const SizingState& state)
 {
-    const bool typeCounts = std::ranges::any_of(offers, [&](const Offer& offer) {
-        return state.ValveModel == offer.valveModel && state.ValveType == offer.valveType;
-    });
+    const bool typeCounts = isOffered(state.ValveModel, choice::pad) && isOffered(state.ValveModel, choice::depad);
     const auto found = std::ranges::find_if(offers, [&](const Offer& offer) {
         return state.ValveModel == offer.valveModel && (!typeCounts || state.ValveType == offer.valveType) &&
                state.PressUnits == offer.pressUnits;

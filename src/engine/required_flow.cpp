@@ -31,11 +31,13 @@ struct Factor
     float metric;
 };
 
-constexpr Factor displaced{8.0F, 1.01F};        // per gpm (8.02 SCF/h, rounded) and per m3/h: volume for volume
-constexpr Factor outbreathingHigh{8.6F, 1.01F}; // liquid in, high flash or boiling point
-constexpr Factor outbreathingLow{17.1F, 2.02F}; // twice the volume: the liquid gives off vapour too
+// Of the method of API Standard 2000: gas flow per pump rate (SCFH per gpm, Nm3/h per m3/h) and per tank volume (SCFH
+// per gallon, Nm3/h per m3).
+constexpr Factor displaced{8.0F, 1.01F};        // volume for volume: 1 gpm is 8.02 ft3/h
+constexpr Factor outbreathingHigh{8.6F, 1.01F}; // liquid in, high flash or boiling point: 6 SCFH per 42 gal/h
+constexpr Factor outbreathingLow{17.1F, 2.02F}; // twice the volume, 12 SCFH per 42 gal/h: the liquid gives off vapour
 constexpr Factor noBreathing{0, 0};
-constexpr Factor thermal{1.0F / 42, 0.169F}; // 1 SCFH a barrel of 42 gal; Nm3/h per m3
+constexpr Factor thermal{1.0F / 42, 0.169F}; // 1 SCFH a barrel of 42 gal
 constexpr Factor thermalHigh{0.0143F, 0.1F}; // 60 % of it: no vapour to flash
 
 struct FlowRule
@@ -45,10 +47,10 @@ struct FlowRule
     Factor pump;
     Factor breathing;
     double (*largeTank)(SizingContext&, double); ///< nullptr: no thermal breathing
-    double gasConstant; ///< square root of the gravity the capacity tables refer to: nitrogen or air
+    double tableGravityRoot; ///< square root of the specific gravity that the capacity tables refer to
 };
 
-constexpr double nitrogenTables = 0.985;
+constexpr double nitrogenTables = 0.985; // of 0.97
 constexpr double airTables = 1.0;
 
 constexpr FlowRule flowRules[] = {
@@ -111,7 +113,7 @@ void calculate(SizingContext& sizing)
     state.BreathingFlow = breathingFlow(sizing, rule);
     state.TotalFlow = state.PumpFlow + state.BreathingFlow;
     state.SpecGravRoot = squareRoot(state.SpecGrav);
-    state.GasFactor = toSingle(NumberText::standardValue(divide(rule.gasConstant, state.SpecGravRoot)));
+    state.GasFactor = toSingle(NumberText::standardValue(divide(rule.tableGravityRoot, state.SpecGravRoot)));
 
     MainScreen& screen = sizing.screen;
     screen.setCaption(Label::lblPRFlow, shownFlow(sizing, state.PumpFlow));
@@ -127,7 +129,7 @@ bool isHighFlashBoil(const SizingState& state, const MainScreen& screen, const N
 {
     const bool us = state.UnitSystem == choice::us;
     const bool flash = !screen.text(Box::txtFlashPoint).empty();
-    const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149); // degF or degC
+    const double limit = flash ? (us ? 100 : 38) : (us ? 300 : 149); // degF or degC, of API Standard 2000
     return readNumber(numbers, flash ? state.FlashPoint : state.BoilingPoint) >= limit;
 }
 

@@ -38,10 +38,8 @@ std::string percentText(const SizingState& state)
 
 std::string degrees(const SizingState& state)
 {
-    for (const UnitSystem& units : unitSystems)
-        if (state.UnitSystem == units.name)
-            return std::string("deg.") + units.degrees;
-    return {};
+    const UnitSystem* const units = unitsOf(state.UnitSystem);
+    return units == nullptr ? std::string() : std::string("deg.") + units->degrees;
 }
 
 /// As an entry box shows it: line ends, tabs and other control characters that were pasted into one are blanks.

@@ -241,4 +241,6 @@ def main(mode, *rest):
 
 
 if __name__ == "__main__":
+    if len(sys.argv) < 3:
+        sys.exit(__doc__)
     sys.exit(main(*sys.argv[1:]))

@@ -1,5 +1,8 @@
 #include "gui/screens_fixture.h"
 
+#include "app/main_form_layout.h"
+#include "app/setup_form_layout.h"
+
 namespace
 {
 
@@ -20,6 +23,7 @@ TEST_F(CasesInWindows, GiveWhatTheCaseFileSays)
 
 TEST_F(CasesInWindows, TheSetupFormLooksAsTheCaseFileSays)
 {
+    EXPECT_EQ(readCases("setup_form.csv").size(), std::size(setupFormRows));
     for (const Case& row : readCases("setup_form.csv")) {
         const QWidget& control = get<QWidget>(row["Control"].c_str());
         auto* const label = qobject_cast<const QLabel*>(&control);
@@ -37,6 +41,7 @@ TEST_F(CasesInWindows, TheSetupFormLooksAsTheCaseFileSays)
 
 TEST_F(CasesInWindows, TheMainFormLooksAsTheCaseFileSays)
 {
+    EXPECT_EQ(readCases("main_form.csv").size(), std::size(mainFormRows));
     for (const std::string setup :
          {"Series 61, Pad, API-2000, US, PSI", "Series 61, Pad, Direct Displacement, Metric, kPa",
           "Series 63, Depad, API-2000, Metric, mbar", "Series 63, Depad, Direct Displacement, US, in wc"}) {

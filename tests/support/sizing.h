@@ -27,12 +27,10 @@ struct Sizing
         for (const Offer& offer : offers)
             if (state.ValveType == offer.valveType && state.PressUnits == offer.pressUnits)
                 state.ValveTable = offer.valveTable;
-        for (const UnitSystem& units : unitSystems)
-            if (state.UnitSystem == units.name) {
-                state.PumpRateUnits = units.pumpRate;
-                state.FlowUnits = units.flow;
-                state.VolUnits = units.volume;
-            }
+        const UnitSystem& units = *unitsOf(state.UnitSystem);
+        state.PumpRateUnits = units.pumpRate;
+        state.FlowUnits = units.flow;
+        state.VolUnits = units.volume;
         for (const auto& [column, box] : entryColumns)
             screen.boxes[box] = row[column];
         state.CustomerName = "a customer";

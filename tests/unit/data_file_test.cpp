@@ -120,7 +120,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         const auto before = everything();
         const auto start = std::chrono::steady_clock::now();
         EXPECT_EQ(size(), fault.answer) << fault.name;
-        EXPECT_LT(std::chrono::steady_clock::now() - start, 2s) << fault.name;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << fault.name; // on a busy machine
         EXPECT_EQ(everything(), before) << fault.name;
     }
 }
@@ -146,7 +146,8 @@ TEST_F(DataFile, ALockedFileIsWaitedForAWhile)
     sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(size(), refusal);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 3s);
+    EXPECT_GT(std::chrono::steady_clock::now() - start, 1900ms);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
     std::thread release([other] {
         std::this_thread::sleep_for(500ms);
         sqlite3_close(other);

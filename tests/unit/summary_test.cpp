@@ -24,8 +24,10 @@ protected:
     /// The sizing of that name in the case file.
     static Sizing sized(const std::string& name)
     {
-        const std::vector<Case> rows = readCases("sizings.csv");
-        return Sizing(*std::ranges::find(rows, name, [](const Case& row) { return row["Case"]; }));
+        for (const Case& row : readCases("sizings.csv"))
+            if (row["Case"] == name)
+                return Sizing(row);
+        throw std::runtime_error("no case " + name);
     }
     void print(Sizing& sizing)
     {
@@ -49,8 +51,10 @@ TEST_F(Summary, SaysWhatTheCaseFileSays)
             const SummaryForm::Shown& shown = printers.printed->rows()[at];
             EXPECT_EQ(rows[at]["Control"], summaryRows[at].name);
             EXPECT_EQ(rows[at]["Left Top Width Height"], placeOf(summaryRows[at])) << rows[at]["Control"];
-            if (summaryRows[at].place != Place::picture) {
+            if (const Place place = summaryRows[at].place; place != Place::picture) {
+                const bool right = place == Place::boxedRight || place == Place::fittedRight;
                 EXPECT_EQ(rows[at]["Font"], fonts.at(summaryRows[at].type)) << rows[at]["Control"];
+                EXPECT_EQ(rows[at]["Align"], right ? "right" : "left") << rows[at]["Control"];
             }
             EXPECT_EQ(shown.visible ? shown.text : "(hidden)",
                       rows[at][name] + (rows[at]["Control"] == "Label1" ? " " SIZING_VERSION : ""))
