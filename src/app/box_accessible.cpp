@@ -4,6 +4,10 @@
 #include <QAccessibleWidget>
 #include <QFontMetrics>
 #include <QLineEdit>
+#include <QTextBoundaryFinder>
+
+#include <tuple>
+#include <utility>
 
 namespace
 {
@@ -39,18 +43,22 @@ public:
         state.editable = !box().isReadOnly();
         state.readOnly = box().isReadOnly();
         state.selectableText = true;
-        state.hasPopup = true; // the context menu
         return state;
     }
 
-    // The text. An offset beyond its last character has no word, line or sentence: the search for one never ends.
+    // The text.
 
     QString textAtOffset(int offset, QAccessible::TextBoundaryType boundary, int* start, int* end) const override
     {
-        if (offset >= 0 && offset < characterCount())
-            return QAccessibleTextInterface::textAtOffset(offset, boundary, start, end);
-        *start = *end = characterCount();
-        return {};
+        const int length = characterCount();
+        const int at = offset == -1 ? length : offset == -2 ? cursorPosition() : offset;
+        std::tie(*start, *end) = std::pair(0, length);
+        if (boundary == QAccessible::CharBoundary)
+            std::tie(*start, *end) = at >= 0 && at < length ? std::pair(at, at + 1) : std::pair(-1, -1);
+        else if (boundary == QAccessible::WordBoundary || boundary == QAccessible::SentenceBoundary)
+            std::tie(*start, *end) = itemAt(at, boundary == QAccessible::WordBoundary ? QTextBoundaryFinder::Word
+                                                                                      : QTextBoundaryFinder::Sentence);
+        return *start < 0 ? QString() : text(*start, *end);
     }
     QString text(int start, int end) const override { return box().text().mid(start, end - start); }
     int characterCount() const override { return static_cast<int>(box().text().size()); }
@@ -96,13 +104,27 @@ public:
     }
 
 private:
+    /// The word or sentence around a place, or what lies between two of them; nothing behind the last character.
+    std::pair<int, int> itemAt(int at, QTextBoundaryFinder::BoundaryType type) const
+    {
+        QTextBoundaryFinder finder(type, box().text());
+        int start = 0;
+        for (int next = 0; next >= 0; next = static_cast<int>(finder.toNextBoundary())) {
+            if (next > at)
+                return {start, next};
+            start = next;
+        }
+        return {characterCount(), characterCount()};
+    }
+
     QLineEdit& box() const { return *static_cast<QLineEdit*>(widget()); }
 };
 
 QAccessibleInterface* create(const QString& className, QObject* object)
 {
     auto* const box = qobject_cast<QLineEdit*>(object);
-    return box != nullptr && className == QLatin1String("QLineEdit") ? new BoxAccessible(box) : nullptr;
+    const bool speaks = box != nullptr && box->echoMode() == QLineEdit::Normal; // a password is left to the toolkit
+    return speaks && className == QLatin1String("QLineEdit") ? new BoxAccessible(box) : nullptr;
 }
 
 } // namespace

@@ -17,7 +17,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto longestLookup = 2000ms;           // beyond it a file is hostile or broken
 constexpr std::uint64_t largestFile = 256 << 20; // bytes: some thousand times the shipped one
-constexpr int largestValue = 1 << 20;            // bytes of a text or a row
+constexpr int largestValue = 1 << 16;            // bytes of a text or a row
 constexpr int stepsBetweenLooks = 1000;          // of SQLite's machine, between two looks at the clock
 
 /// What SQLite advises for a file that somebody else may have made: nothing in it is run.
@@ -29,8 +29,8 @@ void distrust(sqlite3* file)
                                      {SQLITE_DBCONFIG_ENABLE_VIEW, 0}})
         sqlite3_db_config(file, option, on, nullptr);
     for (const auto& [limit, most] : {std::pair{SQLITE_LIMIT_LENGTH, largestValue},
-                                      {SQLITE_LIMIT_EXPR_DEPTH, 20},
-                                      {SQLITE_LIMIT_COLUMN, 100},
+                                      {SQLITE_LIMIT_EXPR_DEPTH, 100},
+                                      {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50},
                                       {SQLITE_LIMIT_ATTACHED, 0}})
         sqlite3_limit(file, limit, most);
     sqlite3_exec(file, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr); // there is no other place to sort in
@@ -240,8 +240,15 @@ std::string CapacityRows::text(const char* column) const
 void CapacityStore::beginClick()
 {
     unreadable_ = false;
+    stampOfClick_.reset();
     checksumOfClick_.reset();
     lockWaitLeft_ = lockWait;
+}
+
+bool CapacityStore::hasReadOneFile() const
+{
+    // A file may change between a look at its stamp and the reading. Then its stamp is another one now.
+    return !unreadable_ && (!stampOfClick_ || stampOf(file_) == stampOfClick_);
 }
 
 CapacityRows CapacityStore::open(const std::string& table)
@@ -251,8 +258,11 @@ CapacityRows CapacityStore::open(const std::string& table)
     unreadable_ = true; // until it has been
     CapacityRows rows(unreadable_);
     const std::optional<FileStamp> stamp = stampOf(file_);
-    if (stamp && stamp->size > largestFile)
-        throw SilentFailure("the data file is too large");
+    if (!stamp || stamp->size > largestFile)
+        throw SilentFailure("no data file, or one that is too large");
+    if (stampOfClick_.value_or(*stamp) != *stamp)
+        throw SilentFailure("the data file has changed in this click");
+    stampOfClick_ = stamp;
     sqlite3* file = nullptr;
     const int result = sqlite3_open_v2(file_.c_str(), &file, SQLITE_OPEN_READWRITE, readOnlyVfs());
     rows.file_.reset(file);
@@ -262,26 +272,30 @@ CapacityRows CapacityStore::open(const std::string& table)
     *rows.deadline_ = Clock::now() + longestLookup;
     sqlite3_progress_handler(file, stepsBetweenLooks, isLate, rows.deadline_.get());
     sqlite3_busy_handler(file, waitForLock, &lockWaitLeft_);
-    check(file, stamp);
-    unreadable_ = false;
-
+    check(file, *stamp);
     const auto isWanted = [&](const std::string& name) { return sqlite3_stricmp(name.c_str(), table.c_str()) == 0; };
-    if (std::ranges::any_of(contents_.notPlain, isWanted)) {
-        unreadable_ = true;
+    if (std::ranges::any_of(contents_.notPlain, isWanted))
         throw SilentFailure(table + " is no plain table");
-    }
+    unreadable_ = false;
+    if (std::ranges::none_of(contents_.plain, isWanted))
+        throw SilentFailure("no table " + table); // missing in a whole file: a failure of this lookup alone
     return rows;
 }
 
-void CapacityStore::check(sqlite3* file, const std::optional<FileStamp>& stamp)
+void CapacityStore::check(sqlite3* file, const FileStamp& stamp)
 {
-    if (!whole_ || whole_ != stamp) {
+    if (whole_ != stamp) {
         // In one transaction and with room for the whole file, what a lookup reads is what was checked here.
-        const std::uint64_t room = (stamp ? stamp->size : 0) / 1024 + 2000; // KiB
-        const std::string sql = "PRAGMA cell_size_check = 1; PRAGMA cache_size = -" + std::to_string(room) + "; BEGIN";
-        sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr);
+        const std::uint64_t pages = stamp.size / 512 + 4000; // more than there are
+        const std::string sql = "BEGIN; PRAGMA cell_size_check = ON; PRAGMA ignore_check_constraints = ON; "
+                                "PRAGMA cache_size = " +
+                                std::to_string(pages);
+        if (sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+            throw SilentFailure(sqlite3_errmsg(file));
         contents_ = checkFile(file);
-        whole_ = stamp && stamp->isSettled() ? stamp : std::nullopt;
+        whole_.reset();
+        if (stamp.isSettled())
+            whole_ = stamp;
     }
     if (checksumOfClick_.value_or(contents_.checksum) != contents_.checksum)
         throw SilentFailure("another data file than earlier in this click");

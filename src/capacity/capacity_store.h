@@ -101,6 +101,9 @@ public:
     /// A new click begins: what could not be read in the one before may be read again.
     void beginClick();
 
+    /// Whether everything that this click has read came from one whole file, which still is as it was.
+    bool hasReadOneFile() const;
+
     /// The rows of a capacity table, from the first, in the order of its index "Index": Pressure, then flow. The index
     /// of table T is the SQLite index "T.Index"; without it the table cannot be walked.
     CapacityRows table(const std::string& name, const Columns& columns);
@@ -114,13 +117,14 @@ private:
     static constexpr std::chrono::milliseconds lockWait{2000};
 
     CapacityRows open(const std::string& table);
-    void check(sqlite3* file, const std::optional<FileStamp>& stamp);
+    void check(sqlite3* file, const FileStamp& stamp);
 
     std::string file_;
     const NumberText* numbers_;
 
-    std::optional<FileStamp> whole_; ///< the settled state of the file that has passed the check
-    FileContents contents_;          ///< of the file that passed last
+    std::optional<FileStamp> whole_;        ///< the settled state of the file that has passed the check
+    FileContents contents_;                 ///< of the file that passed last
+    std::optional<FileStamp> stampOfClick_; ///< when it began to read
     std::optional<std::uint64_t> checksumOfClick_;
     bool unreadable_ = false;                           ///< in this click
     std::chrono::milliseconds lockWaitLeft_ = lockWait; ///< of the click

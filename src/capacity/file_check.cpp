@@ -96,33 +96,42 @@ std::string quoted(const std::string& name)
     return '"' + name + '"'; // names with a quotation mark are sorted out before
 }
 
-/// The names of all tables and views.
-struct Names
-{
-    std::vector<std::string> plain;
-    std::vector<std::string> notPlain;
-};
-
 bool hasGeneratedColumn(sqlite3* file, const std::string& table)
 {
+    constexpr int hidden = 6; // column of the answer
     bool generated = false;
     forEachRow(file, "PRAGMA table_xinfo(" + quoted(table) + ")",
-               [&](sqlite3_stmt* row) { generated |= sqlite3_column_int(row, 6) != 0; });
+               [&](sqlite3_stmt* row) { generated |= sqlite3_column_int(row, hidden) != 0; });
     return generated;
 }
 
-Names listTables(sqlite3* file)
+/// The tables and views as SQLite understands the file, whatever the file says of itself.
+FileContents listTables(sqlite3* file)
 {
-    Names all;
+    FileContents contents;
+    forEachRow(
+        file,
+        "SELECT name, type FROM pragma_table_list WHERE schema = 'main' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
+        "ORDER BY name",
+        [&](sqlite3_stmt* row) {
+            const std::string name = textOf(row, 0);
+            const bool stored = textOf(row, 1) == "table" && name.find('"') == std::string::npos;
+            const bool plain = stored && !hasGeneratedColumn(file, name);
+            (plain ? contents.plain : contents.notPlain).push_back(name);
+        });
+    return contents;
+}
+
+/// An index on an expression or on a part of a table would be worked out anew by SQLite's check.
+void refuseComputedIndexes(sqlite3* file)
+{
+    bool computed = false;
     forEachRow(file,
-               "SELECT name, type = 'table' AND rootpage > 0 FROM sqlite_schema WHERE type IN ('table', 'view') "
-               "ORDER BY name",
-               [&](sqlite3_stmt* row) {
-                   const std::string name = textOf(row, 0);
-                   const bool stored = sqlite3_column_int(row, 1) != 0 && name.find('"') == std::string::npos;
-                   (stored && !hasGeneratedColumn(file, name) ? all.plain : all.notPlain).push_back(name);
-               });
-    return all;
+               "SELECT 1 FROM sqlite_schema AS s, pragma_index_list(s.name) AS i, pragma_index_xinfo(i.name) AS c "
+               "WHERE s.type LIKE 'table' AND (i.partial OR c.cid = -2) LIMIT 1",
+               [&](sqlite3_stmt*) { computed = true; });
+    if (computed)
+        throw SilentFailure("the data file has an index that is computed");
 }
 
 std::uint64_t checksumOf(sqlite3* file, const std::vector<std::string>& tables)
@@ -151,16 +160,17 @@ std::string asText(std::uint64_t checksum)
 
 FileContents checkFile(sqlite3* file)
 {
+    FileContents contents = listTables(file);
+    refuseComputedIndexes(file);
     if (firstText(file, "PRAGMA integrity_check(1)") != "ok")
         throw SilentFailure("the data file is damaged");
-    Names names = listTables(file);
-    const std::uint64_t checksum = checksumOf(file, names.plain);
-    const bool hasTable = std::ranges::find(names.plain, checksumTable) != names.plain.end();
+    contents.checksum = checksumOf(file, contents.plain);
+    const bool hasTable = std::ranges::find(contents.plain, checksumTable) != contents.plain.end();
     const bool hasId = firstText(file, "PRAGMA application_id") == std::to_string(idOfCheckedFiles);
-    if (hasTable != hasId ||
-        (hasTable && firstText(file, "SELECT value FROM Checksum NOT INDEXED") != asText(checksum)))
+    if ((hasId && !hasTable) ||
+        (hasTable && firstText(file, "SELECT value FROM Checksum NOT INDEXED") != asText(contents.checksum)))
         throw SilentFailure("the data file is not as it was built");
-    return {checksum, std::move(names.notPlain)};
+    return contents;
 }
 
 void writeChecksum(sqlite3* file)

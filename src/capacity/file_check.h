@@ -9,7 +9,8 @@ struct sqlite3;
 /// What a data file that is whole holds.
 struct FileContents
 {
-    std::uint64_t checksum = 0;        ///< over all plain tables: those that can be read without running anything
+    std::uint64_t checksum = 0;        ///< over all plain tables
+    std::vector<std::string> plain;    ///< tables that can be read without running anything
     std::vector<std::string> notPlain; ///< views, virtual tables, tables with generated columns: never read
 };
 

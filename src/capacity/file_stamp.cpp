@@ -38,7 +38,8 @@ bool FileStamp::isSettled() const
     const auto now =
         std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::system_clock::now().time_since_epoch())
             .count();
-    return std::max(modified, changed) < now - coarsestTime;
+    const std::int64_t last = modified > now ? changed : std::max(modified, changed); // files can be dated ahead
+    return last < now - coarsestTime;
 }
 
 std::optional<FileStamp> stampOf(const std::string& path)

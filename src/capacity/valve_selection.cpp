@@ -26,7 +26,7 @@ void selectPad(SizingContext& sizing)
 
     state.SelectedCv = toSingle(modLookupCVPad(sizing, pressure, flow));
     if (state.SelectedCv == 0) {
-        refuse(sizing, "You have exceeded the maximum available valve capacity for the given supply pressure.");
+        refuseForCapacity(sizing);
         return;
     }
     if (usesCvText(state.SelectedCv))
@@ -53,7 +53,7 @@ void selectDepad(SizingContext& sizing)
     state.SelectedCv = toSingle(modLookupCVDepad(sizing, pressure, flow));
     showSelectedCv(sizing); // before the test: no valve shows as 0
     if (state.SelectedCv == 0) {
-        refuse(sizing, "You have exceeded the maximum available valve capacity for the given differential pressure.");
+        refuseForCapacity(sizing);
         return;
     }
     setValveBodySize(sizing, modLookupSizeDepad(sizing, pressure, flow));
@@ -61,6 +61,14 @@ void selectDepad(SizingContext& sizing)
 }
 
 } // namespace
+
+void refuseForCapacity(SizingContext& sizing)
+{
+    const bool pad = sizing.state.SizingCase == sizing_case::padApi2000 ||
+                     sizing.state.SizingCase == sizing_case::padDirectDisplacement;
+    refuse(sizing, pad ? "You have exceeded the maximum available valve capacity for the given supply pressure."
+                       : "You have exceeded the maximum available valve capacity for the given differential pressure.");
+}
 
 void modGetValveData(SizingContext& sizing)
 {

@@ -7,5 +7,8 @@ struct SizingContext;
 /// `SizingError`. A `GasFactor` of 0 or an unreadable pressure: message box, `SizingError`, main form emptied.
 void modGetValveData(SizingContext& sizing);
 
+/// No valve for the duty: the message of the valve type in `lblComments`, and `SizingError`.
+void refuseForCapacity(SizingContext& sizing);
+
 /// Empties the valve results on the main form; the sizing state keeps them.
 void modClearSizingData(SizingContext& sizing);

@@ -81,6 +81,11 @@ void size(SizingContext& sizing)
     if (state.SizingError)
         return;
     modCheckValveData(sizing);
+    if (!sizing.store.hasReadOneFile()) { // a valve put together from two files, or from half of one, is none
+        modClearSizingData(sizing);
+        refuseForCapacity(sizing);
+        return;
+    }
     showUtilisation(sizing);
 }
 

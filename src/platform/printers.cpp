@@ -54,7 +54,8 @@ constexpr std::chrono::seconds patience{5};
 /// Asks the scheduler a question; false when that gets no answer. Without a scheduler there is nothing to wait for.
 bool schedulerAnswers()
 {
-    const int connectWait = static_cast<int>(std::chrono::milliseconds(patience).count());
+    const int connectWait =
+        static_cast<int>(std::chrono::milliseconds(2 * patience).count()); // longer than anyone waits
     const std::unique_ptr<http_t, decltype(&httpClose)> scheduler(
         httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, connectWait, nullptr),
         httpClose);

@@ -51,6 +51,8 @@ std::string onOneLine(std::string text)
             text[at] = ' ';
         else if (c == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0)
             text.replace(at, 2, " "); // U+0080 to U+009F
+        else if (text.compare(at, 3, "\u2028") == 0 || text.compare(at, 3, "\u2029") == 0)
+            text.replace(at, 3, " "); // line and paragraph separator
     }
     return text;
 }

@@ -125,6 +125,53 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
     }
 }
 
+/// A main screen that does something to the file between two lookups: when the caption is written.
+struct BusyScreen : PlainScreen
+{
+    Label when = Label::lblComments;
+    std::function<void()> act;
+
+    void setCaption(Label label, const std::string& shown) override
+    {
+        PlainScreen::setCaption(label, shown);
+        if (label == when)
+            std::exchange(act, [] {})();
+    }
+};
+
+TEST_F(DataFile, AChangeInTheMiddleOfAClickEndsInTheRefusal)
+{
+    const std::string whole = contents(file);
+    sqlite3* other = nullptr;
+    const auto lock = [&] {
+        sqlite3_open(file.c_str(), &other);
+        sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+    };
+    const auto cut = [&] { std::filesystem::resize_file(file, whole.size() - 4096); };
+    const auto rewrite = [&] { std::ofstream(file, std::ios::binary) << whole; };
+    for (const auto& [label, change] :
+         std::initializer_list<std::pair<Label, std::function<void()>>>{{Label::lblPRFlow, cut},
+                                                                        {Label::lblPRFlow, rewrite},
+                                                                        {Label::lblCV, lock},
+                                                                        {Label::lblValveBodySize, rewrite},
+                                                                        {Label::lblMaxValveCapacity, cut}}) {
+        rewrite();
+        BusyScreen busy;
+        busy.when = label;
+        busy.act = change;
+        busy.boxes = {{Box::txtPumpRate, "100"},
+                      {Box::txtPressure, "150"},
+                      {Box::txtSpecGrav, "0.97"},
+                      {Box::txtTankVolume, "1000000"}};
+        SizingContext context{state, busy, messages, numbers, store};
+        cmdCalcFlowRate_Click(context);
+        EXPECT_EQ(busy.caption(Label::lblComments), refusal) << static_cast<int>(label);
+        EXPECT_EQ(busy.caption(Label::lblPercentValveCapacity), "");
+        sqlite3_close(std::exchange(other, nullptr));
+    }
+    EXPECT_TRUE(messages.texts.empty());
+}
+
 TEST_F(DataFile, AReadOnlyFileIsRead)
 {
     chmod(file.c_str(), 0444);

@@ -71,11 +71,11 @@ TEST_F(Summary, KeepsEachFigureInItsForm)
     sizing.state.MaxValveCap = 12098.1F;
     sizing.state.SpecGrav = 1;
     sizing.state.FlashPoint = "037,0";
-    sizing.state.Notes = "two\r\nlines\tof\u0085\u00a0é";
+    sizing.state.Notes = "two\r\nlines\tof\u0085\u00a0é\u2028.";
     sizing.state.PercentCap = 0.015F; // a half
     print(sizing);
     EXPECT_EQ(printers.printed->shown("lblPercentValveCapacity").text, "2");
-    EXPECT_EQ(printers.printed->shown("lblNotes").text, "two  lines of \u00a0é");
+    EXPECT_EQ(printers.printed->shown("lblNotes").text, "two  lines of \u00a0é .");
     EXPECT_EQ(printers.printed->shown("lblCV").text, "0,2");
     EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "12098,099609375");
     EXPECT_EQ(printers.printed->shown("lblSpecGrav").text + printers.printed->shown("lblMaxFlowSG").text, "11,00");
