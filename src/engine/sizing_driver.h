@@ -16,7 +16,8 @@ struct SizingState;
 //    d. `modGetValveData` (capacity/valve_selection) divides that flow by `GasFactor`, finds the first adequate valve
 //       with the lookups of capacity/table_lookups and applies the models' minimum pressures (capacity/model_rules).
 //    e. `modCheckValveData` (capacity/valve_check) steps the Cv up once when the valve does not exceed the flow.
-//    f. The share of the valve's capacity that the duty takes, its advice, and the last captions.
+//    f. Where the lookups have not all read one whole data file, there is no valve.
+//    g. The share of the valve's capacity that the duty takes, its advice, and the last captions.
 // 4. Both status flags are down again, whatever happened.
 //
 // The lookups read `capacities.mdb` through capacity/capacity_store. The engine reaches the window only through
