@@ -139,9 +139,11 @@ constexpr bool isOffered(std::string_view valveModel, std::string_view valveType
 /// would leave the setup form without a choice.
 constexpr bool isSound(const Offer& offer)
 {
-    const auto isNamed = [&](const Model& model) { return std::string_view(offer.valveModel) == model.name; };
+    const auto isNamed = [](const auto& rows, std::string_view name) {
+        return std::ranges::any_of(rows, [&](const auto& row) { return name == row.name; });
+    };
     const std::string_view type = offer.valveType;
-    return std::ranges::any_of(models, isNamed) && unitsOf(offer.unitSystem) != nullptr &&
+    return isNamed(models, offer.valveModel) && isNamed(unitSystems, offer.unitSystem) &&
            isOffered(offer.valveModel, choice::pad) && (type == choice::pad || type == choice::depad) &&
            std::string_view(offer.valveTable).ends_with(type) && offer.lowest < offer.highest;
 }
