@@ -127,8 +127,8 @@ void refuseComputedIndexes(sqlite3* file)
 {
     bool computed = false;
     forEachRow(file,
-               "SELECT 1 FROM sqlite_schema AS s, pragma_index_list(s.name) AS i, pragma_index_xinfo(i.name) AS c "
-               "WHERE s.type LIKE 'table' AND (i.partial OR c.cid = -2) LIMIT 1",
+               "SELECT 1 FROM pragma_table_list AS t, pragma_index_list(t.name) AS i, pragma_index_xinfo(i.name) AS c "
+               "WHERE t.schema = 'main' AND (i.partial OR c.cid = -2) LIMIT 1",
                [&](sqlite3_stmt*) { computed = true; });
     if (computed)
         throw SilentFailure("the data file has an index that is computed");
