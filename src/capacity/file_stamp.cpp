@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace
 {
@@ -12,23 +13,16 @@ using namespace std::chrono_literals;
 
 constexpr std::int64_t coarsestTime = std::chrono::nanoseconds(3s).count(); // FAT counts in steps of 2 s
 
-/// Nanoseconds where the system has them, else seconds.
+/// Of the last change of the contents and of anything: nanoseconds where the system has them, else seconds.
 template <typename Status>
-std::int64_t modificationTime(const Status& status)
+std::pair<std::int64_t, std::int64_t> timesOf(const Status& status)
 {
+    constexpr std::int64_t second = 1'000'000'000;
     if constexpr (requires { status.st_mtim.tv_nsec; })
-        return std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
+        return {status.st_mtim.tv_sec * second + status.st_mtim.tv_nsec,
+                status.st_ctim.tv_sec * second + status.st_ctim.tv_nsec};
     else
-        return std::int64_t{status.st_mtime} * 1'000'000'000;
-}
-
-template <typename Status>
-std::int64_t changeTime(const Status& status)
-{
-    if constexpr (requires { status.st_ctim.tv_nsec; })
-        return std::int64_t{status.st_ctim.tv_sec} * 1'000'000'000 + status.st_ctim.tv_nsec;
-    else
-        return std::int64_t{status.st_ctime} * 1'000'000'000;
+        return {status.st_mtime * second, status.st_ctime * second};
 }
 
 } // namespace
@@ -47,6 +41,7 @@ std::optional<FileStamp> stampOf(const std::string& path)
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0)
         return std::nullopt;
+    const auto [modified, changed] = timesOf(status);
     return FileStamp{static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
-                     static_cast<std::uint64_t>(status.st_size), modificationTime(status), changeTime(status)};
+                     static_cast<std::uint64_t>(status.st_size), modified, changed};
 }
