@@ -29,21 +29,27 @@ PAD_SIZES = {0.2: '1/2"', 0.4: '1/2"', 1: '1"', 2: '1"', 4: '1"', 7.5: '1"', 10:
 DEPAD_SIZES = {3: '1"', 6: '1"', 12: '1"', 17: '2"', 20: '2"', 35: '2"', 70: '3"', 90: '3"',
                115: '4"', 140: '4"', 150: '4"', 200: '4"', 280: '6"'}
 
-# Table, body size of each Cv, gas, pascal per pressure unit, flow unit per SCFH, pressures.
+# How far apart neighbouring pressures may be, as a ratio. Above a row's pressure the program takes the next row and
+# steps up once: a row's flow must stay below that of the next Cv of the series at the row before. 150 passes 7 % more
+# than 140, and a flow grows about like the square root of the pressure; of the pad valves, 10 passes 33 % more than 7.5.
+PAD_STEP, DEPAD_STEP = 1.25, 1.1
+
+# Table, body size of each Cv, gas, pascal per pressure unit, flow unit per SCFH, pressures, their largest step.
 VALVE_TABLES = [
     ("psi_Pad", PAD_SIZES, NITROGEN, PSI, 1,
-     [1, 2, 3, 5, 7.5, 10, 15, 20, 25, 30, 35, 40, 50, 60, 70, 80, 100, 120, 140, 160, 180, 200]),
+     [1, 2, 3, 5, 7.5, 10, 15, 20, 25, 30, 35, 40, 50, 60, 70, 80, 100, 120, 140, 160, 180, 200], PAD_STEP),
     ("kgcm2_Pad", PAD_SIZES, NITROGEN, KG_CM2, NM3H_PER_SCFH,
-     [0.07, 0.14, 0.2, 0.35, 0.5, 0.7, 1, 1.4, 1.76, 1.8, 2, 2.5, 3, 3.5, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14.06]),
+     [0.07, 0.14, 0.2, 0.35, 0.5, 0.7, 1, 1.4, 1.76, 1.8, 2, 2.5, 3, 3.5, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14.06],
+     PAD_STEP),
     ("kpa_Pad", PAD_SIZES, NITROGEN, KPA, NM3H_PER_SCFH,
      [6.9, 10, 15, 20, 35, 50, 70, 100, 140, 172, 200, 250, 300, 350, 400, 500, 600, 700, 800, 900, 1000, 1100, 1200,
-      1300, 1379]),
+      1300, 1379], PAD_STEP),
     ("psi_Depad", DEPAD_SIZES, AIR, PSI, 1,
-     [0.07, 0.1, 0.15, 0.2, 0.25, 0.3, 0.4, 0.5, 0.6, 0.8, 1, 1.2, 1.4, 1.6, 1.8, 2, 2.2, 2.4, 2.6, 2.8]),
+     [0.07, 0.1, 0.15, 0.2, 0.25, 0.3, 0.4, 0.5, 0.6, 0.8, 1, 1.2, 1.4, 1.6, 1.8, 2, 2.2, 2.4, 2.6, 2.8], DEPAD_STEP),
     ("inwc_Depad", DEPAD_SIZES, AIR, IN_WC, 1,
-     [2, 3, 4, 5, 6, 8, 10, 12, 15, 20, 25, 30, 35, 40, 45, 50, 55, 60, 65, 70, 77]),
+     [2, 3, 4, 5, 6, 8, 10, 12, 15, 20, 25, 30, 35, 40, 45, 50, 55, 60, 65, 70, 77], DEPAD_STEP),
     ("mbar_Depad", DEPAD_SIZES, AIR, MBAR, NM3H_PER_SCFH,
-     [5, 7.5, 10, 12.5, 15, 20, 25, 30, 40, 50, 60, 70, 80, 100, 120, 140, 160, 180, 193]),
+     [5, 7.5, 10, 12.5, 15, 20, 25, 30, 40, 50, 60, 70, 80, 100, 120, 140, 160, 180, 193], DEPAD_STEP),
 ]
 
 # API Standard 2000 thermal venting of large tanks: volume, in-breathing (pad), and out-breathing (depad) of a liquid
@@ -73,6 +79,14 @@ def capacity(cv, gauge_psi, specific_gravity):
     return N7 * cv * inlet * expansion * math.sqrt(x / (specific_gravity * INLET_TEMPERATURE))
 
 
+def with_steps(pressures, largest_step):
+    """`pressures` with as few evenly spaced ones between any two as `largest_step` takes."""
+    for low, high in zip(pressures, pressures[1:]):
+        parts = math.ceil((high - low) / (low * (largest_step - 1)) - 1e-9)
+        yield from (float(f"{low + (high - low) * part / parts:.4g}") for part in range(parts))
+    yield pressures[-1]
+
+
 def four_digits(value):
     """`value` to four significant digits, written without an exponent."""
     return format(Decimal(f"{value:.3e}").normalize(), "f")
@@ -86,10 +100,10 @@ def write(name, header, rows):
         writer.writerows(rows)
 
 
-for name, sizes, gas, pascal, flow_unit, pressures in VALVE_TABLES:
+for name, sizes, gas, pascal, flow_unit, pressures, largest_step in VALVE_TABLES:
     write(name, ["Pressure", "flow", "Bodysize", "CV"],
-          [(pressure, four_digits(flow_unit * capacity(cv, pressure * pascal / PSI, gas)), size, cv)
-           for pressure in pressures for cv, size in sizes.items()])
+          [(f"{pressure:g}", four_digits(flow_unit * capacity(cv, pressure * pascal / PSI, gas)), size, cv)
+           for pressure in with_steps(pressures, largest_step) for cv, size in sizes.items()])
 
 for name, rows in LARGE_TANK_TABLES.items():
     write(name, ["TankVol", "Pad", "DepadHFP", "DepadLFP"], [(*row, row[1]) for row in rows])
