@@ -1,19 +1,24 @@
 #include "capacity_database.h"
 
 #include "base/failure.h"
+#include "base/number_text.h"
+#include "capacity/capacity_store.h"
 #include "capacity/file_check.h"
+#include "findings.h"
 
 #include <sqlite3.h>
-#include <unistd.h>
 
-#include <cstring>
 #include <memory>
-#include <ostream>
-#include <span>
 #include <stdexcept>
 
 namespace
 {
+
+constexpr Rule canBeRead{Severity::error, "the program cannot read it"};
+constexpr Rule storedRight{Severity::error, "numbers are stored as numbers, body sizes as text"};
+constexpr Rule notEmpty{Severity::error, "a table has rows"};
+constexpr Rule hasChecksum{Severity::warning,
+                           "the program cannot notice when the figures are damaged; --export and build"};
 
 struct CloseConnection
 {
@@ -26,31 +31,6 @@ struct FinalizeStatement
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 };
 using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-
-/// Removes the file when left, unless it has been renamed away by then.
-struct TemporaryFile
-{
-    std::filesystem::path path;
-    explicit TemporaryFile(std::filesystem::path temporary) : path(std::move(temporary)) {}
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(path, ignored);
-    }
-};
-
-Connection createDatabase(const std::filesystem::path& file)
-{
-    sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    Connection connection(opened);
-    if (result != SQLITE_OK)
-        throw std::runtime_error(std::string(sqlite3_errstr(result)) + ": " +
-                                 std::strerror(sqlite3_system_errno(opened)));
-    return connection;
-}
 
 void require(bool success, const Connection& connection)
 {
@@ -73,20 +53,19 @@ void bind(sqlite3_stmt* statement, int parameter, const std::string& value)
     sqlite3_bind_text(statement, parameter, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
 }
 
-/// Fills the table `name`, whose columns stand in the order of `columns`.
+/// Fills the table `name`, whose columns stand in the order of `columnsOf`.
 template <typename Row>
-void insertRows(const Connection& connection, const std::string& name, std::span<const Column<Row>> columns,
-                const std::vector<Row>& rows)
+void insertRows(const Connection& connection, const std::string& name, const std::vector<Row>& rows)
 {
     std::string sql = "INSERT INTO \"" + name + "\" VALUES (?";
-    for (std::size_t i = 1; i < columns.size(); ++i)
+    for (std::size_t i = 1; i < columnsOf<Row>().size(); ++i)
         sql += ", ?";
     sqlite3_stmt* prepared = nullptr;
     require(sqlite3_prepare_v2(connection.get(), (sql + ")").c_str(), -1, &prepared, nullptr) == SQLITE_OK, connection);
     const Statement statement(prepared);
     for (const Row& row : rows) {
         int parameter = 0;
-        for (const Column<Row>& column : columns) {
+        for (const Column<Row>& column : columnsOf<Row>()) {
             ++parameter;
             std::visit([&](auto member) { bind(prepared, parameter, row.*member); }, column.member);
         }
@@ -95,57 +74,146 @@ void insertRows(const Connection& connection, const std::string& name, std::span
     }
 }
 
-void writeTables(const CapacityTables& tables, const Connection& connection)
+/// Reads one table of a data file through the program's own store.
+template <typename Row>
+class StoredTable
 {
-    run(connection, "PRAGMA journal_mode = MEMORY"); // no journal beside the temporary file; not stored in it
-    run(connection, "BEGIN");
-    for (const auto& [name, rows] : tables.valves) {
-        run(connection, "CREATE TABLE \"" + name + "\" (Pressure REAL, flow REAL, Bodysize TEXT, CV REAL)");
-        insertRows<CapacityRow>(connection, name, capacityColumns, rows);
-        run(connection, "CREATE INDEX \"" + name + ".Index\" ON \"" + name + "\" (Pressure, flow)");
+public:
+    StoredTable(CapacityStore& store, const std::string& name, Findings& findings) : store_(store), findings_(findings)
+    {
+        table_.file = name;
+        table_.isWhole = true;
     }
-    for (const auto& [name, rows] : tables.largeTanks) {
-        // Read without ORDER BY: stored by its key, the table comes in ascending volume all the same.
-        run(connection, "CREATE TABLE \"" + name +
-                            "\" (TankVol REAL PRIMARY KEY, Pad REAL, DepadHFP REAL, DepadLFP REAL) WITHOUT ROWID");
-        insertRows<LargeTankRow>(connection, name, largeTankColumns, rows);
+
+    /// Throws SilentFailure when the program cannot read it.
+    Table<Row> read()
+    {
+        readRows();
+        return std::move(table_);
     }
-    run(connection, "COMMIT");
-    writeChecksum(connection.get()); // the program notices any change of the figures
-}
+
+private:
+    static std::string typeColumn(const char* column) { return std::string("type of ") + column; }
+
+    void readRows()
+    {
+        std::string sql = "SELECT *";
+        Columns walked;
+        for (const Column<Row>& column : columnsOf<Row>()) {
+            sql += std::string(", typeof(") + column.name + ") AS \"" + typeColumn(column.name) + '"';
+            walked.push_back(column.name);
+        }
+        if constexpr (std::is_same_v<Row, CapacityRow>)
+            store_.table(table_.file, walked); // in the order of its index, which must be there
+        CapacityRows rows = store_.query(sql + " FROM " + table_.file, {});
+        for (std::size_t line = 1; !rows.atEnd(); rows.next(), ++line)
+            readRow(rows, line);
+        if (table_.isWhole && table_.rows.empty())
+            findings_.report(notEmpty, table_.file, 0, "there is none");
+    }
+
+    void readRow(const CapacityRows& stored, std::size_t line)
+    {
+        Row row;
+        row.line = line;
+        bool good = true;
+        for (const Column<Row>& column : columnsOf<Row>()) {
+            const auto readInto = [&](auto member) { return readValue(stored, column.name, row.*member, line); };
+            good = std::visit(readInto, column.member) && good;
+        }
+        table_.isWhole &= good;
+        if (good)
+            table_.rows.push_back(std::move(row));
+    }
+
+    bool isStored(const CapacityRows& stored, const char* column, bool asNumber, std::size_t line)
+    {
+        const std::string type = stored.text(typeColumn(column).c_str());
+        if (asNumber ? type == "real" || type == "integer" : type == "text")
+            return true;
+        findings_.report(storedRight, table_.file, line, std::string(column) + " is stored as " + type);
+        return false;
+    }
+
+    bool readValue(const CapacityRows& stored, const char* column, double& value, std::size_t line)
+    {
+        if (!isStored(stored, column, true, line))
+            return false;
+        value = stored.number(column);
+        return checkValue(value, column, table_.file, line, findings_);
+    }
+
+    bool readValue(const CapacityRows& stored, const char* column, std::string& value, std::size_t line)
+    {
+        if (!isStored(stored, column, false, line))
+            return false;
+        value = stored.text(column);
+        return checkValue(value, column, table_.file, line, findings_);
+    }
+
+    CapacityStore& store_;
+    Findings& findings_;
+    Table<Row> table_;
+};
 
 } // namespace
 
-void replaceDatabase(const CapacityTables& tables, const std::filesystem::path& file)
+std::string databaseBytes(const CapacityTables& tables)
 {
-    const TemporaryFile temporary(file.string() + ".new-" + std::to_string(getpid()));
-    std::error_code failure;
-    std::filesystem::remove(temporary.path, failure);    // left by a killed run with the same process number
-    writeTables(tables, createDatabase(temporary.path)); // closed again before it is renamed
-    std::filesystem::rename(temporary.path, file, failure);
-    if (failure)
-        throw std::runtime_error(failure.message());
+    sqlite3* opened = nullptr;
+    const int result = sqlite3_open(":memory:", &opened);
+    const Connection connection(opened);
+    require(result == SQLITE_OK, connection);
+    run(connection, "BEGIN");
+    for (const auto& [name, table] : tables.valves) {
+        run(connection, "CREATE TABLE \"" + name + "\" (Pressure REAL, flow REAL, Bodysize TEXT, CV REAL)");
+        insertRows(connection, name, table.rows);
+        run(connection, "CREATE INDEX \"" + name + ".Index\" ON \"" + name + "\" (Pressure, flow)");
+    }
+    for (const auto& [name, table] : tables.largeTanks) {
+        // Read without ORDER BY: stored by its key, the table comes in ascending volume all the same.
+        run(connection, "CREATE TABLE \"" + name +
+                            "\" (TankVol REAL PRIMARY KEY, Pad REAL, DepadHFP REAL, DepadLFP REAL) WITHOUT ROWID");
+        insertRows(connection, name, table.rows);
+    }
+    run(connection, "COMMIT");
+    writeChecksum(connection.get()); // the program notices any change of the figures
+    sqlite3_int64 size = 0;
+    const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
+        sqlite3_serialize(connection.get(), "main", &size, 0), sqlite3_free);
+    if (!bytes)
+        throw std::runtime_error("no memory");
+    return {reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size)};
 }
 
-int buildCapacities(const std::vector<std::string>& arguments, std::ostream& messages)
+CapacityTables readDatabase(const std::filesystem::path& file, Findings& findings)
 {
-    if (arguments.size() != 2) {
-        messages << "usage: build_capacities IN_DIR OUT_FILE\n"
-                    "Builds the data file OUT_FILE from the capacity tables, one CSV file each, in IN_DIR.\n";
-        return 2;
-    }
-    const std::string& file = arguments[1];
-    Findings findings(messages);
-    const CapacityTables tables = readCapacityTables(arguments[0], findings);
-    if (findings.errors() == 0) {
+    const NumberText numbers;
+    CapacityStore store(file.string(), numbers);
+    CapacityTables tables;
+    std::string lastReason;
+    const auto read = [&]<typename Row>(std::map<std::string, Table<Row>>& into, std::string_view name) {
+        store.beginClick(); // one table that cannot be read says nothing of the next
+        Table<Row>& table = into[std::string(name)];
+        table.file = name;
         try {
-            replaceDatabase(tables, file);
-        } catch (const std::runtime_error& failure) {
-            findings.error(file, 0, std::string("cannot be written: ") + failure.what());
+            table = StoredTable<Row>(store, table.file, findings).read();
+        } catch (const SilentFailure& failure) {
+            if (failure.what() != lastReason) // of the whole file, it is said once
+                findings.report(canBeRead, name, 0, failure.what());
+            lastReason = failure.what();
         }
+    };
+    for (const ValveTable& table : valveTables())
+        read(tables.valves, table.name);
+    for (const LargeTankTable& table : largeTankTables)
+        read(tables.largeTanks, table.name);
+    store.beginClick();
+    try {
+        store.query("SELECT value FROM Checksum", {});
+    } catch (const SilentFailure& failure) {
+        if (failure.what() != lastReason)
+            findings.report(hasChecksum, "Checksum", 0, failure.what());
     }
-    const bool built = findings.errors() == 0;
-    messages << "build_capacities: errors: " << findings.errors() << ", warnings: " << findings.warnings() << "; "
-             << (built ? file + " is built" : "nothing is written") << '\n';
-    return built ? 0 : 1;
+    return tables;
 }

@@ -3,14 +3,14 @@
 #include "capacity_tables.h"
 
 #include <filesystem>
-#include <iosfwd>
 #include <string>
-#include <vector>
 
-/// Writes the data file with `tables` and puts it in the place of `file` in one step. Throws std::runtime_error with
-/// the reason when it cannot; `file` is then as it was and nothing is left beside it.
-void replaceDatabase(const CapacityTables& tables, const std::filesystem::path& file);
+class Findings;
 
-/// The whole command, `arguments` without the program name. Findings and a closing line go to `messages`. Gives the
-/// exit status: 0 built, 1 refused or not written, 2 wrong arguments.
-int buildCapacities(const std::vector<std::string>& arguments, std::ostream& messages);
+/// The bytes of a data file with `tables`; the same for the same tables. Throws std::runtime_error when there is no
+/// memory for it.
+std::string databaseBytes(const CapacityTables& tables);
+
+/// Reads the tables of a data file, whoever made it, as the program finds them: the file itself, names, columns,
+/// indexes and types of the values are checked on the way. Rows are counted from 1 in the order they are stored in.
+CapacityTables readDatabase(const std::filesystem::path& file, Findings& findings);

@@ -1,10 +1,10 @@
 #include "capacity_tables.h"
 
-#include "base/number_text.h"
 #include "base/offered.h"
 #include "capacity/cv_series.h"
 #include "csv_reader.h"
 #include "engine/tank_limits.h"
+#include "findings.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,71 +12,29 @@
 #include <cmath>
 #include <cstring>
 #include <fstream>
-#include <limits>
 #include <optional>
-#include <ostream>
-#include <span>
+
+const std::array<LargeTankTable, 2> largeTankTables{{
+    {"USLargeTank", choice::us, "gal", smallTankGallons, largestTankGallons},
+    {"MetriclargeTank", choice::metric, "m3", smallTankCubicMeters, largestTankCubicMeters},
+}};
 
 namespace
 {
 
-/// A valve table and what it must hold: every pressure that any model lets a user enter for it.
-struct ValveTable
-{
-    std::string_view name;
-    std::string_view pressUnits;
-    std::span<const float> cvSeries;
-    double lowest;
-    double highest;
-};
+constexpr std::size_t mostRows = 20'000; // thirty times those of the shipped tables, read in a tenth of a second
 
-std::vector<ValveTable> valveTables()
-{
-    std::vector<ValveTable> tables;
-    for (const Offer& offer : offers) {
-        const auto known = std::ranges::find(tables, offer.valveTable, &ValveTable::name);
-        if (known == tables.end()) {
-            tables.push_back(
-                {offer.valveTable, offer.pressUnits, cvSeries(offer.valveType), offer.lowest, offer.highest});
-        } else {
-            known->lowest = std::min(known->lowest, offer.lowest);
-            known->highest = std::max(known->highest, offer.highest);
-        }
-    }
-    return tables;
-}
-
-/// Volumes, in `volUnits`, that are looked up in a large-tank table rather than computed.
-struct LargeTankTable
-{
-    const char* name;
-    const char* volUnits;
-    double lowest;
-    double highest;
-};
-
-constexpr std::array<LargeTankTable, 2> largeTankTables{{
-    {"USLargeTank", "gal", smallTankGallons, largestTankGallons},
-    {"MetriclargeTank", "m3", smallTankCubicMeters, largestTankCubicMeters},
-}};
-
-/// Where a finding belongs.
-struct Place
-{
-    const std::string& file;
-    std::size_t line;
-    Findings& findings;
-
-    void error(const std::string& reason) const { findings.error(file, line, reason); }
-};
-
-/// Shortest text that reads back as `value`.
-template <typename Number>
-std::string shortest(Number value)
-{
-    std::array<char, 32> text;
-    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
-}
+constexpr Rule unreadable{Severity::error, "cannot be read"};
+constexpr Rule oneWayToRead{Severity::error, "a text is read only when that can be done in exactly one way"};
+constexpr Rule headed{Severity::error, "the first row names the columns of the table, each once, capitals included"};
+constexpr Rule notEmpty{Severity::error, "a table has rows"};
+constexpr Rule notTooLarge{Severity::error,
+                           "the program reads the whole file at a click; a table has at most 20000 rows"};
+constexpr Rule rowFits{Severity::error, "a row has as many fields as the header"};
+constexpr Rule quotedRight{Severity::error, "a text with a quotation mark is written like \"1/2\"\"\""};
+constexpr Rule finiteNumber{Severity::error, "a number is finite, not negative, and written in digits"};
+constexpr Rule plainText{Severity::error, "a text is UTF-8, and neither blank nor with control characters"};
+constexpr Rule lastLine{Severity::warning, "the last line has no end, as if the file had been cut"};
 
 /// Whether every byte of `text` has its place in a UTF-8 sequence. Text in a one-byte encoding rarely passes.
 bool isUtf8(std::string_view text)
@@ -97,251 +55,233 @@ bool isUtf8(std::string_view text)
     return true;
 }
 
-/// The file's bytes; a file that cannot be read is an error and gives nothing.
-std::optional<std::string> readFile(const std::filesystem::path& path, Findings& findings)
-{
-    errno = 0;
-    std::ifstream in(path, std::ios::binary);
-    std::string text;
-    std::array<char, 4096> block;
-    while (in.read(block.data(), block.size()) || in.gcount() > 0) // the last, shorter block counts as a failed read
-        text.append(block.data(), static_cast<std::size_t>(in.gcount()));
-    if (!in.eof() || in.bad()) {
-        findings.error(path.filename().string(), 0, std::string("cannot be read: ") + std::strerror(errno));
-        return std::nullopt;
-    }
-    return text;
-}
-
-/// Reads one field; false when it is an error, which is then reported.
-bool readField(const std::string& text, const char* column, double& value, const Place& place)
-{
-    const std::string named = std::string(column) + " \"" + text + "\"";
-    const char* end = text.data() + text.size();
-    const auto [stop, failure] = std::from_chars(text.data(), end, value);
-    if (text.empty())
-        place.error(std::string(column) + " is empty");
-    else if (failure == std::errc::invalid_argument || stop != end)
-        place.error(named + " is not a number");
-    else if (failure != std::errc() || !std::isfinite(value))
-        place.error(named + " is not a finite number");
-    else if (std::signbit(value))
-        place.error(named + " is negative");
-    else
-        return true;
-    return false;
-}
-
-bool readField(const std::string& text, const char* column, std::string& value, const Place& place)
-{
-    value = text;
-    if (text.find_first_not_of(" \t\r\n") == std::string::npos)
-        place.error(std::string(column) + " is empty");
-    else if (!isUtf8(text))
-        place.error(std::string(column) + " is not UTF-8 text");
-    else
-        return true;
-    return false;
-}
-
-/// The column that each field of the header names, nullptr for one it should not have.
+/// Reads the CSV file of one table.
 template <typename Row>
-std::vector<const Column<Row>*> readHeader(const CsvRow& header, std::span<const Column<Row>> columns,
-                                           const Place& place)
+class TableReader
 {
-    std::vector<const Column<Row>*> order;
-    for (const std::string& name : header.fields) {
-        const auto column = std::ranges::find_if(columns, [&](const auto& one) { return name == one.name; });
-        const bool known = column != columns.end();
-        const bool doubled = known && std::ranges::find(order, &*column) != order.end();
-        if (!known)
-            place.error("unknown column \"" + name + "\"");
-        else if (doubled)
-            place.error("column " + name + " stands twice");
-        order.push_back(known && !doubled ? &*column : nullptr);
+public:
+    TableReader(std::filesystem::path path, Findings& findings) : path_(std::move(path)), findings_(findings)
+    {
+        table_.file = path_.filename().string();
+        table_.isWhole = true;
     }
-    for (const Column<Row>& column : columns)
-        if (std::ranges::find(order, &column) == order.end())
-            place.error(std::string("column ") + column.name + " is missing");
-    return order;
-}
 
-void reportBrokenQuoting(const Place& place)
-{
-    place.error("broken quoting; a text with a quotation mark is written like \"1/2\"\"\"");
-}
+    Table<Row> read()
+    {
+        errno = 0;
+        std::ifstream in(path_, std::ios::binary);
+        in.peek(); // a directory can be opened, but not read
+        if (in.bad() || !in.is_open()) {
+            report(unreadable, 0, std::strerror(errno));
+            return std::move(table_);
+        }
+        in.clear();
+        try {
+            readRows(in);
+        } catch (const CsvProblem& problem) {
+            report(oneWayToRead, problem.line, problem.what());
+        }
+        return std::move(table_);
+    }
 
-/// Reads one row's fields, whose columns are `order`, into `row`; false when there was anything to report.
-template <typename Row>
-bool readRow(const CsvRow& csv, const std::vector<const Column<Row>*>& order, Row& row, const Place& place)
-{
-    if (csv.fields.empty()) {
-        reportBrokenQuoting(place);
-        return false;
+private:
+    void report(const Rule& rule, std::size_t line, const std::string& found)
+    {
+        findings_.report(rule, table_.file, line, found);
+        table_.isWhole &= rule.severity != Severity::error;
     }
-    if (csv.fields.size() != order.size()) {
-        place.error(shortest(csv.fields.size()) + " fields where the header has " + shortest(order.size()));
-        return false;
-    }
-    bool good = true;
-    row.line = csv.line;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        if (!order[i])
-            continue;
-        const auto read = [&](auto member) { return readField(csv.fields[i], order[i]->name, row.*member, place); };
-        good = std::visit(read, order[i]->member) && good;
-    }
-    return good;
-}
 
-/// The readable rows of a table's file; everything else in it is an error.
-template <typename Row>
-std::vector<Row> readTable(const std::filesystem::path& path, std::span<const Column<Row>> columns, Findings& findings)
-{
-    const std::optional<std::string> text = readFile(path, findings);
-    if (!text)
-        return {};
-    const std::string file = path.filename().string();
-    const std::vector<CsvRow> csv = readCsv(*text);
-    if (csv.empty()) {
-        findings.error(file, 1, "the header row is missing");
-        return {};
+    void readRows(std::istream& in)
+    {
+        std::vector<CsvColumn> columns;
+        for (const Column<Row>& column : columnsOf<Row>())
+            columns.push_back({column.name, std::holds_alternative<double Row::*>(column.member)});
+        format_ = findCsvFormat(in, columns);
+        in.clear();
+        in.seekg(0);
+        CsvReader reader(in, format_.separator);
+        CsvRow csv;
+        if (!reader.next(csv)) {
+            report(headed, 1, "the header row is missing");
+            return;
+        }
+        readHeader(csv);
+        const std::size_t headerLine = csv.line;
+        bool hasRows = false;
+        for (; reader.next(csv); hasRows = true) {
+            if (table_.rows.size() == mostRows) {
+                report(notTooLarge, csv.line, "there are more");
+                return;
+            }
+            readRow(csv);
+        }
+        if (!hasRows)
+            report(notEmpty, headerLine, "there is none");
+        if (!reader.lastLineHasEnd())
+            report(lastLine, csv.line, csv.fields.empty() ? "" : "the field \"" + csv.fields.back() + '"');
     }
-    const Place header{file, csv.front().line, findings};
-    if (csv.size() == 1)
-        header.error("the table is empty");
-    if (csv.front().fields.empty()) {
-        reportBrokenQuoting(header);
-        return {};
+
+    /// Finds the column that each field of the header names; columns without a name at its end are left out.
+    void readHeader(CsvRow& header)
+    {
+        if (header.fields.empty())
+            report(quotedRight, header.line, "broken quoting");
+        while (!header.fields.empty() && header.fields.back().empty())
+            header.fields.pop_back();
+        for (const std::string& name : header.fields) {
+            const auto column =
+                std::ranges::find_if(columnsOf<Row>(), [&](const auto& one) { return name == one.name; });
+            const bool known = column != columnsOf<Row>().end();
+            const bool doubled = known && std::ranges::find(order_, &*column) != order_.end();
+            if (!known)
+                report(headed, header.line, "unknown column \"" + name + '"');
+            else if (doubled)
+                report(headed, header.line, "column " + name + " stands twice");
+            order_.push_back(known && !doubled ? &*column : nullptr);
+        }
+        for (const Column<Row>& column : columnsOf<Row>())
+            if (!header.fields.empty() && std::ranges::find(order_, &column) == order_.end())
+                report(headed, header.line, std::string("column ") + column.name + " is missing");
     }
-    const int errorsBefore = findings.errors();
-    const auto order = readHeader(csv.front(), columns, header);
-    const bool headerGood = findings.errors() == errorsBefore;
-    std::vector<Row> rows;
-    for (const CsvRow& fields : std::span(csv).subspan(1)) {
+
+    void readRow(CsvRow& csv)
+    {
+        if (csv.fields.empty()) {
+            report(quotedRight, csv.line, "broken quoting");
+            return;
+        }
+        while (csv.fields.size() > order_.size() && csv.fields.back().empty()) // columns that a spreadsheet adds
+            csv.fields.pop_back();
+        if (csv.fields.size() != order_.size()) {
+            report(rowFits, csv.line,
+                   std::to_string(csv.fields.size()) + " fields where the header has " + std::to_string(order_.size()));
+            return;
+        }
         Row row;
-        if (readRow(fields, order, row, {file, fields.line, findings}) && headerGood)
-            rows.push_back(row);
+        row.line = csv.line;
+        bool good = true;
+        for (std::size_t at = 0; at < order_.size(); ++at) {
+            if (!order_[at])
+                continue;
+            const auto readInto = [&](auto member) {
+                return readField(csv.fields[at], order_[at]->name, row.*member, csv.line);
+            };
+            good = std::visit(readInto, order_[at]->member) && good;
+        }
+        table_.isWhole &= good;
+        if (good)
+            table_.rows.push_back(std::move(row));
     }
-    return rows;
-}
 
-/// The rows of one Cv by pressure.
-using Curve = std::map<double, const CapacityRow*>;
-
-void checkCurve(const ValveTable& table, const std::string& file, float cv, const Curve& curve, Findings& findings)
-{
-    const CapacityRow& lowest = *curve.begin()->second;
-    const CapacityRow& highest = *curve.rbegin()->second;
-    const std::string units = " " + std::string(table.pressUnits);
-    const auto warn = [&](const CapacityRow& row, const std::string& reason) {
-        findings.warning(file, row.line, "Cv " + shortest(cv) + reason);
-    };
-    if (std::ranges::find(table.cvSeries, cv) == table.cvSeries.end())
-        warn(lowest, " is outside the series of this valve type");
-    if (lowest.pressure > table.lowest)
-        warn(lowest, " begins at " + shortest(lowest.pressure) + units + ", above the lowest permitted pressure, " +
-                         shortest(table.lowest) + units);
-    if (highest.pressure < table.highest)
-        warn(highest, " ends at " + shortest(highest.pressure) + units + ", below the highest permitted pressure, " +
-                          shortest(table.highest) + units);
-    const CapacityRow* before = &lowest;
-    for (const auto& [pressure, row] : curve) {
-        if (row->flow < before->flow)
-            warn(*row, ": the flow falls from " + shortest(before->flow) + " at " + shortest(before->pressure) + units +
-                           " to " + shortest(row->flow) + " at " + shortest(pressure) + units);
-        before = row;
+    bool readField(std::string text, const char* column, double& value, std::size_t line)
+    {
+        const std::string named = std::string(column) + " \"" + text + '"';
+        if (format_.decimalMark != '.')
+            std::ranges::replace(text, format_.decimalMark, '.');
+        const auto [stop, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (failure == std::errc() && stop == text.data() + text.size())
+            return checkValue(value, column, table_.file, line, findings_);
+        report(finiteNumber, line, text.empty() ? std::string(column) + " is empty" : named);
+        return false;
     }
-}
 
-/// Refuses a Cv whose capacity the program would not find. It holds the Cv it selected at single precision and looks
-/// for the number that this single's text reads as: at most seven digits, no exponent. 0 means "no valve".
-bool checkCv(double cv, const Place& place)
-{
-    const NumberText numbers;
-    const float selected = cv > std::numeric_limits<float>::max() ? 0 : static_cast<float>(cv);
-    if (selected > 0 && numbers.parse(numbers.general(selected)) == cv)
-        return true;
-    place.error("CV " + shortest(cv) + " cannot be looked up: it must be 0.0001 or more and have at most seven digits");
-    return false;
-}
-
-void checkValveTable(const ValveTable& table, const std::vector<CapacityRow>& rows, Findings& findings)
-{
-    const std::string file = std::string(table.name) + ".csv";
-    std::map<float, Curve> curves; // single precision, as a selected Cv is held
-    for (const CapacityRow& row : rows) {
-        if (!checkCv(row.cv, {file, row.line, findings}))
-            continue;
-        const auto [same, added] = curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
-        if (!added)
-            findings.error(file, row.line,
-                           "Cv " + shortest(row.cv) + " at Pressure " + shortest(row.pressure) +
-                               " is a duplicate of line " + shortest(same->second->line));
+    bool readField(const std::string& text, const char* column, std::string& value, std::size_t line)
+    {
+        value = text;
+        return checkValue(text, column, table_.file, line, findings_);
     }
-    for (const auto& [cv, curve] : curves)
-        checkCurve(table, file, cv, curve, findings);
-    for (const float cv : table.cvSeries)
-        if (!curves.contains(cv))
-            findings.warning(file, 1, "Cv " + shortest(cv) + " of the series has no row");
+
+    std::filesystem::path path_;
+    Findings& findings_;
+    Table<Row> table_;
+    CsvFormat format_;
+    std::vector<const Column<Row>*> order_; ///< the column of each field, nullptr for one that should not be there
+};
+
+std::string fieldText(double value)
+{
+    return numberText(value);
 }
 
-void checkLargeTankTable(const LargeTankTable& table, const std::vector<LargeTankRow>& rows, Findings& findings)
+std::string fieldText(const std::string& text)
 {
-    const std::string file = std::string(table.name) + ".csv";
-    const std::string first = "TankVol " + shortest(rows.front().tankVol);
-    const std::string last = "TankVol " + shortest(rows.back().tankVol);
-    const std::string units = std::string(" ") + table.volUnits;
-    if (rows.front().tankVol > table.lowest)
-        findings.error(file, rows.front().line,
-                       "the table starts above " + shortest(table.lowest) + units + ", at " + first);
-    for (std::size_t i = 1; i < rows.size(); ++i)
-        if (rows[i].tankVol <= rows[i - 1].tankVol)
-            findings.error(file, rows[i].line,
-                           "TankVol " + shortest(rows[i].tankVol) + " is not in ascending order, it follows " +
-                               shortest(rows[i - 1].tankVol));
-    if (rows.back().tankVol < table.highest)
-        findings.error(file, rows.back().line,
-                       "the table ends below " + shortest(table.highest) + units + ", at " + last);
+    return csvField(text, ',');
 }
 
 } // namespace
 
-void Findings::error(std::string_view file, std::size_t line, std::string_view reason)
+std::vector<ValveTable> valveTables()
 {
-    ++errorCount;
-    write(file, line, "error", reason);
+    std::vector<ValveTable> tables;
+    for (const Offer& offer : offers) {
+        const auto known = std::ranges::find(tables, offer.valveTable, &ValveTable::name);
+        if (known == tables.end()) {
+            tables.push_back({offer.valveTable, offer.valveType, offer.unitSystem, offer.pressUnits,
+                              cvSeries(offer.valveType), offer.lowest, offer.highest});
+        } else {
+            known->lowest = std::min(known->lowest, offer.lowest);
+            known->highest = std::max(known->highest, offer.highest);
+        }
+    }
+    return tables;
 }
 
-void Findings::warning(std::string_view file, std::size_t line, std::string_view reason)
+std::string numberText(double value)
 {
-    ++warningCount;
-    write(file, line, "warning", reason);
+    std::array<char, 400> text; // the largest double has 309 digits
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed).ptr};
 }
 
-void Findings::write(std::string_view file, std::size_t line, std::string_view kind, std::string_view reason)
+bool checkValue(double value, const char* column, std::string_view file, std::size_t line, Findings& findings)
 {
-    out << file;
-    if (line > 0)
-        out << ':' << line;
-    out << ": " << kind << ": " << reason << '\n';
+    if (std::isfinite(value) && !std::signbit(value))
+        return true;
+    findings.report(finiteNumber, file, line,
+                    std::string(column) + ' ' + (std::isfinite(value) ? numberText(value) : "not finite"));
+    return false;
+}
+
+bool checkValue(const std::string& value, const char* column, std::string_view file, std::size_t line,
+                Findings& findings)
+{
+    const bool isBlank = value.find_first_not_of(" \t\r\n") == std::string::npos;
+    const bool hasControl = std::ranges::any_of(value, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; });
+    if (!isBlank && !hasControl && isUtf8(value))
+        return true;
+    findings.report(plainText, file, line,
+                    std::string(column) + (isBlank      ? " is empty"
+                                           : hasControl ? " has a control character"
+                                                        : " is not UTF-8"));
+    return false;
 }
 
 CapacityTables readCapacityTables(const std::filesystem::path& directory, Findings& findings)
 {
     CapacityTables tables;
     const auto pathOf = [&](std::string_view table) { return directory / (std::string(table) + ".csv"); };
-    for (const ValveTable& table : valveTables()) {
-        auto& rows = tables.valves[std::string(table.name)];
-        rows = readTable<CapacityRow>(pathOf(table.name), capacityColumns, findings);
-        if (!rows.empty())
-            checkValveTable(table, rows, findings);
-    }
-    for (const LargeTankTable& table : largeTankTables) {
-        auto& rows = tables.largeTanks[table.name];
-        rows = readTable<LargeTankRow>(pathOf(table.name), largeTankColumns, findings);
-        if (!rows.empty())
-            checkLargeTankTable(table, rows, findings);
-    }
+    for (const ValveTable& table : valveTables())
+        tables.valves[std::string(table.name)] = TableReader<CapacityRow>(pathOf(table.name), findings).read();
+    for (const LargeTankTable& table : largeTankTables)
+        tables.largeTanks[std::string(table.name)] = TableReader<LargeTankRow>(pathOf(table.name), findings).read();
     return tables;
 }
+
+template <typename Row>
+std::string csvText(const Table<Row>& table)
+{
+    std::string text;
+    const auto addLine = [&](const auto& fieldOf) {
+        for (const Column<Row>& column : columnsOf<Row>())
+            text += (&column == columnsOf<Row>().data() ? "" : ",") + fieldOf(column);
+        text += '\n';
+    };
+    addLine([](const Column<Row>& column) { return std::string(column.name); });
+    for (const Row& row : table.rows)
+        addLine([&](const Column<Row>& column) {
+            return std::visit([&](auto member) { return fieldText(row.*member); }, column.member);
+        });
+    return text;
+}
+
+template std::string csvText(const Table<CapacityRow>& table);
+template std::string csvText(const Table<LargeTankRow>& table);

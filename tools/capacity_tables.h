@@ -3,17 +3,20 @@
 #include <array>
 #include <cstddef>
 #include <filesystem>
-#include <iosfwd>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+class Findings;
+struct Rule;
+
 /// Capacity of one valve at one pressure, in the units of its table.
 struct CapacityRow
 {
-    std::size_t line = 0; ///< where it stands in the CSV file
+    std::size_t line = 0; ///< where it stands in its file
     double pressure = 0;
     double flow = 0;
     std::string bodySize;
@@ -23,7 +26,7 @@ struct CapacityRow
 /// Thermal venting flows of one large tank.
 struct LargeTankRow
 {
-    std::size_t line = 0; ///< where it stands in the CSV file
+    std::size_t line = 0; ///< where it stands in its file
     double tankVol = 0;
     double pad = 0;
     double depadHfp = 0; ///< high flash point
@@ -52,36 +55,71 @@ inline constexpr std::array<Column<LargeTankRow>, 4> largeTankColumns{{
     {"DepadLFP", &LargeTankRow::depadLfp},
 }};
 
-/// All tables by name, their rows in the order of the files.
+/// The columns of a kind of row.
+template <typename Row>
+constexpr std::span<const Column<Row>> columnsOf()
+{
+    if constexpr (std::is_same_v<Row, CapacityRow>)
+        return capacityColumns;
+    else
+        return largeTankColumns;
+}
+
+/// A table as it was read.
+template <typename Row>
+struct Table
+{
+    std::string file;      ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
+    std::vector<Row> rows; ///< in the order they were read in
+    bool isWhole = false;  ///< everything there was could be read
+};
+
+/// All tables by name.
 struct CapacityTables
 {
-    std::map<std::string, std::vector<CapacityRow>> valves;
-    std::map<std::string, std::vector<LargeTankRow>> largeTanks;
+    std::map<std::string, Table<CapacityRow>> valves;
+    std::map<std::string, Table<LargeTankRow>> largeTanks;
 };
 
-/// Writes findings as they come, one a line ("psi_Pad.csv:17: error: ..."), and counts them.
-class Findings
+/// A valve table of the program and what it is used for.
+struct ValveTable
 {
-public:
-    explicit Findings(std::ostream& messages) : out(messages) {}
-
-    /// What would make a lookup wrong. `line` 0: the file as a whole.
-    void error(std::string_view file, std::size_t line, std::string_view reason);
-
-    /// What is only suspicious. `line` as above.
-    void warning(std::string_view file, std::size_t line, std::string_view reason);
-
-    int errors() const { return errorCount; }
-    int warnings() const { return warningCount; }
-
-private:
-    void write(std::string_view file, std::size_t line, std::string_view kind, std::string_view reason);
-
-    std::ostream& out;
-    int errorCount = 0;
-    int warningCount = 0;
+    std::string_view name;
+    std::string_view valveType;
+    std::string_view unitSystem;
+    std::string_view pressUnits;
+    std::span<const float> cvSeries;
+    double lowest; ///< pressure that any model lets a user enter
+    double highest;
 };
 
-/// Reads and checks the CSV file of every table in `directory`. With errors among the findings, the tables hold only
-/// the rows that could be read and are not fit for use.
+/// The valve tables; the first of a valve type comes first.
+std::vector<ValveTable> valveTables();
+
+/// A large-tank table and the volumes, in `volUnits`, that are looked up in it rather than computed.
+struct LargeTankTable
+{
+    std::string_view name;
+    std::string_view unitSystem;
+    const char* volUnits;
+    double lowest;
+    double highest;
+};
+
+extern const std::array<LargeTankTable, 2> largeTankTables;
+
+/// Shortest text that reads back as `value`, without an exponent.
+std::string numberText(double value);
+
+/// Whether a value is one that a table may hold; else it is reported and stands for nothing. Numbers are finite and not
+/// negative; a text is not blank, UTF-8, and has no control characters.
+bool checkValue(double value, const char* column, std::string_view file, std::size_t line, Findings& findings);
+bool checkValue(const std::string& value, const char* column, std::string_view file, std::size_t line,
+                Findings& findings);
+
+/// Reads the CSV file of every table in `directory`.
 CapacityTables readCapacityTables(const std::filesystem::path& directory, Findings& findings);
+
+/// The CSV text of a table.
+template <typename Row>
+std::string csvText(const Table<Row>& table);

@@ -3,10 +3,15 @@
 #include <csv.h>
 
 #include <algorithm>
-#include <span>
+#include <array>
+#include <cctype>
+#include <optional>
 
 namespace
 {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t longestRow = 1 << 20; // bytes; longer ones are no rows of numbers and names
 
 struct RowInProgress
 {
@@ -30,57 +35,226 @@ int noSpace(unsigned char)
     return 0;
 }
 
-std::vector<std::string_view> physicalLines(std::string_view text)
+bool isAlike(std::string_view one, std::string_view other)
 {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-        const std::size_t lineEnd = text.substr(end).starts_with("\r\n") ? 2 : 1;
-        lines.push_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + lineEnd, text.size())); // the last line may have no end
-    }
-    return lines;
+    return std::ranges::equal(one, other,
+                              [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
 }
 
-/// Reads the row that begins `lines`, more than one of them when a quoted field contains line ends. Gives the number of
-/// lines it takes, 0 when its quoting is broken.
-std::size_t readRow(std::span<const std::string_view> lines, std::vector<std::string>& fields)
+const CsvColumn* findColumn(std::span<const CsvColumn> columns, std::string_view name)
 {
-    csv_parser parser;
-    csv_init(&parser, CSV_STRICT);
-    csv_set_space_func(&parser, noSpace);
-    RowInProgress row;
-    std::size_t taken = 0;
-    while (!row.complete && taken < lines.size()) { // an unclosed quote takes all lines and completes no row
-        const std::string line = std::string(lines[taken++]) + "\n";
-        if (csv_parse(&parser, line.data(), line.size(), addField, endRow, &row) != line.size())
-            break;
+    const auto found = std::ranges::find_if(columns, [&](const CsvColumn& one) { return isAlike(one.name, name); });
+    return found == columns.end() ? nullptr : &*found;
+}
+
+std::string quoted(const std::string& text)
+{
+    return '"' + text + '"';
+}
+
+/// The first number with one of the decimal marks, and whether one of them can have no thousands separator in its
+/// place.
+struct Mark
+{
+    std::string text;
+    std::size_t line = 0; ///< 0: none is there
+    bool isDecimal = false;
+};
+
+/// What the numbers of a text say about its decimal mark.
+class DecimalMarks
+{
+public:
+    explicit DecimalMarks(char separator) : separator_(separator) {}
+
+    void look(const std::string& text, std::size_t line)
+    {
+        const auto points = std::ranges::count(text, '.');
+        const auto commas = std::ranges::count(text, ',');
+        const bool isNumber = text.find_first_not_of("0123456789.,+-eE") == std::string::npos;
+        if (!isNumber || points + commas == 0)
+            return;
+        if (commas > 0 && separator_ == ',')
+            throw CsvProblem(line, quoted(text) + ": in a file separated by commas numbers have a decimal point and no "
+                                                  "thousands separators");
+        if (points + commas > 1)
+            throw CsvProblem(line, quoted(text) + ": numbers have one decimal mark and no thousands separators");
+        Mark& mark = points > 0 ? point_ : comma_;
+        if (mark.line == 0)
+            mark = {text, line, false};
+        mark.isDecimal |= separator_ == ',' || !mayBeThousands(text, text.find_first_of(".,"));
     }
-    csv_free(&parser);
-    if (!row.complete)
-        return 0;
-    fields = std::move(row.fields);
-    return taken;
+
+    char found() const
+    {
+        if (point_.line > 0 && comma_.line > 0)
+            throw CsvProblem(std::max(point_.line, comma_.line),
+                             "numbers are written in two ways, " + quoted(point_.text) + " and " + quoted(comma_.text));
+        for (const Mark* mark : {&point_, &comma_})
+            if (mark->line > 0 && !mark->isDecimal)
+                throw CsvProblem(mark->line, quoted(mark->text) +
+                                                 " may have a decimal mark or a thousands separator, and no other "
+                                                 "number tells which");
+        return comma_.line > 0 ? ',' : '.';
+    }
+
+private:
+    /// "1.245" and "12,500", but not "0.245", "1.5" or "1234.567".
+    static bool mayBeThousands(const std::string& text, std::size_t mark)
+    {
+        const std::size_t first = text.find_first_not_of("+-");
+        return mark > first && mark - first <= 3 && text[first] != '0' && text.size() - mark == 4;
+    }
+
+    char separator_;
+    Mark point_;
+    Mark comma_;
+};
+
+/// The separator that finds most of the columns in the header.
+char findSeparator(std::istream& in, std::streampos start, std::span<const CsvColumn> columns)
+{
+    char best = ',';
+    std::ptrdiff_t mostKnown = 0;
+    std::size_t mostFields = 1;
+    CsvRow header;
+    for (const char separator : {',', ';', '\t'}) {
+        in.clear();
+        in.seekg(start);
+        if (!CsvReader(in, separator).next(header))
+            return best;
+        const auto known =
+            std::ranges::count_if(header.fields, [&](const std::string& name) { return findColumn(columns, name); });
+        mostFields = std::max(mostFields, header.fields.size());
+        if (known > mostKnown) {
+            best = separator;
+            mostKnown = known;
+        }
+    }
+    if (mostKnown == 0 && mostFields == 1)
+        throw CsvProblem(header.line, "the columns are separated neither by commas nor by semicolons or tabs");
+    return best;
+}
+
+/// Looks at the first bytes; the line ends are found there, too.
+CsvFormat lookAtStart(std::istream& in)
+{
+    std::array<char, 4096> block{};
+    in.read(block.data(), block.size());
+    const std::string_view start(block.data(), static_cast<std::size_t>(in.gcount()));
+    if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF") || start.find('\0') != std::string_view::npos)
+        throw CsvProblem(1, "the file is UTF-16 or no text: save it as CSV in UTF-8");
+    CsvFormat format;
+    format.byteOrderMark = start.starts_with(byteOrderMark);
+    const std::size_t end = start.find_first_of("\r\n");
+    if (end != std::string_view::npos)
+        format.lineEnd = start.substr(end, start.substr(end).starts_with("\r\n") ? 2 : 1);
+    return format;
 }
 
 } // namespace
 
-std::vector<CsvRow> readCsv(std::string_view text)
+CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
 {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
-    const std::vector<std::string_view> lines = physicalLines(text);
-    std::vector<CsvRow> rows;
-    std::size_t at = 0;
-    while (at < lines.size()) {
-        if (lines[at].empty()) {
-            ++at;
-            continue;
-        }
-        CsvRow& row = rows.emplace_back(CsvRow{at + 1, {}});
-        const std::size_t taken = readRow(std::span(lines).subspan(at), row.fields);
-        at += taken == 0 ? 1 : taken;
+    const std::streampos start = in.tellg();
+    CsvFormat format = lookAtStart(in);
+    format.separator = findSeparator(in, start, columns);
+    in.clear();
+    in.seekg(start);
+    CsvReader reader(in, format.separator);
+    CsvRow row;
+    std::vector<std::size_t> numbers;
+    if (reader.next(row))
+        for (std::size_t at = 0; at < row.fields.size(); ++at)
+            if (const CsvColumn* const column = findColumn(columns, row.fields[at]); column && column->isNumber)
+                numbers.push_back(at);
+    DecimalMarks marks(format.separator);
+    while (reader.next(row))
+        for (const std::size_t at : numbers)
+            if (at < row.fields.size())
+                marks.look(row.fields[at], row.line);
+    format.decimalMark = marks.found();
+    return format;
+}
+
+/// Reads one more physical line; false at the end of the text.
+bool CsvReader::readLine()
+{
+    std::streambuf& text = *in.rdbuf();
+    constexpr int end = std::char_traits<char>::eof();
+    std::string read;
+    int c = text.sbumpc();
+    if (c == end)
+        return false;
+    for (; c != end && c != '\n' && c != '\r'; c = text.sbumpc()) {
+        read += static_cast<char>(c);
+        if (read.size() > longestRow)
+            throw CsvProblem(line + lines.size() + 1, "a line of more than a million characters");
     }
-    return rows;
+    hasEnd = c != end;
+    if (c == '\r' && text.sgetc() == '\n')
+        text.sbumpc();
+    if (atStart && read.starts_with(byteOrderMark))
+        read.erase(0, byteOrderMark.size());
+    atStart = false;
+    lines.push_back(std::move(read));
+    return true;
+}
+
+bool CsvReader::hasLine(std::size_t at)
+{
+    return at < lines.size() || readLine();
+}
+
+/// Reads the row that begins `lines`, more than one of them when a quoted field contains line ends. Gives the number of
+/// lines it takes, 0 when its quoting is broken.
+std::size_t CsvReader::readRow(std::vector<std::string>& fields)
+{
+    csv_parser parser;
+    csv_init(&parser, CSV_STRICT);
+    csv_set_delim(&parser, static_cast<unsigned char>(separator));
+    csv_set_space_func(&parser, noSpace);
+    RowInProgress row;
+    row.fields = std::move(fields);
+    row.fields.clear();
+    std::size_t taken = 0;
+    std::size_t size = 0;
+    while (!row.complete && size < longestRow && hasLine(taken)) { // an unclosed quote completes no row
+        const std::string text = lines[taken++] + "\n";
+        size += text.size();
+        if (csv_parse(&parser, text.data(), text.size(), addField, endRow, &row) != text.size())
+            break;
+    }
+    csv_free(&parser);
+    fields = std::move(row.fields);
+    if (row.complete)
+        return taken;
+    fields.clear();
+    return 0;
+}
+
+bool CsvReader::next(CsvRow& row)
+{
+    while (hasLine(0)) {
+        const bool isBlank = lines.front().empty();
+        const std::size_t taken = isBlank ? 1 : std::max<std::size_t>(readRow(row.fields), 1);
+        row.line = line + 1;
+        lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(taken));
+        line += taken;
+        const bool hasText = row.fields.empty() ||
+                             std::ranges::any_of(row.fields, [](const std::string& field) { return !field.empty(); });
+        if (!isBlank && hasText)
+            return true;
+    }
+    return false;
+}
+
+std::string csvField(std::string_view text, char separator)
+{
+    if (text.find_first_of(std::string{separator, '"', '\r', '\n'}) == std::string_view::npos)
+        return std::string(text);
+    std::string field = "\"";
+    for (const char c : text)
+        field += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return field + '"';
 }

@@ -1,6 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
+#include <istream>
+#include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,7 +16,62 @@ struct CsvRow
     std::vector<std::string> fields; ///< empty when the quoting is broken
 };
 
-/// The rows of an RFC 4180 text; lines end in LF, CRLF or CR, and a UTF-8 byte order mark is passed over. Blank lines
-/// are left out. A row with broken quoting comes without fields, and reading goes on with the line after the one it
-/// begins on.
-std::vector<CsvRow> readCsv(std::string_view text);
+/// Why a CSV text as a whole cannot be read.
+struct CsvProblem : std::runtime_error
+{
+    std::size_t line;
+    CsvProblem(std::size_t where, const std::string& why) : std::runtime_error(why), line(where) {}
+};
+
+/// How a CSV text is written.
+struct CsvFormat
+{
+    char separator = ',';
+    char decimalMark = '.';
+    bool byteOrderMark = false; ///< of UTF-8, at the beginning
+    std::string lineEnd = "\n"; ///< of the first line
+};
+
+/// A column that a CSV text may have.
+struct CsvColumn
+{
+    std::string_view name;
+    bool isNumber;
+};
+
+/// Finds how the rest of `in` is written: separated by commas, semicolons or tabs, and in the last two with a decimal
+/// point or comma. The separator is the one that finds most of the `columns` in the header, upper and lower case alike.
+/// Throws CsvProblem when the text can be read in no way or in more than one: another encoding or separator, thousands
+/// separators, both decimal marks. Reads to the end.
+CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns);
+
+/// The rows of an RFC 4180 text, one after the other; lines end in LF, CRLF or CR, and a UTF-8 byte order mark is
+/// passed over. Rows without any text (a blank line, ",,,") are left out. A row with broken quoting comes without
+/// fields, and reading goes on with the line after the one it begins on. Holds one row at a time.
+class CsvReader
+{
+public:
+    /// Reads from where `text` stands.
+    explicit CsvReader(std::istream& text, char separatedBy = ',') : in(text), separator(separatedBy) {}
+
+    /// Whether there was another row. Throws CsvProblem at a row beyond all measure.
+    bool next(CsvRow& row);
+
+    /// Whether the text read last ended in a line end, as a whole file does.
+    bool lastLineHasEnd() const { return hasEnd; }
+
+private:
+    bool readLine();
+    bool hasLine(std::size_t at);
+    std::size_t readRow(std::vector<std::string>& fields);
+
+    std::istream& in;
+    char separator;
+    std::deque<std::string> lines; ///< read, but not handed out
+    std::size_t line = 0;          ///< the number of the first of them, less one
+    bool atStart = true;
+    bool hasEnd = true;
+};
+
+/// A field as CSV text writes it: quoted where it must be.
+std::string csvField(std::string_view text, char separator);

@@ -60,16 +60,19 @@ struct TablesFile
 
 std::vector<Case> readCases(const std::string& file)
 {
-    const std::string text = contents(file);
-    const std::vector<CsvRow> rows = readCsv(text);
+    std::ifstream in(SIZING_CASES_DIR "/" + file, std::ios::binary);
+    CsvReader reader(in);
+    CsvRow header;
+    CsvRow row;
+    reader.next(header);
     std::vector<Case> cases;
-    for (std::size_t at = 1; at < rows.size(); ++at) {
+    while (reader.next(row)) {
         std::map<std::string, std::string> fields;
-        if (rows[at].fields.size() != rows[0].fields.size())
-            throw std::runtime_error(file + ":" + std::to_string(rows[at].line) + ": not as many fields as the header");
-        for (std::size_t column = 0; column < rows[0].fields.size(); ++column)
-            fields[rows[0].fields[column]] = rows[at].fields[column];
-        cases.emplace_back(rows[at].line, std::move(fields));
+        if (row.fields.size() != header.fields.size())
+            throw std::runtime_error(file + ":" + std::to_string(row.line) + ": not as many fields as the header");
+        for (std::size_t column = 0; column < header.fields.size(); ++column)
+            fields[header.fields[column]] = row.fields[column];
+        cases.emplace_back(row.line, std::move(fields));
     }
     if (cases.empty())
         throw std::runtime_error("no cases in " + file);

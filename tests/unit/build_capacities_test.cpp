@@ -1,4 +1,4 @@
-#include "capacity_database.h"
+#include "build_command.h"
 #include "support/cases.h"
 #include "support/temporary_directory.h"
 
@@ -6,10 +6,12 @@
 #include <sqlite3.h>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <csignal>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -35,12 +37,19 @@ protected:
     static void write(const fs::path& file, const std::string& text) { std::ofstream(file, std::ios::binary) << text; }
     auto filesBesideOutput() const { return std::distance(fs::directory_iterator(root / "out"), {}); }
 
-    int build()
+    int command(const std::vector<std::string>& arguments)
     {
         std::ostringstream out;
-        const int status = buildCapacities({(root / "in").string(), database.string()}, out);
+        const int status = buildCapacities(arguments, out, out);
         messages = out.str();
         return status;
+    }
+    int build(const std::string& option = "")
+    {
+        std::vector<std::string> arguments = {(root / "in").string(), database.string()};
+        if (!option.empty())
+            arguments.insert(arguments.begin(), option);
+        return command(arguments);
     }
 
     /// Whether a finding that begins with `place` names `words`.
@@ -48,17 +57,28 @@ protected:
     {
         std::istringstream lines(messages);
         for (std::string line; std::getline(lines, line);)
-            if (line.starts_with(place + ": ") && line.find(words) != std::string::npos)
+            if (line.starts_with(place) && line.find(words) != std::string::npos)
                 return true;
         return false;
     }
 
     /// A refusal leaves an existing output file, and nothing else, in the output directory.
-    void expectRefused(const std::string& where)
+    void expectRefused(const std::string& where, const std::string& option = "")
     {
-        EXPECT_EQ(build(), 1) << where << '\n' << messages;
+        EXPECT_EQ(build(option), 1) << where << '\n' << messages;
         EXPECT_EQ(contents(database), "the file of before") << where;
         EXPECT_EQ(filesBesideOutput(), 1) << where;
+    }
+
+    /// Runs SQL on the data file; gives what was wrong.
+    std::string run(const std::string& sql) const
+    {
+        sqlite3* connection = nullptr;
+        sqlite3_open(database.c_str(), &connection);
+        sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr);
+        const std::string failure = sqlite3_errcode(connection) == SQLITE_OK ? "" : sqlite3_errmsg(connection);
+        sqlite3_close(connection);
+        return failure;
     }
 
     /// The first column of the first row, as text.
@@ -82,20 +102,35 @@ protected:
     std::string messages;
 };
 
-/// Contents as the case file writes them: "|" ends a line, "\xBD" is that byte.
-std::string unescaped(std::string text)
+/// Contents as the case file writes them: "|" ends a line, "\xBD" is that byte; or edits of the shipped file, regular
+/// expressions like "s~from~to~ s~from~to~".
+std::string contentsOf(std::string text, const std::string& shipped)
 {
     for (std::size_t at = 0; at < text.size(); ++at)
-        if (text[at] == '|')
-            text[at] = '\n';
-        else if (text.compare(at, 2, "\\x") == 0)
+        if (text.compare(at, 2, "\\x") == 0)
             text.replace(at, 4, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
-    return text;
+        else if (text[at] == '|')
+            text[at] = '\n';
+    if (!text.starts_with("s~"))
+        return text;
+    std::string edited = shipped;
+    static const std::regex edit("s~([^~]*)~([^~]*)~");
+    for (std::sregex_iterator one(text.begin(), text.end(), edit), none; one != none; ++one) {
+        std::string into = (*one)[2];
+        for (const auto& [escaped, sign] : {std::pair{"\\n", '\n'}, {"\\r", '\r'}})
+            for (std::size_t at = 0; (at = into.find(escaped, at)) != std::string::npos;)
+                into.replace(at, 2, 1, sign);
+        edited = std::regex_replace(edited, std::regex((*one)[1].str()), into);
+    }
+    return edited;
 }
 
-/// Each row is a set of the shipped tables with one file replaced, and a finding that this must lead to.
+/// Each row is a set of the shipped tables with one file changed, and a finding that this must lead to.
 TEST_F(BuildCapacities, FindsWhatTheCaseFileSays)
 {
+    ASSERT_EQ(build(), 0) << messages;
+    const std::string shippedBytes = contents(database);
+    write(database, "the file of before");
     for (const Case& row : readCases("wrong_tables.csv")) {
         const fs::path file = root / "in" / row["Case"];
         const std::string shipped = contents(file);
@@ -103,26 +138,18 @@ TEST_F(BuildCapacities, FindsWhatTheCaseFileSays)
         if (row["Contents"] == "(directory)")
             fs::create_directory(file);
         else if (row["Contents"] != "(missing)")
-            write(file, unescaped(row["Contents"]));
+            write(file, contentsOf(row["Contents"], shipped));
         if (row["Outcome"] == "refused") {
-            expectRefused(row.where());
+            expectRefused(row.where(), row["Option"]);
         } else {
-            EXPECT_EQ(build(), 0) << row.where() << '\n' << messages;
+            EXPECT_EQ(build(row["Option"]), 0) << row.where() << '\n' << messages;
+            EXPECT_EQ(contents(database) == shippedBytes, row["Outcome"] == "same") << row.where();
             write(database, "the file of before");
         }
-        EXPECT_TRUE(reported(row["Finding"], row["Words"])) << row.where() << '\n' << messages;
+        EXPECT_TRUE(reported(row["Finding"], row["Words"])) << row.where() << '\n' << messages.substr(0, 2000);
         fs::remove(file);
         write(file, shipped);
     }
-}
-
-TEST_F(BuildCapacities, ReadsWhatSpreadsheetsWrite)
-{
-    write(root / "in" / "psi_Pad.csv", "\xEF\xBB\xBF\"CV\",Bodysize,Pressure,flow\r\n"
-                                       "0.2,\"1/2\"\"\",\"1\",1e1\r\n\r\n0.2,\"½\"\", NPT\",200,20");
-    EXPECT_EQ(build(), 0) << messages;
-    EXPECT_EQ(query("SELECT group_concat(Pressure || '|' || flow || '|' || Bodysize || '|' || CV, ' ') FROM psi_Pad"),
-              "1.0|10.0|1/2\"|0.2 200.0|20.0|½\", NPT|0.2");
 }
 
 TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
@@ -135,7 +162,7 @@ TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
     expectRefused("");
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, signalBefore);
-    EXPECT_TRUE(reported(database.string() + ": error", "cannot be written")) << messages;
+    EXPECT_TRUE(reported(database.string() + ": error", "File too large: cannot be written")) << messages;
 
     for (const auto& [file, words] :
          {std::pair{root / "absent" / "capacities.mdb", "No such file or directory"}, {root / "out", "directory"}}) {
@@ -146,11 +173,82 @@ TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
     EXPECT_EQ(std::distance(fs::directory_iterator(root), {}), 2) << "a temporary file is left";
 }
 
-TEST_F(BuildCapacities, WantsExactlyTwoArguments)
+TEST_F(BuildCapacities, TakesThePlaceOfTheFileThatWasThere)
 {
-    std::ostringstream out;
-    EXPECT_EQ(buildCapacities({SIZING_DATA_DIR}, out), 2);
-    EXPECT_TRUE(out.str().starts_with("usage:")) << out.str();
+    const fs::path real = root / "out" / "real.mdb";
+    fs::rename(database, real);
+    fs::create_symlink("real.mdb", database);
+    fs::permissions(real, fs::perms(0640));
+    write(root / "out" / "real.mdb.new-killed", "what a killed run has left");
+    const mode_t before = umask(077);
+    EXPECT_EQ(build(), 0) << messages;
+    EXPECT_EQ(filesBesideOutput(), 2);
+    EXPECT_TRUE(fs::is_symlink(database));
+    EXPECT_EQ(fs::status(real).permissions(), fs::perms(0640));
+    EXPECT_NE(contents(real), "the file of before");
+    fs::remove(real);
+    EXPECT_EQ(build(), 0) << messages;
+    EXPECT_EQ(fs::status(real).permissions(), fs::perms(0644));
+    umask(before);
+}
+
+TEST_F(BuildCapacities, GoesBothWays)
+{
+    ASSERT_EQ(build(), 0) << messages;
+    const std::string built = contents(database);
+    EXPECT_EQ(command({"--check", database.string()}), 0) << messages;
+    EXPECT_EQ(command({"--export", database.string(), (root / "csv").string()}), 0) << messages;
+    EXPECT_EQ(command({(root / "csv").string(), (root / "again.mdb").string()}), 0) << messages;
+    EXPECT_TRUE(contents(root / "again.mdb") == built);
+    write(root / "csv" / "kpa_Pad.csv", "mine");
+    EXPECT_EQ(command({"--export", database.string(), (root / "csv").string()}), 1);
+    EXPECT_TRUE(reported((root / "csv" / "kpa_Pad.csv").string() + ": error", "not overwritten")) << messages;
+    EXPECT_EQ(contents(root / "csv" / "kpa_Pad.csv"), "mine");
+}
+
+/// What is wrong with a data file of somebody else's is found.
+TEST_F(BuildCapacities, ChecksADataFile)
+{
+    constexpr const char* noChecksum = "DROP TABLE Checksum; PRAGMA application_id = 0;";
+    const struct
+    {
+        const char* sql; ///< run on the shipped file
+        int status;
+        const char* place;
+        const char* words;
+    } cases[] = {
+        {"", 0, "Checksum: warning", "--export"},
+        {"DROP INDEX \"psi_Pad.Index\"", 1, "psi_Pad: error", "no such index: psi_Pad.Index"},
+        {"DROP TABLE mbar_Depad", 1, "mbar_Depad: error", "no table mbar_Depad"},
+        {"ALTER TABLE kpa_Pad RENAME COLUMN CV TO Kv", 1, "kpa_Pad: error", "CV"},
+        {"DELETE FROM USLargeTank", 1, "USLargeTank: error", "a table has rows"},
+        {"UPDATE psi_Pad SET flow = NULL WHERE rowid = 5", 1, "psi_Pad:5: error", "flow is stored as null"},
+        {"UPDATE psi_Pad SET Pressure = 'x' WHERE rowid = 6", 1, "psi_Pad:6: error", "Pressure is stored as text"},
+        {"UPDATE psi_Pad SET Bodysize = x'00' WHERE rowid = 7", 1, "psi_Pad:7: error", "Bodysize is stored as blob"},
+        {"UPDATE psi_Pad SET flow = 9 WHERE rowid = 320", 1, "psi_Pad:320: error", "a flow rises with the Cv"},
+        {"DROP TABLE kpa_Pad; CREATE VIEW kpa_Pad AS SELECT * FROM psi_Pad", 1, "kpa_Pad: error", "no plain table"},
+    };
+    ASSERT_EQ(build(), 0) << messages;
+    const std::string built = contents(database);
+    for (const auto& [sql, status, place, words] : cases) {
+        write(database, built);
+        EXPECT_EQ(run(std::string(noChecksum) + sql), "") << sql;
+        EXPECT_EQ(command({"--check", database.string()}), status) << sql << '\n' << messages;
+        EXPECT_TRUE(reported(place, words)) << sql << '\n' << messages;
+    }
+    write(database, built.substr(0, built.size() - 4096));
+    EXPECT_EQ(command({"--check", database.string()}), 1);
+    EXPECT_TRUE(reported("build_capacities", "errors: 1, warnings: 0;")) << messages;
+}
+
+TEST_F(BuildCapacities, IsCalledInOneOfItsWays)
+{
+    EXPECT_EQ(command({SIZING_DATA_DIR}), 2);
+    EXPECT_TRUE(messages.starts_with("usage:")) << messages;
+    EXPECT_EQ(command({"--chekc", database.string()}), 2);
+    EXPECT_EQ(command({"--help"}), 0);
+    EXPECT_EQ(command({"--version"}), 0);
+    EXPECT_EQ(messages, "build_capacities " SIZING_VERSION "\n");
 }
 
 TEST_F(BuildCapacities, BuildsTheShippedTablesWithoutFindings)

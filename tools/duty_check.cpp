@@ -1,0 +1,181 @@
+// Whether the valve tables ever make the program refuse a duty that a valve passes, or choose a wrong valve:
+// duty_check [HOW MANY [SEED [DATA FILE]]]
+//
+// Sizes random duties for every pressure unit of every model on the shipped data file (or another one) and works out
+// beside it, on the same rows, which valves pass them. Exit status 1 when program and rows differ, 2 when that could
+// not be found out.
+
+#include "app/sizing_state.h"
+#include "base/number_text.h"
+#include "base/offered.h"
+#include "base/sizing_context.h"
+#include "capacity/capacity_store.h"
+#include "engine/sizing_driver.h"
+#include "plain_screen.h"
+
+#include <sqlite3.h>
+
+#include <cmath>
+#include <cstdio>
+#include <iostream>
+#include <random>
+#include <stdexcept>
+
+namespace
+{
+
+using Curve = std::map<double, double>; // flow by pressure
+using Curves = std::map<float, Curve>;
+
+Curves readCurves(const std::string& file, const std::string& table)
+{
+    Curves curves;
+    sqlite3* connection = nullptr;
+    sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
+    const auto add = [](void* into, int, char** values, char**) {
+        (*static_cast<Curves*>(into))[std::stof(values[0])][std::stod(values[1])] = std::stod(values[2]);
+        return 0;
+    };
+    sqlite3_exec(connection, ("SELECT CV, Pressure, flow FROM " + table).c_str(), add, &curves, nullptr);
+    sqlite3_close(connection);
+    if (curves.empty())
+        throw std::runtime_error("cannot read " + table + " of " + file);
+    return curves;
+}
+
+double flowAt(const Curve& curve, double pressure)
+{
+    const auto above = curve.lower_bound(pressure);
+    if (above == curve.end() || (above == curve.begin() && above->first > pressure))
+        return 0;
+    if (above->first == pressure)
+        return above->second;
+    const auto below = std::prev(above);
+    return below->second + (pressure - below->first) / (above->first - below->first) * (above->second - below->second);
+}
+
+std::string shortText(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.4g", value);
+    return text;
+}
+
+/// The duties of one pressure unit of one model.
+class OfferCheck
+{
+public:
+    OfferCheck(const Offer& offer, std::string file, std::uint64_t seed)
+        : offer_(offer), curves_(readCurves(file, offer.valveTable)), store_(std::move(file), numbers_), random_(seed)
+    {
+    }
+
+    /// Sizes one random duty; whether program and rows agree.
+    bool agrees()
+    {
+        const double pressure = randomPressure();
+        const double gravity =
+            random_() % 2 == 0 ? gases_[random_() % std::size(gases_)] : std::stod(shortText(logarithmic(0.1, 5)));
+        const double largest = flowAt(curves_.rbegin()->second, pressure) / std::sqrt(gravity);
+        const double perPumpRate = std::string_view(offer_.unitSystem) == choice::us ? 8 : 1.01;
+        const std::string pumpRate =
+            shortText(std::min(100'000.0, logarithmic(largest / 3000, largest * 1.2) / perPumpRate));
+
+        SizingState state;
+        state.ValveModel = offer_.valveModel;
+        state.ValveType = offer_.valveType;
+        state.UnitSystem = offer_.unitSystem;
+        state.PressUnits = offer_.pressUnits;
+        state.ValveTable = offer_.valveTable;
+        state.SizingMethod = choice::directDisplacement;
+        PlainScreen screen;
+        screen.boxes = {{Box::txtPumpRate, pumpRate},
+                        {Box::txtPressure, numbers_.general(pressure)},
+                        {Box::txtTankVolume, "0"},
+                        {Box::txtSpecGrav, numbers_.general(gravity)}};
+        RecordedMessages messages;
+        SizingContext sizing{state, screen, messages, numbers_, store_};
+        cmdCalcFlowRate_Click(sizing);
+
+        const bool isSized = !screen.caption(Label::lblPercentValveCapacity).empty();
+        ++(isSized ? sized : refused);
+        const std::string fault = faultOf(state, pressure, isSized, messages);
+        if (!fault.empty())
+            std::cout << offer_.valveModel << ' ' << offer_.valveTable << ", pump rate " << pumpRate << ", pressure "
+                      << pressure << ", gravity " << gravity << ": " << fault << '\n';
+        return fault.empty();
+    }
+
+    std::size_t sized = 0;
+    std::size_t refused = 0;
+
+private:
+    double logarithmic(double from, double to)
+    {
+        return from * std::pow(to / from, std::uniform_real_distribution(0.0, 1.0)(random_));
+    }
+
+    /// Anywhere in the permitted range; one in eight at a row of the table, one in eight just above one.
+    double randomPressure()
+    {
+        const Curve& rows = curves_.begin()->second;
+        const auto row = std::next(rows.begin(), static_cast<std::ptrdiff_t>(random_() % rows.size()))->first;
+        const std::uint64_t kind = random_() % 8;
+        const double pressure = kind == 0   ? row
+                                : kind == 1 ? row * 1.0001
+                                            : std::stod(shortText(logarithmic(offer_.lowest, offer_.highest)));
+        return std::clamp(pressure, offer_.lowest, offer_.highest);
+    }
+
+    std::string faultOf(const SizingState& state, double pressure, bool isSized, const RecordedMessages& messages) const
+    {
+        // The program sizes for a flow cut to a decimal and rounded to a whole number twice, and rounds capacities,
+        // too.
+        const double gasFactor = state.GasFactor;
+        const double rounding = 0.6 + gasFactor;
+        if (!messages.texts.empty())
+            return messages.texts.front();
+        for (const auto& [cv, curve] : curves_) {
+            const bool isAllowed = pressure >= offer_.minimum.lowest || cv <= offer_.minimum.exemptUpToCv;
+            const double capacity = flowAt(curve, pressure) * gasFactor;
+            if (isSized && cv == state.SelectedCv)
+                return capacity > state.TotalFlow - rounding ? "" : "the valve is too small";
+            if (isAllowed && capacity > state.TotalFlow + rounding)
+                return "Cv " + shortText(cv) + " passes it, but the program " +
+                       (isSized ? "chose Cv " + shortText(state.SelectedCv) : "refused");
+        }
+        return isSized ? "the table has no such Cv" : "";
+    }
+
+    static constexpr double gases_[] = {0.97, 1, 1.52, 0.6};
+
+    const Offer& offer_;
+    NumberText numbers_;
+    Curves curves_;
+    CapacityStore store_;
+    std::mt19937_64 random_;
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    try {
+        const std::uint64_t count = argc > 1 ? std::stoull(argv[1]) : 30'000;
+        const std::uint64_t seed = argc > 2 ? std::stoull(argv[2]) : 1;
+        std::uint64_t wrong = 0;
+        for (const Offer& offer : offers) {
+            OfferCheck check(offer, argc > 3 ? argv[3] : CAPACITIES_FILE, seed);
+            std::uint64_t wrongHere = 0;
+            for (std::uint64_t duty = 0; duty < count; ++duty)
+                wrongHere += !check.agrees();
+            std::cout << offer.valveModel << ' ' << offer.valveTable << ": " << check.sized << " sized, "
+                      << check.refused << " refused, " << wrongHere << " wrong\n";
+            wrong += wrongHere;
+        }
+        return wrong > 0 ? 1 : 0;
+    } catch (const std::exception& failure) {
+        std::cerr << "duty_check [HOW MANY [SEED [DATA FILE]]]: " << failure.what() << '\n';
+        return 2;
+    }
+}

@@ -1,0 +1,46 @@
+#include "findings.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace
+{
+
+constexpr std::size_t mostOfAKind = 20; // of one rule in one file
+
+constexpr const char* severityNames[] = {"note", "warning", "error"};
+
+const char* nameOf(const Rule& rule)
+{
+    return severityNames[static_cast<std::size_t>(rule.severity)];
+}
+
+} // namespace
+
+Findings::Kind& Findings::kindOf(const Rule& rule, std::string_view file)
+{
+    const auto known =
+        std::ranges::find_if(kinds, [&](const Kind& kind) { return kind.rule == &rule && kind.file == file; });
+    return known != kinds.end() ? *known : kinds.emplace_back(&rule, std::string(file), 0);
+}
+
+void Findings::report(const Rule& rule, std::string_view file, std::size_t line, std::string_view found)
+{
+    errorCount += rule.severity == Severity::error;
+    warningCount += rule.severity == Severity::warning;
+    if (++kindOf(rule, file).count > mostOfAKind)
+        return;
+    out << file;
+    if (line > 0)
+        out << ':' << line;
+    out << ": " << nameOf(rule) << ": " << found << ": " << rule.words << '\n';
+}
+
+void Findings::finish()
+{
+    for (const Kind& kind : kinds)
+        if (kind.count > mostOfAKind)
+            out << kind.file << ": " << nameOf(*kind.rule) << ": and " << kind.count - mostOfAKind
+                << " more: " << kind.rule->words << '\n';
+    kinds.clear();
+}

@@ -1,0 +1,509 @@
+#include "table_checks.h"
+
+#include "base/number_text.h"
+#include "base/offered.h"
+#include "findings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <optional>
+#include <set>
+
+namespace
+{
+
+// What cannot be right.
+constexpr Rule aboveZero{Severity::error, "a flow is above 0"};
+constexpr Rule canBeLookedUp{Severity::error, "a Cv is 0.0001 or more and has at most seven digits"};
+constexpr Rule rowOnce{Severity::error, "a Cv has one row for each pressure"};
+constexpr Rule samePressures{Severity::error, "all Cvs of a table have the same pressures; --complete fills the rows "
+                                              "between a Cv's own, those beyond them are for you to add"};
+constexpr Rule risesWithPressure{Severity::error, "a flow does not fall as the pressure rises"};
+constexpr Rule risesWithCv{Severity::error, "a flow rises with the Cv"};
+constexpr Rule oneBodySize{Severity::error, "a Cv has one body size"};
+constexpr Rule unitsAgree{Severity::error,
+                          "the tables of a valve type agree within a factor of 2, whatever their units"};
+constexpr Rule volumesAscend{Severity::error, "the volumes ascend from row to row"};
+constexpr Rule volumesCovered{Severity::error, "the table covers the tanks that are looked up in it"};
+constexpr Rule risesWithVolume{Severity::error, "a flow does not fall as the volume rises"};
+constexpr Rule highPointBreathesLess{Severity::error, "DepadHFP is not above Pad or DepadLFP"};
+
+// What is only odd.
+constexpr Rule stepsWithPressure{Severity::warning, "a flow rises with the pressure"};
+constexpr Rule growsEvenly{Severity::warning,
+                           "a flow grows at least like the fourth root of the pressure or volume and "
+                           "at most like its power of 1.5"};
+constexpr Rule bodySizeGrows{Severity::warning, "a body size does not shrink as the Cv grows"};
+constexpr Rule rangeCovered{Severity::warning,
+                            "the program accepts pressures beyond those of the table and refuses every "
+                            "valve there"};
+constexpr Rule inSeries{Severity::warning, "the Cv is outside the series of its valve type and is never stepped up"};
+constexpr Rule seriesComplete{Severity::warning, "the series of the valve type has a Cv without rows"};
+constexpr Rule oneStepIsEnough{Severity::warning,
+                               "flows that a valve passes are refused, because the program steps the Cv "
+                               "up once only: add pressures in between"};
+
+constexpr Rule filled{Severity::note, "on the straight line between the rows around them"};
+
+/// The rows of one Cv by pressure, and of one valve table by Cv. At single precision, as a selected Cv is held.
+using Curve = std::map<double, const CapacityRow*>;
+using Curves = std::map<float, Curve>;
+
+/// `flow` at `pressure` on the straight line between the rows around it; nullopt beyond them.
+std::optional<double> flowAt(const Curve& curve, double pressure)
+{
+    const auto above = curve.lower_bound(pressure);
+    if (above == curve.end())
+        return std::nullopt;
+    if (above->first == pressure)
+        return above->second->flow;
+    if (above == curve.begin())
+        return std::nullopt;
+    const auto below = std::prev(above);
+    const double share = (above->first - pressure) / (above->first - below->first);
+    return above->second->flow - share * (above->second->flow - below->second->flow);
+}
+
+std::string cvText(double cv)
+{
+    return "CV " + numberText(cv);
+}
+
+std::string cvText(float cv) // as a person writes it
+{
+    return "CV " + NumberText().general(cv);
+}
+
+std::string lineText(std::size_t line)
+{
+    return " (line " + std::to_string(line) + ')';
+}
+
+/// Whether the program finds the capacity of a Cv. It holds the Cv it selected at single precision and looks for the
+/// number that this single's text reads as: at most seven digits, no exponent. 0 means "no valve".
+bool isLookedUp(double cv)
+{
+    const NumberText numbers;
+    const float selected = cv > std::numeric_limits<float>::max() ? 0 : static_cast<float>(cv);
+    return selected > 0 && numbers.parse(numbers.general(selected)) == cv;
+}
+
+/// Inches of a body size such as 1/2", 1 1/2", 2" or DN 50 (about); nullopt for any other text.
+std::optional<double> inchesOf(const std::string& bodySize)
+{
+    double whole = 0;
+    double over = 0;
+    double under = 1;
+    char mark = 0;
+    const char* const text = bodySize.c_str();
+    if (std::sscanf(text, "%lf %lf/%lf%c", &whole, &over, &under, &mark) == 4 && mark == '"')
+        return whole + over / under;
+    if (std::sscanf(text, "%lf/%lf%c", &over, &under, &mark) == 3 && mark == '"')
+        return over / under;
+    if (std::sscanf(text, "%lf%c", &whole, &mark) == 2 && mark == '"')
+        return whole;
+    if (std::sscanf(text, "DN%lf", &whole) == 1)
+        return whole / 25;
+    return std::nullopt;
+}
+
+/// Whether a flow grows from one row to the next as flows do. Two percent, or one unit, may be rounding.
+bool isEven(double from, double flowFrom, double to, double flowTo)
+{
+    if (from <= 0)
+        return true;
+    const double ratio = to / from;
+    return 1.02 * flowTo + 1 >= flowFrom * std::pow(ratio, 0.25) &&
+           flowTo <= 1.02 * flowFrom * std::pow(ratio, 1.5) + 1;
+}
+
+struct PressureUnit
+{
+    std::string_view name;
+    double pascal;
+};
+constexpr PressureUnit pressureUnits[] = {
+    {"PSI", 6894.757}, {"kg/cm2", 98066.5}, {"kPa", 1000}, {"in wc", 249.08891}, {"mbar", 100},
+};
+
+constexpr const PressureUnit* findUnit(std::string_view name)
+{
+    return std::ranges::find(pressureUnits, name, &PressureUnit::name);
+}
+static_assert(std::ranges::all_of(offers,
+                                  [](const Offer& offer) {
+                                      return findUnit(offer.pressUnits) != std::end(pressureUnits);
+                                  }),
+              "a pressure unit that is offered has a row above");
+
+double scfhPer(std::string_view unitSystem)
+{
+    return unitSystem == choice::us ? 1 : 1 / 0.026793; // from Nm3/h: 60 degF and 14.696 psia against 0 degC
+}
+
+double gallonsPer(std::string_view unitSystem)
+{
+    return unitSystem == choice::us ? 1 : 1 / 0.003785411784;
+}
+
+bool isNear(double one, double other)
+{
+    return one <= 2 * other && other <= 2 * one;
+}
+
+/// Checks one valve table.
+class ValveTableCheck
+{
+public:
+    ValveTableCheck(const ValveTable& table, const Table<CapacityRow>& read, Findings& findings)
+        : table_(table), read_(read), findings_(findings)
+    {
+    }
+
+    /// Gives the rows by Cv and pressure.
+    Curves run()
+    {
+        checkRows();
+        if (read_.isWhole && !curves_.empty()) {
+            checkPressures();
+            checkRange();
+            for (const auto& [cv, curve] : curves_)
+                checkCurve(cv, curve);
+            for (auto cv = curves_.begin(); std::next(cv) != curves_.end(); ++cv)
+                compare(*cv, *std::next(cv));
+            checkSeries();
+        }
+        return std::move(curves_);
+    }
+
+private:
+    void report(const Rule& rule, std::size_t line, const std::string& found) const
+    {
+        findings_.report(rule, read_.file, line, found);
+    }
+
+    std::string at(double pressure) const
+    {
+        return " at Pressure " + numberText(pressure) + ' ' + std::string(table_.pressUnits);
+    }
+
+    void checkRows()
+    {
+        for (const CapacityRow& row : read_.rows) {
+            if (row.flow <= 0)
+                report(aboveZero, row.line, "flow " + numberText(row.flow));
+            if (!isLookedUp(row.cv)) {
+                report(canBeLookedUp, row.line, cvText(row.cv));
+                continue;
+            }
+            const auto [same, added] = curves_[static_cast<float>(row.cv)].emplace(row.pressure, &row);
+            if (!added)
+                report(rowOnce, row.line,
+                       cvText(row.cv) + at(row.pressure) + " has a row already" + lineText(same->second->line));
+        }
+    }
+
+    /// The table has gaps where it has not the same pressures for all Cvs: the program takes the first row at or above
+    /// the duty's pressure, whatever its Cv.
+    void checkPressures()
+    {
+        Curve all; // the first row of each pressure
+        for (const auto& [cv, curve] : curves_)
+            all.insert(curve.begin(), curve.end());
+        for (const auto& [cv, curve] : curves_) {
+            if (curve.size() == all.size())
+                continue;
+            isGrid_ = false;
+            std::string missing;
+            std::size_t count = 0;
+            for (const auto& [pressure, other] : all)
+                if (!curve.contains(pressure) && ++count <= 5)
+                    missing += (count > 1 ? ", " : "") + numberText(pressure) + lineText(other->line);
+            if (count > 5)
+                missing += " and " + std::to_string(count - 5) + " more";
+            report(samePressures, curve.begin()->second->line,
+                   cvText(cv) + " has no row for Pressure " + missing + ", which other Cvs have");
+        }
+    }
+
+    void checkRange() const
+    {
+        const auto byFirst = [](const auto& one) { return one.second.begin()->first; };
+        const auto byLast = [](const auto& one) { return one.second.rbegin()->first; };
+        const CapacityRow* lowest = std::ranges::max_element(curves_, {}, byFirst)->second.begin()->second;
+        const CapacityRow* highest = std::ranges::min_element(curves_, {}, byLast)->second.rbegin()->second;
+        const std::string units = ' ' + std::string(table_.pressUnits);
+        if (lowest->pressure > table_.lowest)
+            report(rangeCovered, lowest->line,
+                   "Pressure begins at " + numberText(lowest->pressure) + ", above " + numberText(table_.lowest) +
+                       units);
+        if (highest->pressure < table_.highest)
+            report(rangeCovered, highest->line,
+                   "Pressure ends at " + numberText(highest->pressure) + ", below " + numberText(table_.highest) +
+                       units);
+    }
+
+    void checkCurve(float cv, const Curve& curve) const
+    {
+        const CapacityRow* before = nullptr;
+        for (const auto& [pressure, row] : curve) {
+            if (row->bodySize != curve.begin()->second->bodySize)
+                report(oneBodySize, row->line,
+                       "Bodysize " + row->bodySize + " of " + cvText(cv) + ", which is " +
+                           curve.begin()->second->bodySize + " elsewhere" + lineText(curve.begin()->second->line));
+            if (before != nullptr) {
+                const Rule* const rule = row->flow < before->flow    ? &risesWithPressure
+                                         : row->flow == before->flow ? &stepsWithPressure
+                                         : !isEven(before->pressure, before->flow, pressure, row->flow) ? &growsEvenly
+                                                                                                        : nullptr;
+                if (rule != nullptr)
+                    report(*rule, row->line,
+                           "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(cv) + ", after " +
+                               numberText(before->flow) + at(before->pressure) + lineText(before->line));
+            }
+            before = row;
+        }
+    }
+
+    void compare(const Curves::value_type& smaller, const Curves::value_type& larger) const
+    {
+        for (const auto& [pressure, row] : larger.second) {
+            const auto beside = smaller.second.find(pressure);
+            if (beside != smaller.second.end() && row->flow <= beside->second->flow)
+                report(risesWithCv, row->line,
+                       "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(larger.first) + ", beside " +
+                           numberText(beside->second->flow) + " of " + cvText(smaller.first) +
+                           lineText(beside->second->line));
+        }
+        const CapacityRow& small = *smaller.second.begin()->second;
+        const CapacityRow& large = *larger.second.begin()->second;
+        const auto smallInches = inchesOf(small.bodySize);
+        const auto largeInches = inchesOf(large.bodySize);
+        if (smallInches && largeInches && *largeInches < *smallInches)
+            report(bodySizeGrows, large.line,
+                   "Bodysize " + large.bodySize + " of " + cvText(larger.first) + " after " + small.bodySize + " of " +
+                       cvText(smaller.first) + lineText(small.line));
+    }
+
+    void checkSeries() const
+    {
+        for (const auto& [cv, curve] : curves_)
+            if (std::ranges::find(table_.cvSeries, cv) == table_.cvSeries.end())
+                report(inSeries, curve.begin()->second->line, cvText(cv));
+        for (const float cv : table_.cvSeries)
+            if (!curves_.contains(cv))
+                report(seriesComplete, 1, cvText(cv));
+        if (isGrid_)
+            checkSteps();
+    }
+
+    /// The lowest pressure at which any model may have a valve of this Cv.
+    double lowestFor(float cv) const
+    {
+        double lowest = table_.highest;
+        for (const Offer& offer : offers)
+            if (offer.valveTable == table_.name)
+                lowest = std::min(lowest, cv > offer.minimum.exemptUpToCv ? std::max(offer.lowest, offer.minimum.lowest)
+                                                                          : offer.lowest);
+        return lowest;
+    }
+
+    /// Where one step of the Cv does not reach the next valve that passes. Above a row's pressure the next row counts,
+    /// so a Cv is chosen for flows up to its own there; stepped up, it passes a little more than the next Cv does at
+    /// the row below. A flow between the two is refused.
+    void checkSteps() const
+    {
+        std::size_t count = 0;
+        double widest = 0;
+        std::string where;
+        std::size_t line = 0;
+        for (auto chosen = curves_.begin(); chosen != curves_.end(); ++chosen) {
+            const auto place = std::ranges::find(table_.cvSeries, chosen->first);
+            const bool isStepped = place != table_.cvSeries.end() && std::next(place) != table_.cvSeries.end();
+            const float steppedTo = isStepped ? *std::next(place) : chosen->first;
+            const auto passing = curves_.upper_bound(steppedTo); // a valve that would do
+            if (passing == curves_.end())
+                break;
+            const auto stepped = curves_.find(steppedTo);
+            for (auto below = chosen->second.begin(); std::next(below) != chosen->second.end(); ++below) {
+                const CapacityRow& above = *std::next(below)->second;
+                if (above.pressure <= std::max(table_.lowest, lowestFor(passing->first)) ||
+                    below->first >= table_.highest)
+                    continue;
+                const double reached =
+                    stepped == curves_.end() ? 0 : stepped->second.at(below->first)->flow; // no rows: no valve
+                if (reached >= above.flow)
+                    continue;
+                ++count;
+                if (above.flow - reached > widest * above.flow) {
+                    widest = (above.flow - reached) / above.flow;
+                    line = above.line;
+                    where = "just above Pressure " + numberText(below->first) + ", " + cvText(chosen->first) +
+                            " is chosen for flows below " + numberText(above.flow) + lineText(above.line) +
+                            (isStepped ? " and stepped to " + cvText(steppedTo) : " and not stepped up") +
+                            ", which passes " + numberText(reached) + " there";
+                }
+            }
+        }
+        if (count > 0)
+            report(oneStepIsEnough, line,
+                   std::to_string(count) + (count == 1 ? " place" : " places, the widest") + ": " + where);
+    }
+
+    const ValveTable& table_;
+    const Table<CapacityRow>& read_;
+    Findings& findings_;
+    Curves curves_;
+    bool isGrid_ = true;
+};
+
+/// Compares a table with the first one of its valve type.
+void compareUnits(const ValveTable& table, const Curves& curves, const std::string& file, const ValveTable& first,
+                  const Curves& firstCurves, const std::string& firstFile, Findings& findings)
+{
+    const double pressureUnit = findUnit(table.pressUnits)->pascal / findUnit(first.pressUnits)->pascal;
+    const double flowUnit = scfhPer(table.unitSystem) / scfhPer(first.unitSystem);
+    for (const auto& [cv, curve] : curves) {
+        const auto same = firstCurves.find(cv);
+        if (same == firstCurves.end())
+            continue;
+        for (const auto& [pressure, row] : curve) {
+            const auto expected = flowAt(same->second, pressure * pressureUnit);
+            if (expected && !isNear(row->flow * flowUnit, *expected))
+                findings.report(unitsAgree, file, row->line,
+                                "flow " + numberText(row->flow) + " at Pressure " + numberText(pressure) + ' ' +
+                                    std::string(table.pressUnits) + ", " + cvText(cv) + ", where " + firstFile +
+                                    " has about " + numberText(std::round(*expected / flowUnit * 100) / 100));
+        }
+    }
+}
+
+void checkLargeTankTable(const LargeTankTable& table, const Table<LargeTankRow>& read, Findings& findings)
+{
+    const std::string units = ' ' + std::string(table.volUnits);
+    const auto report = [&](const Rule& rule, const LargeTankRow& row, const std::string& found) {
+        findings.report(rule, read.file, row.line, found);
+    };
+    const LargeTankRow* before = nullptr;
+    for (const LargeTankRow& row : read.rows) {
+        if (before != nullptr && row.tankVol <= before->tankVol)
+            report(volumesAscend, row, "TankVol " + numberText(row.tankVol) + " after " + numberText(before->tankVol));
+        for (const Column<LargeTankRow>& column : std::span(largeTankColumns).subspan(1)) {
+            const auto flow = std::get<double LargeTankRow::*>(column.member);
+            const std::string named = std::string(column.name) + ' ' + numberText(row.*flow);
+            if (row.*flow <= 0)
+                report(aboveZero, row, named);
+            if (before == nullptr || row.tankVol <= before->tankVol)
+                continue;
+            const Rule* const rule = row.*flow < before->*flow ? &risesWithVolume
+                                     : !isEven(before->tankVol, before->*flow, row.tankVol, row.*flow) ? &growsEvenly
+                                                                                                       : nullptr;
+            if (rule != nullptr)
+                report(*rule, row,
+                       named + " at TankVol " + numberText(row.tankVol) + ", after " + numberText(before->*flow) +
+                           lineText(before->line));
+        }
+        if (row.depadHfp > row.pad || row.depadHfp > row.depadLfp)
+            report(highPointBreathesLess, row,
+                   "DepadHFP " + numberText(row.depadHfp) + " beside Pad " + numberText(row.pad) + " and DepadLFP " +
+                       numberText(row.depadLfp));
+        before = &row;
+    }
+    if (!read.isWhole || read.rows.empty())
+        return;
+    const LargeTankRow& first = read.rows.front();
+    const LargeTankRow& last = read.rows.back();
+    if (first.tankVol > table.lowest)
+        report(volumesCovered, first,
+               "TankVol starts at " + numberText(first.tankVol) + ", above " + numberText(table.lowest) + units);
+    if (last.tankVol < table.highest)
+        report(volumesCovered, last,
+               "TankVol ends at " + numberText(last.tankVol) + ", below " + numberText(table.highest) + units);
+}
+
+/// Compares the flows of the second large-tank table with those of the first.
+void compareLargeTanks(const CapacityTables& tables, Findings& findings)
+{
+    const auto& [first, second] = std::pair{largeTankTables[0], largeTankTables[1]};
+    const Table<LargeTankRow>& firstRead = tables.largeTanks.at(std::string(first.name));
+    const Table<LargeTankRow>& secondRead = tables.largeTanks.at(std::string(second.name));
+    const double volumeUnit = gallonsPer(second.unitSystem) / gallonsPer(first.unitSystem);
+    const double flowUnit = scfhPer(second.unitSystem) / scfhPer(first.unitSystem);
+    for (const LargeTankRow& row : secondRead.rows) {
+        const double volume = row.tankVol * volumeUnit;
+        const auto above = std::ranges::find_if(firstRead.rows, [&](const auto& one) { return one.tankVol >= volume; });
+        if (above == firstRead.rows.begin() || above == firstRead.rows.end())
+            continue;
+        const LargeTankRow& below = *std::prev(above);
+        for (const Column<LargeTankRow>& column : std::span(largeTankColumns).subspan(1)) {
+            const auto flow = std::get<double LargeTankRow::*>(column.member);
+            // Between its neighbours, so within a factor of 2 of what lies there.
+            if (row.*flow * flowUnit > 2 * ((*above).*flow) || 2 * (row.*flow) * flowUnit < below.*flow)
+                findings.report(unitsAgree, secondRead.file, row.line,
+                                std::string(column.name) + ' ' + numberText(row.*flow) + " at TankVol " +
+                                    numberText(row.tankVol) + ", where " + firstRead.file + " has about " +
+                                    numberText(std::round((below.*flow + (*above).*flow) / 2 / flowUnit)));
+        }
+    }
+}
+
+/// Fills the rows that the Cvs of one table lack.
+void completeTable(const ValveTable& table, Table<CapacityRow>& read, Findings& findings)
+{
+    Curves curves;
+    std::set<double> pressures;
+    for (const CapacityRow& row : read.rows) {
+        curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
+        pressures.insert(row.pressure);
+    }
+    std::vector<CapacityRow> added;
+    for (const auto& [cv, curve] : curves) {
+        std::size_t count = 0;
+        for (const double pressure : pressures) {
+            const auto flow = flowAt(curve, pressure);
+            if (!flow || curve.contains(pressure))
+                continue;
+            const CapacityRow& above = *curve.lower_bound(pressure)->second;
+            added.push_back({above.line, pressure, *flow, above.bodySize, above.cv});
+            ++count;
+        }
+        if (count > 0)
+            findings.report(filled, read.file, 0,
+                            cvText(cv) + ": " + std::to_string(count) + (count == 1 ? " row" : " rows") +
+                                " filled, the pressures in " + std::string(table.pressUnits));
+    }
+    read.rows.insert(read.rows.end(), added.begin(), added.end());
+}
+
+} // namespace
+
+void completeTables(CapacityTables& tables, Findings& findings)
+{
+    for (const ValveTable& table : valveTables())
+        if (Table<CapacityRow>& read = tables.valves.at(std::string(table.name)); read.isWhole)
+            completeTable(table, read, findings);
+}
+
+void checkTables(const CapacityTables& tables, Findings& findings)
+{
+    struct Checked
+    {
+        ValveTable table;
+        Curves curves;
+        std::string file;
+    };
+    std::map<std::string_view, Checked> firstOfType;
+    for (const ValveTable& table : valveTables()) {
+        const Table<CapacityRow>& read = tables.valves.at(std::string(table.name));
+        Checked checked{table, ValveTableCheck(table, read, findings).run(), read.file};
+        const auto [first, isFirst] = firstOfType.try_emplace(table.valveType, checked);
+        if (!isFirst)
+            compareUnits(table, checked.curves, checked.file, first->second.table, first->second.curves,
+                         first->second.file, findings);
+    }
+    for (const LargeTankTable& table : largeTankTables)
+        checkLargeTankTable(table, tables.largeTanks.at(std::string(table.name)), findings);
+    compareLargeTanks(tables, findings);
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "capacity_tables.h"
+
+class Findings;
+
+/// Fills the rows that a Cv lacks at pressures of other Cvs, on the straight line between its own rows, as the program
+/// itself does between rows; never beyond them. Says how many each Cv has got.
+void completeTables(CapacityTables& tables, Findings& findings);
+
+/// Holds the figures of all tables to what the program's lookups need and to what capacities can be, from the figures
+/// alone. A table that could not be read whole is held to what its single rows tell.
+void checkTables(const CapacityTables& tables, Findings& findings);
