@@ -4,12 +4,8 @@
 // and on copies cut short by 1 to 4,095 bytes, each seen for the first time. An answer must be the right one, a refusal
 // or a message. Exit status 1 when one is not, 2 when that could not be found out.
 
-#include "app/sizing_state.h"
-#include "base/number_text.h"
-#include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "engine/sizing_driver.h"
-#include "plain_screen.h"
+#include "fresh_sizing.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -61,25 +57,16 @@ Answer answerOf(const Duty& duty, const std::string& file)
         return std::string_view(row.valveTable) == duty.valveTable &&
                std::string_view(row.valveModel) == duty.valveModel;
     });
-    SizingState state;
-    state.ValveModel = offer.valveModel;
-    state.ValveType = offer.valveType;
-    state.UnitSystem = offer.unitSystem;
-    state.PressUnits = offer.pressUnits;
-    state.ValveTable = offer.valveTable;
-    state.SizingMethod = duty.method;
-    PlainScreen screen;
-    screen.boxes = {{Box::txtPumpRate, duty.pumpRate},
-                    {Box::txtPressure, duty.pressure},
-                    {Box::txtTankVolume, duty.tankVolume},
-                    {Box::txtSpecGrav, duty.gravity},
-                    {Box::txtFlashPoint, "200"}};
-    RecordedMessages messages;
     const NumberText numbers;
     CapacityStore store(file, numbers);
-    SizingContext sizing{state, screen, messages, numbers, store};
-    cmdCalcFlowRate_Click(sizing);
-    return {screen.captions, !messages.texts.empty()};
+    FreshSizing sizing(offer, duty.method, numbers);
+    sizing.screen.boxes.insert_or_assign(Box::txtPumpRate, duty.pumpRate);
+    sizing.screen.boxes.insert_or_assign(Box::txtPressure, duty.pressure);
+    sizing.screen.boxes.insert_or_assign(Box::txtTankVolume, duty.tankVolume);
+    sizing.screen.boxes.insert_or_assign(Box::txtSpecGrav, duty.gravity);
+    sizing.screen.boxes.insert_or_assign(Box::txtFlashPoint, "200");
+    sizing.click(numbers, store);
+    return {sizing.screen.captions, !sizing.messages.texts.empty()};
 }
 
 /// One damage of a kind that disks, copies and editors do.

@@ -5,13 +5,8 @@
 // beside it, on the same rows, which valves pass them. Exit status 1 when program and rows differ, 2 when that could
 // not be found out.
 
-#include "app/sizing_state.h"
-#include "base/number_text.h"
-#include "base/offered.h"
-#include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "engine/sizing_driver.h"
-#include "plain_screen.h"
+#include "fresh_sizing.h"
 
 #include <sqlite3.h>
 
@@ -81,25 +76,15 @@ public:
         const std::string pumpRate =
             shortText(std::min(100'000.0, logarithmic(largest / 3000, largest * 1.2) / perPumpRate));
 
-        SizingState state;
-        state.ValveModel = offer_.valveModel;
-        state.ValveType = offer_.valveType;
-        state.UnitSystem = offer_.unitSystem;
-        state.PressUnits = offer_.pressUnits;
-        state.ValveTable = offer_.valveTable;
-        state.SizingMethod = choice::directDisplacement;
-        PlainScreen screen;
-        screen.boxes = {{Box::txtPumpRate, pumpRate},
-                        {Box::txtPressure, numbers_.general(pressure)},
-                        {Box::txtTankVolume, "0"},
-                        {Box::txtSpecGrav, numbers_.general(gravity)}};
-        RecordedMessages messages;
-        SizingContext sizing{state, screen, messages, numbers_, store_};
-        cmdCalcFlowRate_Click(sizing);
+        FreshSizing sizing(offer_, choice::directDisplacement, numbers_);
+        sizing.screen.boxes[Box::txtPumpRate] = pumpRate;
+        sizing.screen.boxes[Box::txtPressure] = numbers_.general(pressure);
+        sizing.screen.boxes[Box::txtSpecGrav] = numbers_.general(gravity);
+        sizing.click(numbers_, store_);
 
-        const bool isSized = !screen.caption(Label::lblPercentValveCapacity).empty();
+        const bool isSized = !sizing.screen.caption(Label::lblPercentValveCapacity).empty();
         ++(isSized ? sized : refused);
-        const std::string fault = faultOf(state, pressure, isSized, messages);
+        const std::string fault = faultOf(sizing, pressure, isSized);
         if (!fault.empty())
             std::cout << offer_.valveModel << ' ' << offer_.valveTable << ", pump rate " << pumpRate << ", pressure "
                       << pressure << ", gravity " << gravity << ": " << fault << '\n';
@@ -127,14 +112,15 @@ private:
         return std::clamp(pressure, offer_.lowest, offer_.highest);
     }
 
-    std::string faultOf(const SizingState& state, double pressure, bool isSized, const RecordedMessages& messages) const
+    std::string faultOf(const FreshSizing& sizing, double pressure, bool isSized) const
     {
+        const SizingState& state = sizing.state;
         // The program sizes for a flow cut to a decimal and rounded to a whole number twice, and rounds capacities,
         // too.
         const double gasFactor = state.GasFactor;
         const double rounding = 0.6 + gasFactor;
-        if (!messages.texts.empty())
-            return messages.texts.front();
+        if (!sizing.messages.texts.empty())
+            return sizing.messages.texts.front();
         for (const auto& [cv, curve] : curves_) {
             const bool isAllowed = pressure >= offer_.minimum.lowest || cv <= offer_.minimum.exemptUpToCv;
             const double capacity = flowAt(curve, pressure) * gasFactor;

@@ -13,9 +13,7 @@
 #include <QPushButton>
 
 #include <array>
-#include <cmath>
 #include <iterator>
-#include <limits>
 #include <utility>
 
 namespace
@@ -57,14 +55,13 @@ struct ValveTypeTexts
     const char* pressure;
     const char* blanketingGas;
     const char* specGrav;
-    Gas gas;
 };
 
 constexpr ValveTypeTexts valveTypeTexts[] = {
     {choice::pad, "Pump-&Out Rate", "+ Inbreathing Flow", "Supply &Pressure of Blanketing Gas",
-     "&Blanketing Gas:", "Specific &Gravity - Blanketing Gas", gases[0]},
+     "&Blanketing Gas:", "Specific &Gravity - Blanketing Gas"},
     {choice::depad, "Pump-In Rate", "+ Outbreathing Flow", "Differential &Pressure",
-     "&Vented Gas:", "Specific &Gravity - Vented Gas", gases[1]},
+     "&Vented Gas:", "Specific &Gravity - Vented Gas"},
 };
 
 constexpr const char* directDisplacementNote =
@@ -89,16 +86,6 @@ MainControl controlOf(Box box)
 MainControl controlOf(Label label)
 {
     return labels[static_cast<std::size_t>(label)];
-}
-
-/// The listed gas of a specific gravity; "" for any other.
-const char* gasOf(double specGrav)
-{
-    if (std::fabs(specGrav) <= std::numeric_limits<float>::max())
-        for (const Gas& gas : gases)
-            if (static_cast<float>(specGrav) == gas.specGrav)
-                return gas.name;
-    return "";
 }
 
 void paintText(QLabel& label, const QColor& colour)
@@ -206,8 +193,8 @@ void MainForm::loadValveType()
         setLabelCaption("lblPressure", texts.pressure);
         setLabelCaption("lblBlanketingGas", texts.blanketingGas);
         setLabelCaption("lblSpecGravlbl", texts.specGrav);
-        setText("txtSpecGrav", sizing_.numbers.general(texts.gas.specGrav));
-        gas_.setGas(QString::fromUtf8(texts.gas.name));
+        setText("txtSpecGrav", sizing_.numbers.general(firstGas(valveType).specGrav));
+        gas_.setGas(QString::fromUtf8(firstGas(valveType).name));
     }
     if (valveType == choice::pad) {
         hideAll(storedMaterialControls);

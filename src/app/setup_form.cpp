@@ -3,6 +3,7 @@
 #include "app/key_filter.h"
 #include "app/sizing_state.h"
 #include "base/offered.h"
+#include "base/setup_choices.h"
 
 #include <QGroupBox>
 #include <QLineEdit>
@@ -205,17 +206,11 @@ void SetupForm::Handlers::fillPressureAndFlow() const
 
 void SetupForm::Handlers::cmdContinue_Click() const
 {
-    state.UnitSystem = selected(unitOptions);
-    if (const UnitSystem* const units = unitsOf(state.UnitSystem))
-        state.PumpRateUnits = units->pumpRate;
-    state.PressUnits = list("lstPressure").currentItem()->text().toStdString();
-    state.FlowUnits = list("lstFlow").item(0)->text().toStdString();
-    state.VolUnits = list("lstVolume").item(0)->text().toStdString();
-    state.ValveModel = selected(modelOptions);
+    const std::string pressUnits = list("lstPressure").currentItem()->text().toStdString();
     for (const Offer& offer : offers)
-        if (state.ValveModel == offer.valveModel && state.ValveType == offer.valveType &&
-            state.PressUnits == offer.pressUnits)
-            state.ValveTable = offer.valveTable;
+        if (selected(modelOptions) == std::string_view(offer.valveModel) && state.ValveType == offer.valveType &&
+            pressUnits == offer.pressUnits)
+            storeOffer(state, offer);
     for (const CustomerBox& row : customerBoxes)
         state.*row.field = form.controls_.get<QLineEdit>(row.box).text().toStdString();
     emit form.continued();
