@@ -4,12 +4,16 @@
 // counters give the bare calls' time in microseconds, the ratio of the two, and the time of the first click, which
 // checks the file. Click and bare calls take turns, so that both meet the same machine. For medians: benchmarks
 // --benchmark_repetitions=7 --benchmark_report_aggregates_only=true
+//
+// The lines that begin with "list" size a list of a thousand rows of the duty, CSV included; `ratio` is that of a row
+// to a click.
 
 #include "app/sizing_state.h"
 #include "base/checked_math.h"
 #include "base/number_text.h"
 #include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
+#include "duty_list.h"
 #include "engine/sizing_driver.h"
 #include "plain_screen.h"
 
@@ -22,6 +26,7 @@
 #include <iostream>
 #include <list>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -291,6 +296,50 @@ void measure(benchmark::State& run, const std::string& file, const Duty& duty, P
     run.counters["rows"] = rowsOf(file, duty.setup.ValveTable);
 }
 
+/// A list with the same row again and again.
+std::string listOf(const Duty& duty, int rows)
+{
+    const SizingState& setup = duty.setup;
+    std::string row = setup.ValveModel + ',' + setup.ValveType + ',' + setup.SizingMethod + ',' + setup.UnitSystem +
+                      ',' + setup.PressUnits;
+    for (const Box box : {Box::txtPumpRate, Box::txtPressure, Box::txtTankVolume, Box::txtSpecGrav, Box::txtFlashPoint})
+        row += ',' + duty.boxes.at(box);
+    std::string text = "Valve Model,Valve Type,Sizing Method,Units of Measure,Units of Pressure,Pump Rate,Pressure,"
+                       "Tank Volume,Specific Gravity,Flash Point\n";
+    for (; rows > 0; --rows)
+        text += row + '\n';
+    return text;
+}
+
+/// List and clicks take turns by ten rows.
+void measureList(benchmark::State& run, const std::string& file, const Duty& duty, Program& program)
+{
+    constexpr int rows = 1000;
+    const std::string text = listOf(duty, rows);
+    std::chrono::duration<double> inList{};
+    std::chrono::duration<double> clicks{};
+    for ([[maybe_unused]] auto turn : run) {
+        const auto before = inList;
+        std::istringstream in(text);
+        auto start = Clock::now();
+        DutyList list(in, file);
+        for (int row = 0; row < rows; ++row) {
+            benchmark::DoNotOptimize(list.answer(list.next().value()));
+            if (row % 10 != 9)
+                continue;
+            const auto sized = Clock::now();
+            for (int click = 0; click < 10; ++click)
+                cmdCalcFlowRate_Click(program.sizing);
+            const auto clicked = Clock::now();
+            inList += sized - start;
+            clicks += clicked - sized;
+            start = clicked;
+        }
+        run.SetIterationTime((inList - before).count() / rows);
+    }
+    run.counters["ratio"] = inList / clicks;
+}
+
 void measureAll(const std::filesystem::path& directory)
 {
     constexpr int scales[] = {1, 10, 100};
@@ -314,6 +363,13 @@ void measureAll(const std::filesystem::path& directory)
                 [file, &duty, &program, first](benchmark::State& run) { measure(run, file, duty, program, first); })
                 ->UseManualTime()
                 ->Unit(benchmark::kMicrosecond);
+            if (scale == 1)
+                benchmark::RegisterBenchmark(
+                    ("list, " + name).c_str(),
+                    [file, &duty, &program](benchmark::State& run) { measureList(run, file, duty, program); })
+                    ->UseManualTime()
+                    ->Iterations(3)
+                    ->Unit(benchmark::kMicrosecond);
         }
     benchmark::RunSpecifiedBenchmarks();
 }

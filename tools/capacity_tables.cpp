@@ -36,25 +36,6 @@ constexpr Rule finiteNumber{Severity::error, "a number is finite, not negative, 
 constexpr Rule plainText{Severity::error, "a text is UTF-8, and neither blank nor with control characters"};
 constexpr Rule lastLine{Severity::warning, "the last line has no end, as if the file had been cut"};
 
-/// Whether every byte of `text` has its place in a UTF-8 sequence. Text in a one-byte encoding rarely passes.
-bool isUtf8(std::string_view text)
-{
-    const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
-    while (!text.empty()) {
-        const auto lead = static_cast<unsigned char>(text.front());
-        const std::size_t length = lead < 0x80   ? 1
-                                   : lead < 0xC2 ? 0
-                                   : lead < 0xE0 ? 2
-                                   : lead < 0xF0 ? 3
-                                   : lead < 0xF5 ? 4
-                                                 : 0;
-        if (length == 0 || length > text.size() || !std::ranges::all_of(text.substr(1, length - 1), isContinuation))
-            return false;
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
 /// Reads the CSV file of one table.
 template <typename Row>
 class TableReader

@@ -35,12 +35,6 @@ int noSpace(unsigned char)
     return 0;
 }
 
-bool isAlike(std::string_view one, std::string_view other)
-{
-    return std::ranges::equal(one, other,
-                              [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
-}
-
 const CsvColumn* findColumn(std::span<const CsvColumn> columns, std::string_view name)
 {
     const auto found = std::ranges::find_if(columns, [&](const CsvColumn& one) { return isAlike(one.name, name); });
@@ -95,7 +89,8 @@ public:
                 throw CsvProblem(mark->line, quoted(mark->text) +
                                                  " may have a decimal mark or a thousands separator, and no other "
                                                  "number tells which");
-        return comma_.line > 0 ? ',' : '.';
+        const bool isComma = point_.line == 0 && (comma_.line > 0 || separator_ == ';');
+        return isComma ? ',' : '.';
     }
 
 private:
@@ -169,7 +164,7 @@ CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
             if (const CsvColumn* const column = findColumn(columns, row.fields[at]); column && column->isNumber)
                 numbers.push_back(at);
     DecimalMarks marks(format.separator);
-    while (reader.next(row))
+    for (; reader.next(row); ++format.rows)
         for (const std::size_t at : numbers)
             if (at < row.fields.size())
                 marks.look(row.fields[at], row.line);
@@ -197,6 +192,8 @@ bool CsvReader::readLine()
     if (atStart && read.starts_with(byteOrderMark))
         read.erase(0, byteOrderMark.size());
     atStart = false;
+    if (!isUtf8(read))
+        throw CsvProblem(line + lines.size() + 1, "the text is not UTF-8: save it as CSV in UTF-8");
     lines.push_back(std::move(read));
     return true;
 }
@@ -247,6 +244,30 @@ bool CsvReader::next(CsvRow& row)
             return true;
     }
     return false;
+}
+
+bool isUtf8(std::string_view text)
+{
+    const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
+    while (!text.empty()) {
+        const auto lead = static_cast<unsigned char>(text.front());
+        const std::size_t length = lead < 0x80   ? 1
+                                   : lead < 0xC2 ? 0
+                                   : lead < 0xE0 ? 2
+                                   : lead < 0xF0 ? 3
+                                   : lead < 0xF5 ? 4
+                                                 : 0;
+        if (length == 0 || length > text.size() || !std::ranges::all_of(text.substr(1, length - 1), isContinuation))
+            return false;
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+bool isAlike(std::string_view one, std::string_view other)
+{
+    return std::ranges::equal(one, other,
+                              [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
 }
 
 std::string csvField(std::string_view text, char separator)

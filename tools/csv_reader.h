@@ -30,6 +30,7 @@ struct CsvFormat
     char decimalMark = '.';
     bool byteOrderMark = false; ///< of UTF-8, at the beginning
     std::string lineEnd = "\n"; ///< of the first line
+    std::size_t rows = 0;       ///< below the header
 };
 
 /// A column that a CSV text may have.
@@ -41,6 +42,7 @@ struct CsvColumn
 
 /// Finds how the rest of `in` is written: separated by commas, semicolons or tabs, and in the last two with a decimal
 /// point or comma. The separator is the one that finds most of the `columns` in the header, upper and lower case alike.
+/// Where no number has a decimal mark, it is the one that spreadsheets have beside that separator.
 /// Throws CsvProblem when the text can be read in no way or in more than one: another encoding or separator, thousands
 /// separators, both decimal marks. Reads to the end.
 CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns);
@@ -54,7 +56,7 @@ public:
     /// Reads from where `text` stands.
     explicit CsvReader(std::istream& text, char separatedBy = ',') : in(text), separator(separatedBy) {}
 
-    /// Whether there was another row. Throws CsvProblem at a row beyond all measure.
+    /// Whether there was another row. Throws CsvProblem at a line beyond all measure or not in UTF-8.
     bool next(CsvRow& row);
 
     /// Whether the text read last ended in a line end, as a whole file does.
@@ -72,6 +74,12 @@ private:
     bool atStart = true;
     bool hasEnd = true;
 };
+
+/// Whether every byte of `text` has its place in a UTF-8 sequence. Text in a one-byte encoding rarely passes.
+bool isUtf8(std::string_view text);
+
+/// Whether two names differ in nothing but upper and lower case.
+bool isAlike(std::string_view one, std::string_view other);
 
 /// A field as CSV text writes it: quoted where it must be.
 std::string csvField(std::string_view text, char separator);

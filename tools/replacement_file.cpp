@@ -62,6 +62,8 @@ ReplacementFile::ReplacementFile(const fs::path& file)
     }
     if (fs::is_directory(target))
         failFor(EISDIR);
+    if (fs::exists(target) && !fs::is_regular_file(target))
+        throw std::runtime_error("not a regular file"); // a device or pipe would be replaced by one
     removeLeftovers(target);
     while (!create())
         ; // taken for a leftover by another run before it was locked

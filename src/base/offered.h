@@ -37,6 +37,7 @@ inline constexpr const char* depadDirectDisplacement = "Depad Direct Displacemen
 struct UnitSystem
 {
     const char* name;
+    const char* option; ///< the text of its option on the setup screen
     const char* pumpRate;
     const char* flow; ///< of gas
     const char* temperature;
@@ -45,8 +46,8 @@ struct UnitSystem
 };
 
 inline constexpr UnitSystem unitSystems[] = {
-    {choice::us, "gpm", "SCFH", "Fahrenheit", "Gallons", 'F'},
-    {choice::metric, "m3/Hr", "Nm3/Hr", "Celcius", "Cubic Meters", 'C'},
+    {choice::us, "U.S. Units", "gpm", "SCFH", "Fahrenheit", "Gallons", 'F'},
+    {choice::metric, "Metric Units", "m3/Hr", "Nm3/Hr", "Celcius", "Cubic Meters", 'C'},
 };
 
 /// When a model's user is not advised to lower the pressure of a valve that is hardly used.

@@ -144,6 +144,9 @@ void SystemPrinters::print(const SummaryForm& page)
     QPrinter printer(info, QPrinter::HighResolution);
     if (const QPageSize paper = info.defaultPageSize(); paper.isValid())
         printer.setPageSize(paper); // left alone, it has the paper of the user's country
+    printer.setFullPage(true);
+    printer.setPageOrientation(QPageLayout::Portrait);
+    printer.setColorMode(QPrinter::Color); // a printer without colours makes its own greys of the pictures
     printer.setDocName(QString::fromUtf8(SummaryForm::caption));
     printOn(printer, page);
 }

@@ -5,8 +5,8 @@
 #include <QFont>
 #include <QImage>
 #include <QPageLayout>
+#include <QPagedPaintDevice>
 #include <QPainter>
-#include <QPrinter>
 #include <QTextLayout>
 
 #include <algorithm>
@@ -127,22 +127,19 @@ QTransform placeSummary(const QSizeF& paper, const QRectF& printable)
                       start(paper.height(), printable.top(), printable.bottom(), summaryHeight));
 }
 
-void paintSummary(const SummaryForm& page, QPrinter& printer)
+void paintSummary(const SummaryForm& page, QPagedPaintDevice& device)
 {
-    printer.setFullPage(true);
-    printer.setPageOrientation(QPageLayout::Portrait);
-    printer.setColorMode(QPrinter::Color); // a printer without colours makes its own greys of the pictures
     QPainter painter;
-    if (!painter.begin(&printer))
-        throw std::runtime_error("the printer cannot be painted on");
-    const double dots = printer.resolution() / 1440.0; // a twip
-    const QSizeF paper(printer.width() / dots, printer.height() / dots);
-    QPageLayout layout = printer.pageLayout();
+    if (!painter.begin(&device))
+        throw std::runtime_error("the paper cannot be painted on");
+    const double dots = device.logicalDpiX() / 1440.0; // a twip
+    const QSizeF paper(device.width() / dots, device.height() / dots);
+    QPageLayout layout = device.pageLayout();
     layout.setUnits(QPageLayout::Point);
     const QMarginsF margins = layout.minimumMargins() * 20;
     painter.scale(dots, dots);
     painter.setTransform(placeSummary(paper, QRectF(QPointF(), paper).marginsRemoved(margins)), true);
     paintPage(page, painter);
     if (!painter.end())
-        throw std::runtime_error("the page was not printed");
+        throw std::runtime_error("the page was not painted");
 }

@@ -2,11 +2,28 @@
 
 #include "app/main_form_layout.h"
 #include "app/setup_form_layout.h"
+#include "duty_list.h"
+
+#include <sstream>
 
 namespace
 {
 
-using CasesInWindows = ScreensTest;
+class CasesInWindows : public ScreensTest
+{
+protected:
+    /// A listed gas is picked, another one typed.
+    void pickOrTypeGas(const std::string& name)
+    {
+        auto& box = get<QComboBox>("cmbBlanketingGas");
+        const int at = box.findText(QString::fromStdString(name));
+        box.setEditText(QString::fromStdString(name));
+        if (at >= 0) {
+            box.setCurrentIndex(at);
+            emit box.activated(at);
+        }
+    }
+};
 
 TEST_F(CasesInWindows, GiveWhatTheCaseFileSays)
 {
@@ -19,6 +36,56 @@ TEST_F(CasesInWindows, GiveWhatTheCaseFileSays)
         press("cmdCalcFlowRate");
         expectOutcome(row, dynamic_cast<MainScreen&>(*screens.form()), messages);
     }
+}
+
+/// A list gives what the windows show, whatever is chosen and whatever is left to the defaults.
+TEST_F(CasesInWindows, AndListsGiveTheSame)
+{
+    const struct
+    {
+        const char* entries[std::size(entryColumns)]; ///< "" leaves the default
+        const char* gas;
+    } duties[] = {
+        {{"100", "10", "1000", "", "", "120"}, ""},      {{"80", "100", "500", "1.52", "", ""}, ""},
+        {{"60", "1.5", "9000", "", "200", ""}, "Argon"}, {{"5", "26", "2000000", "0.6", "", "20"}, "Methane"},
+        {{"300", "2", "4000", "", "", "30"}, "Air"},     {{"", "2", "", "", "", ""}, "Dry CO2"},
+        {{"120000", "2", "3", "", "", "9"}, ""},
+    };
+    for (const Offer& offer : offers)
+        for (const std::string method : {choice::api2000, choice::directDisplacement}) {
+            std::string text = "Valve Model,Valve Type,Units of Measure,Units of Pressure,Sizing Method,Gas";
+            for (const auto& [column, box] : entryColumns)
+                text += std::string(",") + column;
+            const std::string setup = std::string(offer.valveModel) + "," + offer.valveType + "," + offer.unitSystem +
+                                      "," + offer.pressUnits + "," + method;
+            for (const auto& [entries, gas] : duties) {
+                text += "\n" + setup + "," + gas;
+                for (const char* const entry : entries)
+                    text += std::string(",") + entry;
+            }
+            std::istringstream in(text);
+            DutyList list(in, testTables());
+            for (std::size_t at = 0; at < std::size(duties); ++at) {
+                messages.texts.clear();
+                openMain(std::string(offer.valveModel) + ", " + offer.valveType + ", " + method + ", " +
+                         offer.unitSystem + ", " + offer.pressUnits);
+                if (const std::string name = duties[at].gas; !name.empty())
+                    pickOrTypeGas(name);
+                for (std::size_t column = 0; column < std::size(entryColumns); ++column) {
+                    const char* const box = boxNames[static_cast<std::size_t>(entryColumns[column].box)];
+                    if (*duties[at].entries[column] != '\0' && get<QLineEdit>(box).isVisible())
+                        set(box, duties[at].entries[column]);
+                }
+                press("cmdCalcFlowRate");
+                const std::string where = setup + ", duty " + std::to_string(at);
+                const auto listed = list.next();
+                ASSERT_TRUE(listed && listed->sizing) << where;
+                for (std::size_t label = 0; label < std::size(labelNames); ++label)
+                    EXPECT_EQ(listed->sizing->screen.caption(static_cast<Label>(label)), shown(labelNames[label]))
+                        << where << ": " << labelNames[label];
+                EXPECT_EQ(listed->sizing->messages.texts, messages.texts) << where;
+            }
+        }
 }
 
 TEST_F(CasesInWindows, TheSetupFormLooksAsTheCaseFileSays)

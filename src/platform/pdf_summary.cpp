@@ -1,0 +1,23 @@
+#include "platform/pdf_summary.h"
+
+#include "platform/summary_painter.h"
+#include "report/summary_form.h"
+
+#include <QBuffer>
+#include <QLocale>
+#include <QPageLayout>
+#include <QPdfWriter>
+
+std::string summaryPdf(const SummaryForm& page)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&buffer);
+        const bool hasLetter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
+        writer.setPageLayout({QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait, {}});
+        writer.setTitle(QString::fromUtf8(SummaryForm::caption));
+        paintSummary(page, writer);
+    } // complete when the writer is gone
+    return buffer.data().toStdString();
+}

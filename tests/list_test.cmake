@@ -1,0 +1,21 @@
+# Sizes the example list in EXAMPLES with the program SIZE_VALVES and compares the answer with the one beside it. One of
+# its tanks is refused, which the exit status says. Five summaries are left in DIR.
+file(REMOVE_RECURSE ${DIR})
+file(MAKE_DIRECTORY ${DIR})
+execute_process(COMMAND ${SIZE_VALVES} --quiet -o ${DIR}/answer.csv --summaries ${DIR}/summaries ${EXAMPLES}/tanks.csv
+                RESULT_VARIABLE status ERROR_VARIABLE errors)
+if(NOT status EQUAL 1 OR errors)
+    message(FATAL_ERROR "exit status ${status}: ${errors}")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${DIR}/answer.csv ${EXAMPLES}/tanks_sized.csv
+                COMMAND_ERROR_IS_FATAL ANY)
+file(GLOB summaries RELATIVE ${DIR}/summaries ${DIR}/summaries/*)
+if(NOT summaries STREQUAL "TK-101 in.pdf;TK-101 out.pdf;TK-102 in.pdf;TK-102 out.pdf;TK-103 in.pdf")
+    message(SEND_ERROR "summaries: ${summaries}")
+endif()
+foreach(summary IN LISTS summaries)
+    file(READ "${DIR}/summaries/${summary}" beginning LIMIT 5)
+    if(NOT beginning STREQUAL "%PDF-")
+        message(SEND_ERROR "${summary} is no PDF")
+    endif()
+endforeach()

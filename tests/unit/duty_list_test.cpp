@@ -1,0 +1,167 @@
+#include "duty_list.h"
+#include "summary_files.h"
+#include "support/cases.h"
+#include "support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+
+namespace
+{
+
+constexpr const char* sharedColumns[] = {"Pump-Rate Flow",     "Breathing Flow",  "Valve Coefficient",
+                                         "Max Valve Capacity", "Valve Body Size", "Capacity Utilized (%)",
+                                         "Comments",           "Messages"};
+
+/// The rows of the answer to a list on the tables of the tests, by the names in its header.
+std::vector<std::map<std::string, std::string>> answersTo(const std::string& text)
+{
+    std::istringstream in(text);
+    DutyList list(in, testTables());
+    std::istringstream headerIn(list.answerHeader());
+    const char separator = list.answerHeader().find(';') != std::string::npos ? ';' : ',';
+    CsvRow header;
+    CsvReader(headerIn, separator).next(header);
+    std::vector<std::map<std::string, std::string>> answers;
+    while (const auto duty = list.next()) {
+        std::istringstream rowIn(list.answer(*duty));
+        CsvRow row;
+        EXPECT_TRUE(CsvReader(rowIn, separator).next(row));
+        EXPECT_EQ(row.fields.size(), header.fields.size());
+        auto& answer = answers.emplace_back();
+        for (std::size_t at = 0; at < header.fields.size(); ++at)
+            answer[header.fields[at]] = row.fields.at(at);
+    }
+    EXPECT_EQ(answers.size(), list.size());
+    return answers;
+}
+
+/// Why a list as a whole is refused.
+std::string refusalOf(const std::string& text, const std::string& dataFile = testTables())
+{
+    std::istringstream in(text);
+    try {
+        DutyList list(in, dataFile);
+    } catch (const CsvProblem& problem) {
+        return std::to_string(problem.line) + ": " + problem.what();
+    } catch (const std::runtime_error& failure) {
+        return failure.what();
+    }
+    return "none";
+}
+
+TEST(DutyList, SizesWhatTheCaseFileSays)
+{
+    const auto canBeListed = [](const Case& row) { // the others are refused before the click, or take a default
+        return !row["Specific Gravity"].empty() && row["Case"].find(" no number") == std::string::npos;
+    };
+    std::vector<Case> cases = readCases("sizings.csv");
+    std::erase_if(cases, [&](const Case& row) { return !canBeListed(row); });
+    ASSERT_GT(cases.size(), 100U);
+    std::string text;
+    for (const char* const column :
+         {"Units of Pressure", "Valve Type", "Sizing Method", "Units of Measure", "Valve Model"})
+        text += std::string(column) + ';';
+    for (const auto& [column, box] : entryColumns)
+        text += std::string(column) + ';';
+    for (const Case& row : cases) {
+        text += '\n';
+        for (const char* const column :
+             {"Units of Pressure", "Valve Type", "Sizing Method", "Units of Measure", "Valve Model"})
+            text += row[column] + ';';
+        for (const auto& [column, box] : entryColumns)
+            text += row[column] + ';';
+    }
+    const auto answers = answersTo(text);
+    ASSERT_EQ(answers.size(), cases.size());
+    for (std::size_t at = 0; at < cases.size(); ++at) {
+        const Case& row = cases[at];
+        for (const char* const column : sharedColumns)
+            EXPECT_EQ(answers[at].at(column), row[column]) << row.where() << ": " << column;
+        EXPECT_EQ(answers[at].at("Total Flow"), row["Total Flow Rate"]) << row.where();
+        EXPECT_EQ(answers[at].at("Status"), !row["Messages"].empty()               ? "failed"
+                                            : row["Capacity Utilized (%)"].empty() ? "refused"
+                                                                                   : "sized")
+            << row.where();
+    }
+}
+
+TEST(DutyList, RefusesRowsThatCannotBeEntered)
+{
+    const struct
+    {
+        const char* row; ///< below "Valve Model,Valve Type,Units of Measure,Units of Pressure,Pump Rate,Notes"
+        const char* comments;
+    } cases[] = {
+        {"Series 62,,,,1,", "Valve Model \"Series 62\": here it is Series 61 or Series 63"},
+        {",depad,,,1,", "Valve Type \"depad\": here it is Pad"},
+        {",,,kPa,1,", "Units of Pressure \"kPa\": here it is PSI"},
+        {"SERIES 63,DEPAD,u.s. units,kPa,1,", "Units of Pressure \"kPa\": here it is PSI or in wc"},
+        {",,,,1.5x,", "Pump Rate \"1.5x\" is not a number"},
+        {",,,,1,a,b", "7 fields where the header has 6"},
+        {",,,,1", "5 fields where the header has 6"},
+        {",,,,1,\"a\"b", "broken quoting; a text with a quotation mark is written like \"1/2\"\"\""},
+        {",,,,1,", "Please enter Pressure and Pump-Rate information."},
+    };
+    std::string text = "Valve Model,Valve Type,Units of Measure,Units of Pressure,Pump Rate,Notes\n";
+    for (const auto& [row, comments] : cases)
+        text += std::string(row) + '\n';
+    const auto answers = answersTo(text);
+    ASSERT_EQ(answers.size(), std::size(cases));
+    for (std::size_t at = 0; at < answers.size(); ++at) {
+        EXPECT_EQ(answers[at].at("Comments"), cases[at].comments);
+        EXPECT_EQ(answers[at].at("Status"), "refused");
+    }
+}
+
+TEST(DutyList, RefusesListsThatCannotBeRead)
+{
+    EXPECT_EQ(refusalOf(""), "1: there is no header row with the names of the columns");
+    EXPECT_TRUE(refusalOf("\nGas,Pumprate\n").starts_with("2: column 2, \"Pumprate\": a column is Tag Number, Valve"));
+    EXPECT_EQ(refusalOf("Gas,Notes,gas\n"), "1: column 3, \"gas\": it stands twice");
+    EXPECT_TRUE(refusalOf("Gas,Pressure\nx,\"1,5\"\n").starts_with("2: \"1,5\": in a file separated by commas"));
+    EXPECT_TRUE(refusalOf("Gas\n", "/nowhere").starts_with("the valve tables cannot be read: no data file"));
+}
+
+TEST(DutyList, AnswersAsTheListIsWritten)
+{
+    std::istringstream in(
+        "\xEF\xBB\xBFNotes;Pump Rate;Pressure;Tank Volume;Gas\r\n\"a;\"\"b\"\"\";12,5;62,5;100;dry co2\r\n");
+    DutyList list(in, testTables());
+    EXPECT_TRUE(list.answerHeader().starts_with("\xEF\xBB\xBFNotes;Pump Rate;Pressure;Tank Volume;Gas;Status;"));
+    const auto duty = list.next();
+    // 100 + 100 / 42 SCFH of carbon dioxide; 10 x 0.4 x 62.5 SCFH of nitrogen are 0.8 of that
+    EXPECT_EQ(list.answer(*duty),
+              "\"a;\"\"b\"\"\";12,5;62,5;100;dry co2;sized;100;2,3;102;SCFH;0,4;\"1/2\"\"\";200;51;;\r\n");
+    EXPECT_EQ(duty->sizing->screen.text(Box::cmbBlanketingGas), "Dry CO2");
+}
+
+TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
+{
+    EXPECT_EQ(fileNameOf("../T 1/2\"\n"), "_.._T 1_2__"); // no dot first
+    EXPECT_EQ(fileNameOf("com1.x"), "_com1.x");
+    EXPECT_EQ(fileNameOf("T. "), "T");
+    EXPECT_EQ(fileNameOf(std::string(99, 'a') + "\xC3\xA4"), std::string(99, 'a')) << "half a character";
+
+    const TemporaryDirectory temporary;
+    const auto write = [&](SummaryFiles& files, const char* tag) {
+        std::istringstream in(std::string("Tag Number,Pump Rate,Pressure,Tank Volume\n") + tag + ",10,60,100\n");
+        DutyList list(in, testTables());
+        auto duty = list.next();
+        return files.write(*duty->sizing, duty->row.line, list.numbers());
+    };
+    const auto pdf = [](const SummaryForm&) { return std::string("page"); };
+    SummaryFiles files(temporary.path / "new", pdf, "today", false);
+    for (const char* const tag : {"T-1", "t-1", ""})
+        EXPECT_EQ(write(files, tag), "");
+    for (const char* const name : {"T-1.pdf", "t-1 (2).pdf", "line 2.pdf"})
+        EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / name)) << name;
+    SummaryFiles again(temporary.path / "new", pdf, "today", false);
+    EXPECT_NE(write(again, "T-1").find("it exists already"), std::string::npos);
+    SummaryFiles forced(temporary.path / "new", pdf, "today", true);
+    EXPECT_EQ(write(forced, "T-1"), "");
+}
+
+} // namespace

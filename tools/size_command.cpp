@@ -1,0 +1,321 @@
+#include "size_command.h"
+
+#include "duty_list.h"
+#include "replacement_file.h"
+#include "summary_files.h"
+
+#include <getopt.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <optional>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+constexpr const char* usage = R"(usage: size_valves [-o RESULTS.csv] [--summaries DIR [--force]] [--quiet] DUTIES.csv
+       size_valves --help | --version
+
+Sizes a tank blanketing valve for each row of a list of duties and writes the list back with the results. "-" stands for
+standard input or output; without -o the results go to standard output.
+
+  -o, --output FILE  where the results go, put in place when all rows are done
+  --summaries DIR    leaves the printed summary of each sized row as a PDF in DIR, named by its tag number
+  --force            overwrites summaries that are there
+  --quiet            says nothing of progress and numbers of rows
+
+Exit status: 0 all rows are sized, 1 some are not, 2 nothing was done.
+)";
+
+struct Options
+{
+    std::string list;
+    std::string output = "-";
+    std::string summaries; ///< directory; "": none
+    bool force = false;
+    bool quiet = false;
+};
+
+/// Ends the command with a line on standard error and exit status 2.
+struct NothingDone : std::runtime_error
+{
+    using std::runtime_error::runtime_error;
+};
+
+volatile std::sig_atomic_t isInterrupted = 0;
+
+/// Makes an interruption end the command in its own way, and a closed pipe a failed write.
+void catchSignals()
+{
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(number, [](int) { isInterrupted = 1; });
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+/// Reads the arguments; nullopt when they are wrong.
+std::optional<Options> readOptions(std::vector<std::string> arguments)
+{
+    enum
+    {
+        summaries = 256,
+        force,
+        quiet,
+    };
+    const option longOptions[] = {{"output", required_argument, nullptr, 'o'},
+                                  {"summaries", required_argument, nullptr, summaries},
+                                  {"force", no_argument, nullptr, force},
+                                  {"quiet", no_argument, nullptr, quiet},
+                                  {nullptr, 0, nullptr, 0}};
+    std::string program = "size_valves";
+    std::vector<char*> pointers = {program.data()};
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
+    const auto count = static_cast<int>(pointers.size());
+    pointers.push_back(nullptr);
+    Options options;
+    optind = 0; // from the start again
+    for (int found = 0; (found = getopt_long(count, pointers.data(), "o:", longOptions, nullptr)) != -1;)
+        switch (found) {
+            case 'o':
+                options.output = optarg;
+                break;
+            case summaries:
+                options.summaries = optarg;
+                break;
+            case force:
+                options.force = true;
+                break;
+            case quiet:
+                options.quiet = true;
+                break;
+            default:
+                return std::nullopt;
+        }
+    if (optind + 1 != count || options.output.empty())
+        return std::nullopt;
+    options.list = pointers[static_cast<std::size_t>(optind)];
+    return options;
+}
+
+/// The list, which can be read twice: what comes through a pipe is kept in a file without a name.
+class ListFile
+{
+public:
+    explicit ListFile(const std::string& name)
+    {
+        if (name != "-") {
+            file_.open(name, std::ios::in | std::ios::binary);
+            file_.peek(); // a directory can be opened, but not read
+            if (!file_.is_open() || file_.bad())
+                throw NothingDone(name + ": " + std::strerror(errno));
+            file_.clear();
+            if (file_.tellg() != std::streampos(-1))
+                return;
+        }
+        if (name == "-")
+            keep(std::cin);
+        else
+            keep(file_);
+    }
+
+    std::istream& stream()
+    {
+        if (kept_.is_open())
+            return kept_;
+        return file_;
+    }
+
+private:
+    void keep(std::istream& pipe)
+    {
+        std::string pattern = (fs::temp_directory_path() / "size-valves-XXXXXX").string();
+        const int descriptor = mkstemp(pattern.data());
+        if (descriptor < 0)
+            throw NothingDone(pattern + ": " + std::strerror(errno));
+        close(descriptor);
+        kept_.open(pattern, std::ios::in | std::ios::out | std::ios::binary);
+        unlink(pattern.c_str());
+        if (pipe.peek() != std::char_traits<char>::eof()) // nothing to write counts as a failure
+            kept_ << pipe.rdbuf();
+        if (!kept_.flush())
+            throw NothingDone(std::string("standard input cannot be kept: ") + std::strerror(errno));
+        kept_.seekg(0);
+    }
+
+    std::ifstream file_;
+    std::fstream kept_;
+};
+
+/// Where the results go, row by row.
+class Results
+{
+public:
+    explicit Results(const std::string& name) : name_(name == "-" ? "standard output" : name)
+    {
+        if (name != "-")
+            attempt([&] { file_.emplace(name); });
+    }
+
+    void write(const std::string& text)
+    {
+        attempt([&] {
+            if (file_)
+                file_->write(text);
+            else if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+                throw std::runtime_error(std::strerror(errno));
+        });
+    }
+
+    void finish()
+    {
+        if (file_)
+            attempt([&] { file_->putInPlace(); });
+    }
+
+private:
+    template <typename Action>
+    void attempt(const Action& action)
+    {
+        try {
+            action();
+        } catch (const std::runtime_error& failure) {
+            throw NothingDone(name_ + ": " + failure.what());
+        }
+    }
+
+    std::string name_;
+    std::optional<ReplacementFile> file_;
+};
+
+/// How far the work is, on one line of a terminal.
+class Progress
+{
+public:
+    Progress(std::size_t rows, bool isShown) : rows_(rows), isShown_(isShown && isatty(STDERR_FILENO) != 0) {}
+    ~Progress() { clear(); }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void show(std::size_t done, std::size_t notSized)
+    {
+        using namespace std::chrono_literals;
+        const auto now = Clock::now();
+        if (!isShown_ || now - shownAt_ < 200ms)
+            return;
+        shownAt_ = now;
+        const double seconds = std::chrono::duration<double>(now - start_).count();
+        const double perSecond = static_cast<double>(done) / seconds;
+        const auto left = static_cast<long>(static_cast<double>(rows_ - done) / perSecond);
+        std::fprintf(stderr, "\r\033[K%zu of %zu rows, %zu not sized, %.0f rows/s, %ld:%02ld left", done, rows_,
+                     notSized, perSecond, left / 60, left % 60);
+        std::fflush(stderr);
+        hasLine_ = true;
+    }
+
+    void clear()
+    {
+        if (hasLine_)
+            std::fputs("\r\033[K", stderr);
+        hasLine_ = false;
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    std::size_t rows_;
+    bool isShown_;
+    bool hasLine_ = false;
+    Clock::time_point start_ = Clock::now();
+    Clock::time_point shownAt_ = start_;
+};
+
+/// How many rows ended in which way.
+struct Counts
+{
+    std::size_t sized = 0;
+    std::size_t refused = 0;
+    std::size_t failed = 0;
+    std::size_t withoutSummary = 0;
+
+    std::size_t rows() const { return sized + refused + failed; }
+
+    void add(SizedDuty::Status status)
+    {
+        ++(status == SizedDuty::Status::sized ? sized : status == SizedDuty::Status::refused ? refused : failed);
+    }
+};
+
+Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool quiet)
+{
+    Counts counts;
+    Progress progress(list.size(), !quiet);
+    results.write(list.answerHeader());
+    while (std::optional<SizedDuty> duty = list.next()) {
+        if (isInterrupted != 0)
+            throw NothingDone("interrupted after " + std::to_string(counts.rows()) + " rows; no results are kept");
+        if (summaries != nullptr && duty->status == SizedDuty::Status::sized) {
+            const std::string failure = summaries->write(*duty->sizing, duty->row.line, list.numbers());
+            if (!failure.empty()) {
+                ++counts.withoutSummary;
+                duty->sizing->messages.show(failure);
+            }
+        }
+        counts.add(duty->status);
+        results.write(list.answer(*duty));
+        progress.show(counts.rows(), counts.refused + counts.failed);
+    }
+    results.finish();
+    return counts;
+}
+
+int run(const Options& options, const SizeCommandSystem& system)
+{
+    ListFile file(options.list);
+    catchSignals(); // while a pipe is awaited there is nothing to clean up
+    try {
+        DutyList list(file.stream(), system.dataFile);
+        std::optional<SummaryFiles> summaries;
+        if (!options.summaries.empty())
+            summaries.emplace(options.summaries, system.makePdf, system.today(), options.force);
+        Results results(options.output);
+        const Counts counts = sizeAll(list, results, summaries ? &*summaries : nullptr, options.quiet);
+        if (!options.quiet)
+            std::cerr << "size_valves: " << counts.rows() << " rows: " << counts.sized << " sized, " << counts.refused
+                      << " refused, " << counts.failed << " failed\n";
+        if (counts.withoutSummary > 0)
+            std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
+        return counts.refused + counts.failed + counts.withoutSummary == 0 ? 0 : 1;
+    } catch (const CsvProblem& problem) {
+        throw NothingDone(options.list + ':' + std::to_string(problem.line) + ": " + problem.what());
+    }
+}
+
+} // namespace
+
+int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSystem& system)
+{
+    if (arguments.size() == 1 && (arguments[0] == "--help" || arguments[0] == "--version")) {
+        std::cout << (arguments[0] == "--help" ? usage : "size_valves " SIZING_VERSION "\n");
+        return 0;
+    }
+    const std::optional<Options> options = readOptions(arguments);
+    if (!options) {
+        std::cerr << usage;
+        return 2;
+    }
+    try {
+        return run(*options, system);
+    } catch (const std::exception& failure) {
+        std::cerr << "size_valves: " << failure.what() << '\n';
+        return 2;
+    }
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class SummaryForm;
+
+/// What `size_valves` takes from the system it runs on.
+struct SizeCommandSystem
+{
+    std::string dataFile;                                   ///< of the valve tables
+    std::function<std::string(const SummaryForm&)> makePdf; ///< the summary as a PDF file's bytes
+    std::function<std::string()> today;                     ///< in the user's short form
+};
+
+/// The whole command `size_valves`, `arguments` without the program name: reads a list of duties, writes it back with
+/// its sizings. Gives the exit status: 0 all are sized, 1 some are not, 2 nothing was done.
+int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSystem& system);

@@ -1,0 +1,21 @@
+#include "platform/pdf_summary.h"
+#include "size_command.h"
+
+#include <QDate>
+#include <QGuiApplication>
+#include <QLocale>
+
+int main(int argc, char* argv[])
+{
+    // The fonts of the summaries want an application with windows, but no display. The arguments are not Qt's.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {}); // nothing for a user of this
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    int count = 1;
+    char* program[] = {argv[0], nullptr};
+    const QGuiApplication application(count, program);
+    const QString dataFile = QCoreApplication::applicationDirPath() + QStringLiteral("/capacities.mdb");
+    const auto today = [] {
+        return QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat).toStdString();
+    };
+    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), summaryPdf, today});
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+class NumberText;
+class SummaryForm;
+struct FreshSizing;
+
+/// Writes the printed summaries of sized duties as PDF files into one directory.
+class SummaryFiles
+{
+public:
+    using MakePdf = std::function<std::string(const SummaryForm& page)>;
+
+    /// `makePdf` gives the file's bytes; `today` is the date in the user's short form. Files that are there are
+    /// overwritten only with `overwrite`. Creates the directory; throws std::filesystem::filesystem_error when it
+    /// cannot.
+    SummaryFiles(std::filesystem::path directory, MakePdf makePdf, std::string today, bool overwrite);
+
+    /// Prints the summary of a sized duty into a file of its own, named by the tag number; `line` names a duty without
+    /// one. Gives what went wrong; "" when nothing did.
+    std::string write(FreshSizing& sizing, std::size_t line, const NumberText& numbers);
+
+private:
+    std::filesystem::path nextPath(const std::string& tagNumber, std::size_t line);
+
+    std::filesystem::path directory_;
+    MakePdf makePdf_;
+    std::string today_;
+    bool overwrite_;
+    std::unordered_set<std::size_t> taken_; ///< hashes of this run's names: their number may be large
+};
+
+/// A tag number as a file name without its ending: letters, digits and what is harmless in a name on every system.
+std::string fileNameOf(std::string_view tagNumber);
