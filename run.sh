@@ -12,7 +12,7 @@ tools/install_packages.sh "${groups[@]}"
 
 echo "== Building the program"
 cmake --preset release
-cmake --build --preset release --target blanketing-valve-sizing capacities
+cmake --build --preset release --target blanketing-valve-sizing size_valves capacities
 
 if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then
     echo "== Opening the program"

@@ -15,7 +15,7 @@ if(NOT summaries STREQUAL "TK-101 in.pdf;TK-101 out.pdf;TK-102 in.pdf;TK-102 out
 endif()
 foreach(summary IN LISTS summaries)
     file(READ "${DIR}/summaries/${summary}" beginning LIMIT 5)
-    if(NOT beginning STREQUAL "%PDF-")
+    if(NOT beginning MATCHES "^%PDF-")
         message(SEND_ERROR "${summary} is no PDF")
     endif()
 endforeach()
