@@ -278,7 +278,10 @@ void MainForm::modClearData()
 
 void MainForm::setPrintEnabled(bool enabled)
 {
-    controls_.get<QPushButton>("cmdPrint").setEnabled(enabled);
+    auto& button = controls_.get<QPushButton>("cmdPrint");
+    if (!enabled && focusWidget() == &button) // the next button would be the one that clears all entries
+        controls_.get<QPushButton>("cmdCalcFlowRate").setFocus();
+    button.setEnabled(enabled);
 }
 
 void MainForm::setLabelCaption(MainControl name, const std::string& shown)

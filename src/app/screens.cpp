@@ -2,6 +2,7 @@
 
 #include "app/box_accessible.h"
 #include "app/form_layout.h"
+#include "app/key_repeat.h"
 #include "app/main_form.h"
 #include "app/setup_form.h"
 #include "report/print_command.h"
@@ -38,6 +39,7 @@ Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& pri
     : locale_(locale), messageBox_(messageBox), printers_(printers), store_(std::move(capacityFile), numbers_)
 {
     installBoxAccessibility();
+    qApp->installEventFilter(new KeyRepeatFilter(this));
 }
 
 Screens::~Screens()

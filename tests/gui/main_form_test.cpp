@@ -247,6 +247,27 @@ TEST_F(MainFormTest, NoFormGoesWhileAMessageStandsOnIt)
     EXPECT_EQ(others.form(), form);
 }
 
+/// A key that is held repeats by itself: printed pages and emptied forms would follow.
+TEST_F(MainFormTest, AHeldKeyActsOnce)
+{
+    openDepad();
+    sizeDepad();
+    auto& button = get<QPushButton>("cmdPrint");
+    button.setFocus();
+    const auto enter = [&](bool isRepeated) {
+        for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
+            QKeyEvent event(type, Qt::Key_Return, Qt::NoModifier, "\r", isRepeated);
+            QApplication::sendEvent(&button, &event);
+        }
+        return std::exchange(printers.printed, std::nullopt).has_value();
+    };
+    EXPECT_TRUE(enter(false));
+    EXPECT_FALSE(enter(true));
+    EXPECT_TRUE(enter(false));
+    dynamic_cast<MainScreen&>(*screens.form()).setPrintEnabled(false);
+    EXPECT_EQ(focus(), "cmdCalcFlowRate") << "Enter again must not clear the form";
+}
+
 TEST_F(MainFormTest, PrintsTheLastSizingAndExits)
 {
     openDepad();
