@@ -4,6 +4,7 @@
 #include "base/message_box.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,11 +13,14 @@ struct PlainScreen : MainScreen
 {
     std::map<Box, std::string> boxes;
     std::map<Label, std::string> captions;
+    std::optional<Box> current; ///< the box with the focus, after a refusal
     bool printEnabled = true;
 
     std::string text(Box box) const override { return valueOf(boxes, box); }
     std::string caption(Label label) const override { return valueOf(captions, label); }
     void setCaption(Label label, const std::string& shown) override { captions[label] = shown; }
+
+    void goTo(Box box) override { current = box; }
 
     void modClearData() override
     {

@@ -260,6 +260,13 @@ void MainForm::setCaption(Label label, const std::string& shown)
     setLabelCaption(controlOf(label), shown);
 }
 
+void MainForm::goTo(Box box)
+{
+    auto& entry = controls_.get<NumericBox>(controlOf(box));
+    entry.setFocus();
+    entry.setSelection(0, static_cast<int>(entry.text().size()));
+}
+
 void MainForm::modClearData()
 {
     const auto emptyLabels = [this](std::initializer_list<Label> labels) {

@@ -42,6 +42,9 @@ public:
     virtual std::string caption(Label label) const = 0;
     virtual void setCaption(Label label, const std::string& shown) = 0;
 
+    /// Puts the focus into a box: the one that a refusal is about.
+    virtual void goTo(Box box) = 0;
+
     /// Empties the inputs (the tank volume becomes "0") and results; the gas, its gravity and the choices stay.
     virtual void modClearData() = 0;
 

@@ -183,9 +183,10 @@ std::size_t NumberText::decimalLength(std::string_view text) const
 
 std::optional<double> NumberText::parse(std::string_view text) const
 {
-    while (!text.empty() && isBlank(text.front()))
+    const auto isAround = [](char c) { return isBlank(c) || c == '\r'; }; // pasted from a file of Windows's
+    while (!text.empty() && isAround(text.front()))
         text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
+    while (!text.empty() && isAround(text.back()))
         text.remove_suffix(1);
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))

@@ -9,14 +9,19 @@
 #include "engine/tank_limits.h"
 
 #include <optional>
+#include <utility>
 
 namespace
 {
 
-/// Why the entries are refused; nullptr when they pass. `notANumber` refuses without a message.
-using Refusal = const char*;
-constexpr Refusal passed = nullptr;
-constexpr Refusal notANumber = "";
+/// Why the entries are refused, and which box it is about.
+struct Refusal
+{
+    Box box;
+    const char* message = nullptr; ///< nullptr: the text of the box is not a number, of which nothing is said
+};
+using Check = std::optional<Refusal>;
+constexpr Check passed = std::nullopt;
 
 constexpr double largestPumpRate = 100000; // gpm and m3/h alike: beyond the capacity of any valve
 
@@ -25,76 +30,79 @@ bool isEmpty(const SizingContext& sizing, Box box)
     return sizing.screen.text(box).empty();
 }
 
-bool copyNumber(const SizingContext& sizing, Box box, double& value)
+Check copyNumber(const SizingContext& sizing, Box box, double& value)
 {
     const std::optional<double> number = sizing.numbers.parse(sizing.screen.text(box));
-    if (number)
-        value = *number;
-    return number.has_value();
-}
-
-Refusal copyNumbers(SizingContext& sizing)
-{
-    SizingState& state = sizing.state;
-    if (isEmpty(sizing, Box::txtPressure) || isEmpty(sizing, Box::txtPumpRate))
-        return "Please enter Pressure and Pump-Rate information.";
-    if (state.ValveType == choice::pad && isEmpty(sizing, Box::txtSpecGrav))
-        return "Please enter the specific gravity of the blanketing gas.";
-    if (state.ValveType == choice::depad && isEmpty(sizing, Box::txtSpecGrav))
-        return "Please enter the specific gravity of the vented gas.";
-    if (!copyNumber(sizing, Box::txtSpecGrav, state.SpecGrav) ||
-        !copyNumber(sizing, Box::txtPumpRate, state.PumpRate) ||
-        !copyNumber(sizing, Box::txtPressure, state.InputPressure))
-        return notANumber;
-    if (isEmpty(sizing, Box::txtTankVolume) && state.SizingMethod == choice::api2000)
-        return "Please enter the Tank Volume.";
-    if (!copyNumber(sizing, Box::txtTankVolume, state.TankVolume))
-        return notANumber;
+    if (!number)
+        return Refusal{box};
+    value = *number;
     return passed;
 }
 
-Refusal checkRateAndPressure(const SizingState& state)
+Check copyNumbers(SizingContext& sizing)
+{
+    SizingState& state = sizing.state;
+    for (const Box box : {Box::txtPressure, Box::txtPumpRate})
+        if (isEmpty(sizing, box))
+            return Refusal{box, "Please enter Pressure and Pump-Rate information."};
+    if (state.ValveType == choice::pad && isEmpty(sizing, Box::txtSpecGrav))
+        return Refusal{Box::txtSpecGrav, "Please enter the specific gravity of the blanketing gas."};
+    if (state.ValveType == choice::depad && isEmpty(sizing, Box::txtSpecGrav))
+        return Refusal{Box::txtSpecGrav, "Please enter the specific gravity of the vented gas."};
+    for (const auto& [box, value] : {std::pair{Box::txtSpecGrav, &state.SpecGrav},
+                                     {Box::txtPumpRate, &state.PumpRate},
+                                     {Box::txtPressure, &state.InputPressure}})
+        if (const Check refusal = copyNumber(sizing, box, *value))
+            return refusal;
+    if (isEmpty(sizing, Box::txtTankVolume) && state.SizingMethod == choice::api2000)
+        return Refusal{Box::txtTankVolume, "Please enter the Tank Volume."};
+    return copyNumber(sizing, Box::txtTankVolume, state.TankVolume);
+}
+
+Check checkRateAndPressure(const SizingState& state)
 {
     const bool pad = state.ValveType == choice::pad;
     const bool depad = state.ValveType == choice::depad;
     if (state.PumpRate > largestPumpRate)
-        return "Pump-Rate will exceed the maximum available valve capacity.";
+        return Refusal{Box::txtPumpRate, "Pump-Rate will exceed the maximum available valve capacity."};
     if (pad && state.InputPressure <= 0)
-        return "Supply Pressure must be greater than zero.";
+        return Refusal{Box::txtPressure, "Supply Pressure must be greater than zero."};
     if (depad && state.InputPressure <= 0)
-        return "Differential Pressure must be greater than zero.";
+        return Refusal{Box::txtPressure, "Differential Pressure must be greater than zero."};
     if (pad && state.PumpRate <= 0)
-        return "Pump-out rate must be greater than zero.";
+        return Refusal{Box::txtPumpRate, "Pump-out rate must be greater than zero."};
     if (depad && state.PumpRate <= 0)
-        return "Pump-in rate must be greater than zero.";
+        return Refusal{Box::txtPumpRate, "Pump-in rate must be greater than zero."};
     return passed;
 }
 
-Refusal checkTankVolume(const SizingState& state)
+Check checkTankVolume(const SizingState& state)
 {
     if (state.SizingMethod != choice::api2000)
         return passed;
     if (state.UnitSystem == choice::us && state.TankVolume > largestTankGallons)
-        return "There are special requirements for tanks larger than 7,560,000 gallons. Refer to API Publication 2000.";
+        return Refusal{
+            Box::txtTankVolume,
+            "There are special requirements for tanks larger than 7,560,000 gallons. Refer to API Publication 2000."};
     if (state.UnitSystem == choice::metric && state.TankVolume > largestTankCubicMeters)
-        return "There are special requirements for tanks larger than 30,000 cubic meters.";
+        return Refusal{Box::txtTankVolume, "There are special requirements for tanks larger than 30,000 cubic meters."};
     if (state.TankVolume <= 0)
-        return "Tank Volume must be greater than zero.";
+        return Refusal{Box::txtTankVolume, "Tank Volume must be greater than zero."};
     return passed;
 }
 
-Refusal checkEntries(SizingContext& sizing)
+Check checkEntries(SizingContext& sizing)
 {
     SizingState& state = sizing.state;
-    if (const Refusal refusal = copyNumbers(sizing))
+    if (const Check refusal = copyNumbers(sizing))
         return refusal;
     state.BlanketingGas = sizing.screen.text(Box::cmbBlanketingGas);
     state.StoredMaterial = sizing.screen.text(Box::txtStoredMaterial);
-    if (const Refusal refusal = checkRateAndPressure(state))
+    if (const Check refusal = checkRateAndPressure(state))
         return refusal;
     if (isEmpty(sizing, Box::txtFlashPoint) && isEmpty(sizing, Box::txtBoilingPoint) &&
         state.SizingMethod == choice::api2000 && state.ValveType == choice::depad)
-        return "Please enter the Flash Point and/or Boiling Point of the Stored Material.";
+        return Refusal{Box::txtFlashPoint, "Please enter the Flash Point and/or Boiling Point of the Stored Material."};
     state.BoilingPoint = sizing.screen.text(Box::txtBoilingPoint);
     state.FlashPoint = sizing.screen.text(Box::txtFlashPoint);
     return checkTankVolume(state);
@@ -105,11 +113,12 @@ Refusal checkEntries(SizingContext& sizing)
 void modErrorCheck(SizingContext& sizing)
 {
     const auto check = [&] {
-        const Refusal refusal = checkEntries(sizing);
-        if (refusal == passed)
+        const Check refusal = checkEntries(sizing);
+        if (!refusal)
             return;
-        if (*refusal != '\0')
-            sizing.screen.setCaption(Label::lblComments, refusal);
+        if (refusal->message != nullptr)
+            sizing.screen.setCaption(Label::lblComments, refusal->message);
+        sizing.screen.goTo(refusal->box);
         sizing.state.InputError = true;
     };
     withHandler(sizing.messageBox, errorCodes("modErrorCheck"), check, [&] { sizing.state.InputError = true; });

@@ -182,9 +182,9 @@ TEST_F(MainFormTest, KeyboardReachesEverything)
     }
     EXPECT_EQ(visited, "txtPressure txtSpecGrav txtBoilingPoint txtFlashPoint txtStoredMaterial txtTankVolume "
                        "cmbBlanketingGas ");
-    get<QPushButton>("cmdCalcFlowRate").setFocus();
     for (const Qt::Key button : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
         get<QLabel>("lblComments").clear();
+        get<QPushButton>("cmdCalcFlowRate").setFocus(); // a refusal leads away
         key(button);
         EXPECT_EQ(shown("lblComments"), "Please enter Pressure and Pump-Rate information.");
     }
@@ -245,6 +245,17 @@ TEST_F(MainFormTest, NoFormGoesWhileAMessageStandsOnIt)
     form->findChild<QPushButton*>("cmdCalcFlowRate")->click();
     EXPECT_TRUE(shown);
     EXPECT_EQ(others.form(), form);
+}
+
+TEST_F(MainFormTest, ARefusalLeadsToItsBox)
+{
+    openMain();
+    set("txtPumpRate", "1.2.3"); // pasted; nothing is said of it
+    set("txtPressure", "60");
+    set("txtTankVolume", "1000");
+    press("cmdCalcFlowRate");
+    EXPECT_EQ(focus(), "txtPumpRate");
+    EXPECT_EQ(get<QLineEdit>("txtPumpRate").selectedText(), "1.2.3");
 }
 
 /// A key that is held repeats by itself: printed pages and emptied forms would follow.

@@ -37,6 +37,7 @@ std::string outcome(const Case& row)
 
 TEST(NumberText, ReadsAndShowsAsTheCaseFileSays)
 {
+    EXPECT_EQ(NumberText().parse("100\r\n"), 100) << "pasted from a file of Windows's";
     for (const Case& row : readCases("numbers.csv"))
         EXPECT_EQ(outcome(row), row["Output"]) << row.where() << " " << row["Input"];
 }
