@@ -122,6 +122,11 @@ private:
 
 QAccessibleInterface* create(const QString& className, QObject* object)
 {
+    auto* const form = qobject_cast<QWidget*>(object);
+    const bool isForm =
+        form != nullptr && (className == QLatin1String("SetupForm") || className == QLatin1String("MainForm"));
+    if (isForm) // as a plain widget it would be a filler between window and controls
+        return new QAccessibleWidget(form, QAccessible::Window);
     auto* const box = qobject_cast<QLineEdit*>(object);
     const bool speaks = box != nullptr && box->echoMode() == QLineEdit::Normal; // a password is left to the toolkit
     return speaks && className == QLatin1String("QLineEdit") ? new BoxAccessible(box) : nullptr;

@@ -2,11 +2,11 @@
 
 #include "app/frame.h"
 #include "app/gas_box.h"
+#include "app/list_box.h"
 #include "app/numeric_box.h"
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
@@ -18,7 +18,6 @@
 namespace
 {
 
-constexpr int listRowHeight = 14;            // pixels: two rows and their border fit the 450 twips of the pressure list
 constexpr int rowGap = 4;                    // pixels between neighbouring labels of a row
 constexpr const char* stated = "statedLeft"; // property: the left edge (right edge when right-aligned) in pixels
 
@@ -65,18 +64,14 @@ QLabel* createLabel(const ControlRow& row, QWidget* parent)
     return label;
 }
 
-QListWidget* createList(QWidget* parent)
+/// A box tells of its cursor the first time that anything is selected in it. Were that when it is entered, screen
+/// readers would take it for entered already and not read it (seen with Orca 43).
+template <typename Box>
+Box* createBox(QWidget* parent)
 {
-    auto* const list = new QListWidget(parent);
-    list->setUniformItemSizes(true);
-    // Every choice has a value: a click beside the entries or with Ctrl selects none.
-    QObject::connect(list, &QListWidget::itemSelectionChanged, list, [list] {
-        if (list->selectedItems().isEmpty() && list->currentItem() != nullptr)
-            list->currentItem()->setSelected(true);
-    });
-    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    return list;
+    auto* const box = new Box(parent);
+    box->selectAll();
+    return box;
 }
 
 QPushButton* createButton(const ControlRow& row, QWidget* parent)
@@ -107,13 +102,13 @@ QWidget* createControl(const ControlRow& row, QWidget* parent)
         case Kind::option:
             return createOption(row, parent);
         case Kind::textBox:
-            return new QLineEdit(parent);
+            return createBox<QLineEdit>(parent);
         case Kind::numericBox:
-            return new NumericBox(parent);
+            return createBox<NumericBox>(parent);
         case Kind::comboBox:
             return new GasBox(parent);
         case Kind::list:
-            return createList(parent);
+            return new ListBox(parent);
         case Kind::button:
             return createButton(row, parent);
         default:
@@ -182,15 +177,6 @@ std::vector<QWidget*> buildForm(QWidget& form, std::span<const ControlRow> rows,
         }
     }
     return built;
-}
-
-void fillList(QListWidget& list, const QStringList& entries)
-{
-    list.clear();
-    list.addItems(entries);
-    for (int row = 0; row < list.count(); ++row)
-        list.item(row)->setSizeHint(QSize(0, listRowHeight));
-    list.setCurrentRow(0);
 }
 
 void setLabelCaption(QLabel& label, const QString& caption)

@@ -12,8 +12,6 @@
 #include <string_view>
 #include <vector>
 
-class QListWidget;
-
 /// What a row of a form's layout table becomes.
 enum class Kind
 {
@@ -76,9 +74,6 @@ consteval bool framesStandFirst(std::span<const ControlRow> rows)
 /// Gives the controls, row by row.
 std::vector<QWidget*> buildForm(QWidget& form, std::span<const ControlRow> rows, FrameOrigin origin, int width,
                                 int height);
-
-/// Replaces a list's entries and selects the first.
-void fillList(QListWidget& list, const QStringList& entries);
 
 /// Changes a label's caption, keeps its position (a right-aligned one its right edge), and the accessible name of the
 /// control it captions.

@@ -47,6 +47,12 @@ constexpr MainControl describedBy[][2] = {
     {"lblPercentValveCapacity", "lblPercentValveCapacitylbl"},
 };
 
+/// What screen readers say of a box beside its caption: its unit.
+constexpr MainControl unitOf[][2] = {
+    {"txtPumpRate", "lblPumpRateUnits"},  {"txtPressure", "lblPressureUnits"}, {"txtTankVolume", "lblVolumeUnits"},
+    {"txtBoilingPoint", "lblTempUnits1"}, {"txtFlashPoint", "lblTempUnits2"},
+};
+
 struct ValveTypeTexts
 {
     const char* valveType;
@@ -114,6 +120,8 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
     load();
     for (const auto& [value, caption] : describedBy)
         controls_.get<QLabel>(value).setAccessibleDescription(controls_.get<QLabel>(caption).text());
+    for (const auto& [box, unit] : unitOf)
+        controls_.get<QLineEdit>(box).setAccessibleDescription(controls_.get<QLabel>(unit).text());
     controls_.get<QLabel>("lblComments").setAccessibleDescription(controls_.get<QGroupBox>("frmComments").title());
     controls_.get<NumericBox>("txtPumpRate").setFocus();
 }
@@ -136,8 +144,16 @@ void MainForm::connectHandlers()
                 handler();
         });
     };
-    onClick("cmdCalcFlowRate", [this] { cmdCalcFlowRate_Click(sizing_); });
-    onClick("cmdPrint", [this] { emit printRequested(); });
+    onClick("cmdCalcFlowRate", [this] { selectValve(); });
+    onClick("cmdPrint", [this] {
+        emit printRequested();
+        if (caption(Label::lblPercentValveCapacity).empty())
+            tell(controls_.get<QPushButton>("cmdPrint"), caption(Label::lblComments));
+    });
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* before) {
+        if (before == told_)
+            forgetOutcome();
+    });
     onClick("cmdClear", [this] { cmdClear_Click(); });
     onClick("cmdNewCalc", [this] { cmdNewCalc_Click(); });
     onClick("cmdExit", [this] { cmdExit_Click(); });
@@ -262,9 +278,49 @@ void MainForm::setCaption(Label label, const std::string& shown)
 
 void MainForm::goTo(Box box)
 {
-    auto& entry = controls_.get<NumericBox>(controlOf(box));
-    entry.setFocus();
-    entry.setSelection(0, static_cast<int>(entry.text().size()));
+    refused_ = &controls_.get<QLineEdit>(controlOf(box)); // when the click is over
+}
+
+void MainForm::selectValve()
+{
+    refused_ = nullptr;
+    cmdCalcFlowRate_Click(sizing_);
+    if (auto* const box = qobject_cast<QLineEdit*>(refused_)) {
+        // Told before the box has the focus, or it would be read twice.
+        tell(*box, outcome());
+        box->setFocus();
+        box->selectAll();
+    } else {
+        tell(controls_.get<QPushButton>("cmdCalcFlowRate"), outcome());
+    }
+}
+
+std::string MainForm::outcome() const
+{
+    const std::string comments = caption(Label::lblComments);
+    if (caption(Label::lblPercentValveCapacity).empty())
+        return comments;
+    const auto spoken = [this](MainControl control) { return controls_.get<QLabel>(control).text().toStdString(); };
+    return "Cv " + spoken("lblCV") + ", body size " + spoken("lblValveBodySize") + ", capacity " +
+           spoken("lblMaxValveCapacity") + ' ' + sizing_.state.FlowUnits + ", " + spoken("lblPercentValveCapacity") +
+           " % utilized. " + comments;
+}
+
+void MainForm::tell(QWidget& control, const std::string& outcome)
+{
+    forgetOutcome();
+    if (outcome.empty())
+        return;
+    usual_ = control.accessibleDescription();
+    told_ = &control;
+    const QString said = QString::fromStdString(outcome);
+    control.setAccessibleDescription(usual_.isEmpty() ? said : said + QStringLiteral(" ") + usual_);
+}
+
+void MainForm::forgetOutcome()
+{
+    if (QWidget* const control = std::exchange(told_, nullptr))
+        control->setAccessibleDescription(usual_);
 }
 
 void MainForm::modClearData()

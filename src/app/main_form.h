@@ -42,11 +42,18 @@ private:
     void load();
     void loadValveType();
 
+    void selectValve();
     void cmbBlanketingGas_Click();
     void cmbBlanketingGas_Change();
     void cmdClear_Click();
     void cmdNewCalc_Click();
     void cmdExit_Click();
+
+    /// Has a screen reader say what a click has come to, with the control that has the focus then; forgotten when the
+    /// focus leaves it.
+    void tell(QWidget& control, const std::string& outcome);
+    void forgetOutcome();
+    std::string outcome() const;
 
     /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
     void nameGas();
@@ -62,4 +69,7 @@ private:
     SizingContext sizing_;
     GasBox& gas_;
     std::vector<std::vector<QLabel*>> rows_; ///< labels that must not run into each other
+    QWidget* refused_ = nullptr;             ///< the box that the refusal of this click is about
+    QWidget* told_ = nullptr;                ///< the control with an outcome as its description
+    QString usual_;                          ///< its own description
 };

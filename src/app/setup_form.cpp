@@ -1,13 +1,13 @@
 #include "app/setup_form.h"
 
 #include "app/key_filter.h"
+#include "app/list_box.h"
 #include "app/sizing_state.h"
 #include "base/offered.h"
 #include "base/setup_choices.h"
 
 #include <QGroupBox>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 
@@ -74,7 +74,7 @@ struct SetupForm::Handlers
     void fillPressureAndFlow() const;
 
     QRadioButton& option(SetupControl name) const { return form.controls_.get<QRadioButton>(name); }
-    QListWidget& list(SetupControl name) const { return form.controls_.get<QListWidget>(name); }
+    ListBox& list(SetupControl name) const { return form.controls_.get<ListBox>(name); }
 
     /// The choice of the selected option; "" when none is.
     const char* selected(std::span<const Option> options) const
@@ -112,7 +112,7 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
         paintLightGrey(controls_.get<QGroupBox>(frame));
     for (const auto& [caption, listName] : listCaptions) {
         auto& label = controls_.get<QLabel>(caption);
-        auto& list = controls_.get<QListWidget>(listName);
+        auto& list = controls_.get<ListBox>(listName);
         label.setBuddy(&list);
         list.setAccessibleName(label.text());
     }
@@ -120,6 +120,7 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
     handlers.connectAll();
     handlers.Form_Load(locale);
     controls_.get<QRadioButton>("optSeries61").setFocus();
+    setAttribute(Qt::WA_KeyboardFocusChange); // the option is marked from the start, not from the first key
     centreOnScreen(*this);
 }
 
@@ -183,8 +184,8 @@ void SetupForm::Handlers::chooseUnits(const char* unitSystem) const
     state.UnitSystem = unitSystem;
     fillPressureAndFlow();
     if (const UnitSystem* const units = unitsOf(unitSystem)) {
-        fillList(list("lstTemp"), {units->temperature});
-        fillList(list("lstVolume"), {units->volume});
+        list("lstTemp").fill({units->temperature});
+        list("lstVolume").fill({units->volume});
     }
 }
 
@@ -200,8 +201,8 @@ void SetupForm::Handlers::fillPressureAndFlow() const
     QStringList flow;
     if (const UnitSystem* const units = unitsOf(unitSystem); units != nullptr && !pressure.isEmpty())
         flow.append(QString::fromUtf8(units->flow));
-    fillList(list("lstPressure"), pressure);
-    fillList(list("lstFlow"), flow);
+    list("lstPressure").fill(pressure);
+    list("lstFlow").fill(flow);
 }
 
 void SetupForm::Handlers::cmdContinue_Click() const

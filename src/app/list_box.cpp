@@ -1,0 +1,71 @@
+#include "app/list_box.h"
+
+#include <QAccessible>
+#include <QFocusEvent>
+#include <QSignalBlocker>
+#include <QTimer>
+
+namespace
+{
+
+constexpr int rowHeight = 14; // pixels: two rows and their border fit the 450 twips of the pressure list
+
+} // namespace
+
+ListBox::ListBox(QWidget* parent) : QListWidget(parent)
+{
+    setUniformItemSizes(true);
+    // Every choice has a value: a click beside the entries or with Ctrl selects none.
+    connect(this, &QListWidget::itemSelectionChanged, this, [this] {
+        if (selectedItems().isEmpty() && currentItem() != nullptr)
+            currentItem()->setSelected(true);
+    });
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    showFocus(false);
+}
+
+void ListBox::fill(const QStringList& entries)
+{
+    // Filled without having the focus, it would tell screen readers of its entry as if it had (seen in Qt 6.4).
+    const QSignalBlocker silent(hasFocus() ? nullptr : selectionModel());
+    clear();
+    addItems(entries);
+    for (int row = 0; row < count(); ++row)
+        item(row)->setSizeHint(QSize(0, rowHeight));
+    setCurrentRow(0);
+}
+
+void ListBox::focusInEvent(QFocusEvent* event)
+{
+    QListWidget::focusInEvent(event);
+    showFocus(true);
+    QTimer::singleShot(0, this, &ListBox::tellEntry); // after the toolkit has told of the list itself
+}
+
+void ListBox::focusOutEvent(QFocusEvent* event)
+{
+    QListWidget::focusOutEvent(event);
+    showFocus(event->reason() == Qt::ActiveWindowFocusReason); // it has the focus again with the window
+}
+
+void ListBox::showFocus(bool hasIt)
+{
+    QPalette colours;
+    if (!hasIt) {
+        const bool isDark = colours.color(QPalette::Base).lightness() < 128;
+        colours.setColor(QPalette::Highlight, isDark ? QColor(96, 96, 96) : QColor(208, 208, 208));
+        colours.setColor(QPalette::HighlightedText, colours.color(QPalette::Text));
+    }
+    setPalette(colours);
+}
+
+/// Has a screen reader say which entry is selected, not only how many there are.
+void ListBox::tellEntry()
+{
+    if (!hasFocus() || currentRow() < 0)
+        return;
+    QAccessibleEvent entered(this, QAccessible::Focus);
+    entered.setChild(currentRow());
+    QAccessible::updateAccessibility(&entered);
+}
