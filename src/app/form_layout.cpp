@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QShortcutEvent>
 
 #include <algorithm>
@@ -222,4 +223,11 @@ void centreOnScreen(QWidget& window)
     const QRect screen = window.screen()->geometry();
     const QSize spare = (screen.size() - window.size()) / 2;
     window.move(screen.topLeft() + QPoint(std::max(spare.width(), 0), std::max(spare.height(), 0)));
+}
+
+void scrollIntoView(QWidget& control)
+{
+    for (QWidget* around = control.parentWidget(); around != nullptr; around = around->parentWidget())
+        if (auto* const window = qobject_cast<QScrollArea*>(around))
+            window->ensureWidgetVisible(&control);
 }

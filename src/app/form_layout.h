@@ -89,6 +89,9 @@ void paintLightGrey(QWidget& widget);
 /// Puts a window in the middle of its screen; one that is larger than the screen starts at its top-left corner.
 void centreOnScreen(QWidget& window);
 
+/// Where the window scrolls the form, scrolls it so that the control is seen whole.
+void scrollIntoView(QWidget& control);
+
 /// The controls of a form, by their names in its layout table.
 template <const auto& rows>
 class Controls

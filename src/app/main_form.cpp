@@ -148,11 +148,7 @@ void MainForm::connectHandlers()
     onClick("cmdPrint", [this] {
         emit printRequested();
         if (caption(Label::lblPercentValveCapacity).empty())
-            tell(controls_.get<QPushButton>("cmdPrint"), caption(Label::lblComments));
-    });
-    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* before) {
-        if (before == told_)
-            forgetOutcome();
+            spoken_.tell(controls_.get<QPushButton>("cmdPrint"), outcome());
     });
     onClick("cmdClear", [this] { cmdClear_Click(); });
     onClick("cmdNewCalc", [this] { cmdNewCalc_Click(); });
@@ -287,40 +283,25 @@ void MainForm::selectValve()
     cmdCalcFlowRate_Click(sizing_);
     if (auto* const box = qobject_cast<QLineEdit*>(refused_)) {
         // Told before the box has the focus, or it would be read twice.
-        tell(*box, outcome());
+        spoken_.tell(*box, outcome());
         box->setFocus();
         box->selectAll();
     } else {
-        tell(controls_.get<QPushButton>("cmdCalcFlowRate"), outcome());
+        spoken_.tell(controls_.get<QPushButton>("cmdCalcFlowRate"), outcome());
     }
+    for (const MainControl shown : {MainControl("lblCV"), MainControl("frmComments")})
+        scrollIntoView(controls_.get<QWidget>(shown));
 }
 
-std::string MainForm::outcome() const
+QString MainForm::outcome() const
 {
-    const std::string comments = caption(Label::lblComments);
+    const auto spoken = [this](MainControl control) { return controls_.get<QLabel>(control).text(); };
+    const QString comments = spoken("lblComments");
     if (caption(Label::lblPercentValveCapacity).empty())
         return comments;
-    const auto spoken = [this](MainControl control) { return controls_.get<QLabel>(control).text().toStdString(); };
-    return "Cv " + spoken("lblCV") + ", body size " + spoken("lblValveBodySize") + ", capacity " +
-           spoken("lblMaxValveCapacity") + ' ' + sizing_.state.FlowUnits + ", " + spoken("lblPercentValveCapacity") +
-           " % utilized. " + comments;
-}
-
-void MainForm::tell(QWidget& control, const std::string& outcome)
-{
-    forgetOutcome();
-    if (outcome.empty())
-        return;
-    usual_ = control.accessibleDescription();
-    told_ = &control;
-    const QString said = QString::fromStdString(outcome);
-    control.setAccessibleDescription(usual_.isEmpty() ? said : said + QStringLiteral(" ") + usual_);
-}
-
-void MainForm::forgetOutcome()
-{
-    if (QWidget* const control = std::exchange(told_, nullptr))
-        control->setAccessibleDescription(usual_);
+    return QStringLiteral("Cv %1, body size %2, capacity %3 %4, %5 % utilized. %6")
+        .arg(spoken("lblCV"), spoken("lblValveBodySize"), spoken("lblMaxValveCapacity"),
+             QString::fromStdString(sizing_.state.FlowUnits), spoken("lblPercentValveCapacity"), comments);
 }
 
 void MainForm::modClearData()

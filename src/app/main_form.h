@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/main_form_layout.h"
+#include "app/spoken_outcome.h"
 #include "base/main_screen.h"
 #include "base/sizing_context.h"
 
@@ -49,11 +50,8 @@ private:
     void cmdNewCalc_Click();
     void cmdExit_Click();
 
-    /// Has a screen reader say what a click has come to, with the control that has the focus then; forgotten when the
-    /// focus leaves it.
-    void tell(QWidget& control, const std::string& outcome);
-    void forgetOutcome();
-    std::string outcome() const;
+    /// What a click has come to, in one sentence: the valve with the comments, or why there is none.
+    QString outcome() const;
 
     /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
     void nameGas();
@@ -70,6 +68,5 @@ private:
     GasBox& gas_;
     std::vector<std::vector<QLabel*>> rows_; ///< labels that must not run into each other
     QWidget* refused_ = nullptr;             ///< the box that the refusal of this click is about
-    QWidget* told_ = nullptr;                ///< the control with an outcome as its description
-    QString usual_;                          ///< its own description
+    SpokenOutcome spoken_;
 };

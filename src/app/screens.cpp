@@ -28,8 +28,9 @@ QWidget* windowAround(QWidget* form)
     window->setFocusPolicy(Qt::NoFocus); // the form's controls alone are tab stops
     window->setWindowTitle(form->windowTitle());
     window->setWidget(form);
-    window->setWindowState(Qt::WindowMaximized); // with its title bar on the screen
-    focus->setFocus();                           // lost with the form's move into the scrolling window
+    window->resize(form->size().boundedTo(room.size())); // where no window manager maximizes it
+    window->setWindowState(Qt::WindowMaximized);         // with its title bar on the screen
+    focus->setFocus();                                   // lost with the form's move into the scrolling window
     return window;
 }
 
@@ -40,6 +41,10 @@ Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& pri
 {
     installBoxAccessibility();
     qApp->installEventFilter(new KeyRepeatFilter(this));
+    connect(qApp, &QApplication::focusChanged, this, [](QWidget*, QWidget* now) {
+        if (now != nullptr)
+            scrollIntoView(*now);
+    });
 }
 
 Screens::~Screens()
