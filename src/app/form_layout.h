@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QLabel>
+#include <QPalette>
 #include <QString>
 #include <QWidget>
 
@@ -58,6 +59,10 @@ constexpr int pixels(int twips)
 
 /// The screens' font: 8.25 pt at 96 dpi.
 QFont screenFont();
+
+/// The program's colours, to be set on the application: the desktop's own, but light ones where the desktop is dark, for
+/// the working window is light grey everywhere, and a selection dark enough for white text.
+QPalette screenColours();
 
 /// Whether every control stands on the form itself or in a frame of an earlier row.
 consteval bool framesStandFirst(std::span<const ControlRow> rows)

@@ -12,7 +12,7 @@ void Frame::paintEvent(QPaintEvent*)
 
     QPainter painter(this);
     painter.setClipRegion(QRegion(rect()) - caption.adjusted(-captionGap, 0, captionGap, 0));
-    painter.setPen(palette().color(QPalette::Window).darker(150));
+    painter.setPen(palette().color(QPalette::Window).darker(200));
     painter.drawRect(border);
     painter.setClipping(false);
     painter.setPen(palette().color(QPalette::WindowText));

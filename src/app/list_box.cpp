@@ -1,6 +1,7 @@
 #include "app/list_box.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QFocusEvent>
 #include <QSignalBlocker>
 #include <QTimer>
@@ -51,12 +52,10 @@ void ListBox::focusOutEvent(QFocusEvent* event)
 
 void ListBox::showFocus(bool hasIt)
 {
-    QPalette colours;
-    if (!hasIt) {
-        const bool isDark = colours.color(QPalette::Base).lightness() < 128;
-        colours.setColor(QPalette::Highlight, isDark ? QColor(96, 96, 96) : QColor(208, 208, 208));
-        colours.setColor(QPalette::HighlightedText, colours.color(QPalette::Text));
-    }
+    const QPalette usual = QApplication::palette();
+    QPalette colours = palette();
+    colours.setColor(QPalette::Highlight, hasIt ? usual.color(QPalette::Highlight) : QColor(144, 144, 144));
+    colours.setColor(QPalette::HighlightedText, usual.color(hasIt ? QPalette::HighlightedText : QPalette::Text));
     setPalette(colours);
 }
 

@@ -1,3 +1,4 @@
+#include "app/form_layout.h"
 #include "app/screens.h"
 #include "platform/printers.h"
 #include "platform/qt_message_box.h"
@@ -14,6 +15,7 @@ int main(int argc, char* argv[])
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/blanketing-valve-sizing.png")));
     // The forms have fixed positions: one style on every desktop, so that what fits here fits there.
     QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setPalette(screenColours());
 
     QtMessageBox messageBox;
     const QString directory = QCoreApplication::applicationDirPath();

@@ -289,8 +289,10 @@ void MainForm::selectValve()
     } else {
         spoken_.tell(controls_.get<QPushButton>("cmdCalcFlowRate"), outcome());
     }
-    for (const MainControl shown : {MainControl("lblCV"), MainControl("frmComments")})
-        scrollIntoView(controls_.get<QWidget>(shown));
+    if (!caption(Label::lblPercentValveCapacity).empty())
+        scrollIntoView(controls_.get<QWidget>("lblCVlbl"));
+    if (!caption(Label::lblComments).empty())
+        scrollIntoView(controls_.get<QWidget>("frmComments"));
 }
 
 QString MainForm::outcome() const

@@ -81,7 +81,9 @@ void Screens::replaceForm(QWidget* form)
 {
     QWidget* const before = form_.isNull() ? nullptr : form_->window();
     form_ = form;
-    windowAround(form)->show();
+    QWidget* const window = windowAround(form);
+    window->show();
+    window->setAttribute(Qt::WA_KeyboardFocusChange); // the focus is marked from the start, not from the first key
     if (before != nullptr) {
         before->hide();
         before->deleteLater(); // its own button may still be in its click

@@ -120,7 +120,6 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
     handlers.connectAll();
     handlers.Form_Load(locale);
     controls_.get<QRadioButton>("optSeries61").setFocus();
-    setAttribute(Qt::WA_KeyboardFocusChange); // the option is marked from the start, not from the first key
     centreOnScreen(*this);
 }
 
