@@ -35,10 +35,10 @@ void print(benchmark::State& run)
     RecordedMessages messages;
     const NumberText numbers;
     SystemPrinters printers;
-    const PrintContext context{state, screen, messages, numbers, printers, "23 Nov 2026"};
+    const SummaryContext context{state, screen, messages, numbers, "23 Nov 2026"};
     for ([[maybe_unused]] const auto iteration : run) {
         screen.captions = {{Label::lblTotalFlow, "101"}, {Label::lblPercentValveCapacity, "96"}};
-        cmdPrint_Click(context);
+        cmdPrint_Click(context, printers);
         if (!messages.texts.empty()) {
             run.SkipWithError(messages.texts.front().c_str());
             break;

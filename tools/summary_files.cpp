@@ -2,84 +2,15 @@
 
 #include "fresh_sizing.h"
 #include "replacement_file.h"
+#include "report/file_name.h"
 #include "report/print_command.h"
-#include "report/printers.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <stdexcept>
 #include <utility>
 
 namespace fs = std::filesystem;
-
-namespace
-{
-
-constexpr std::size_t longestName = 100; // bytes: room for a number and the ending on every system
-
-/// A printer whose paper is a file. Keeps why a page was not written: the print command has one text for all failures.
-struct FilePrinter : Printers
-{
-    const SummaryFiles::MakePdf& makePdf;
-    const fs::path& path;
-    bool overwrite;
-    std::string failure;
-
-    FilePrinter(const SummaryFiles::MakePdf& make, const fs::path& file, bool replaces)
-        : makePdf(make), path(file), overwrite(replaces)
-    {
-    }
-
-    int count() const override { return 1; }
-
-    void print(const SummaryForm& page) override
-    {
-        try {
-            if (fs::exists(fs::symlink_status(path)) && (!overwrite || !fs::is_regular_file(fs::symlink_status(path))))
-                throw std::runtime_error("it exists already");
-            ReplacementFile file(path);
-            file.write(makePdf(page));
-            file.putInPlace();
-        } catch (const std::exception& reason) {
-            failure = "the summary " + path.string() + " is not written: " + reason.what();
-        }
-    }
-};
-
-/// Names of devices on Windows, whatever ending they have.
-bool isDevice(std::string name)
-{
-    std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::toupper(c); });
-    name = name.substr(0, name.find('.'));
-    const bool isNumbered = name.size() == 4 && (name.starts_with("COM") || name.starts_with("LPT"));
-    return name == "CON" || name == "PRN" || name == "AUX" || name == "NUL" || isNumbered;
-}
-
-} // namespace
-
-std::string fileNameOf(std::string_view tagNumber)
-{
-    std::string name;
-    for (const char c : tagNumber.substr(0, longestName)) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool isHarmless =
-            byte >= 0x80 || std::isalnum(byte) || std::string_view(" -_.+()#").find(c) != std::string_view::npos;
-        name += isHarmless ? c : '_';
-    }
-    // A character of several bytes that the length has cut goes whole.
-    if (tagNumber.size() > longestName && (static_cast<unsigned char>(tagNumber[longestName]) & 0xC0) == 0x80) {
-        while (!name.empty() && (static_cast<unsigned char>(name.back()) & 0xC0) == 0x80)
-            name.pop_back();
-        if (!name.empty())
-            name.pop_back();
-    }
-    while (!name.empty() && (name.back() == '.' || name.back() == ' ')) // Windows drops these
-        name.pop_back();
-    if (name.starts_with('.') || name.starts_with('-') || name.starts_with(' ') || isDevice(name))
-        name.insert(0, "_");
-    return name;
-}
 
 SummaryFiles::SummaryFiles(fs::path directory, MakePdf makePdf, std::string today, bool overwrite)
     : directory_(std::move(directory)), makePdf_(std::move(makePdf)), today_(std::move(today)), overwrite_(overwrite)
@@ -102,13 +33,27 @@ fs::path SummaryFiles::nextPath(const std::string& tagNumber, std::size_t line)
     }
 }
 
+void SummaryFiles::save(const SummaryForm& page, const fs::path& path) const
+{
+    const fs::file_status there = fs::symlink_status(path);
+    if (fs::exists(there) && !overwrite_)
+        throw std::runtime_error("it exists already");
+    if (fs::exists(there) && !fs::is_regular_file(there))
+        throw std::runtime_error("not a regular file");
+    ReplacementFile file(path);
+    file.write(makePdf_(page));
+    file.putInPlace();
+}
+
 std::string SummaryFiles::write(FreshSizing& sizing, std::size_t line, const NumberText& numbers)
 {
     const fs::path path = nextPath(sizing.state.CustTagNo, line);
-    FilePrinter printer(makePdf_, path, overwrite_);
-    RecordedMessages messages;
-    cmdPrint_Click({sizing.state, sizing.screen, messages, numbers, printer, today_});
-    if (!printer.failure.empty())
-        return printer.failure;
-    return messages.texts.empty() ? "" : messages.texts.front();
+    try {
+        RecordedMessages messages;
+        if (const auto page = summaryOfSizing({sizing.state, sizing.screen, messages, numbers, today_}))
+            save(*page, path);
+        return messages.texts.empty() ? "" : messages.texts.front();
+    } catch (const std::exception& reason) {
+        return "the summary " + path.string() + " is not written: " + reason.what();
+    }
 }

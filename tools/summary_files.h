@@ -27,6 +27,7 @@ public:
     std::string write(FreshSizing& sizing, std::size_t line, const NumberText& numbers);
 
 private:
+    void save(const SummaryForm& page, const std::filesystem::path& path) const;
     std::filesystem::path nextPath(const std::string& tagNumber, std::size_t line);
 
     std::filesystem::path directory_;
@@ -35,6 +36,3 @@ private:
     bool overwrite_;
     std::unordered_set<std::size_t> taken_; ///< hashes of this run's names: their number may be large
 };
-
-/// A tag number as a file name without its ending: letters, digits and what is harmless in a name on every system.
-std::string fileNameOf(std::string_view tagNumber);

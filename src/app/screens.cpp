@@ -72,7 +72,7 @@ void Screens::showMain()
     });
     connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
         const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
-        cmdPrint_Click({state_, *mainForm, messageBox_, numbers_, printers_, today.toStdString()});
+        cmdPrint_Click({state_, *mainForm, messageBox_, numbers_, today.toStdString()}, printers_);
     });
     replaceForm(mainForm);
 }

@@ -6,45 +6,35 @@
 #include "base/offered.h"
 #include "engine/required_flow.h"
 #include "report/printers.h"
-#include "report/summary_form.h"
 
 #include <exception>
 
-namespace
+std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary)
 {
-
-/// Judges the stored material afresh from the points of the last sizing.
-void judgeFlashBoil(const PrintContext& print)
-{
-    SizingState& state = print.state;
+    SizingState& state = summary.state;
+    if (summary.screen.caption(Label::lblTotalFlow).empty() ||
+        summary.screen.caption(Label::lblPercentValveCapacity).empty()) {
+        summary.screen.setCaption(Label::lblComments, "You must size a valve before printing.");
+        return std::nullopt;
+    }
+    // The stored material is judged afresh from the points of the last sizing.
     if (state.ValveType == choice::depad && state.SizingCase == sizing_case::depadApi2000)
-        state.HighFlashBoil = isHighFlashBoil(state, print.screen, print.numbers);
+        state.HighFlashBoil = isHighFlashBoil(state, summary.screen, summary.numbers);
+    return SummaryForm(state, summary.numbers, summary.today, summary.screen, summary.messageBox);
 }
 
-void printSummary(const PrintContext& print)
-{
-    if (print.printers.count() < 1) {
-        print.messageBox.show("There is no printer installed on this computer.");
-        print.screen.setPrintEnabled(false);
-        return;
-    }
-    print.screen.setPrintEnabled(true);
-    if (print.screen.caption(Label::lblTotalFlow).empty() ||
-        print.screen.caption(Label::lblPercentValveCapacity).empty()) {
-        print.screen.setCaption(Label::lblComments, "You must size a valve before printing.");
-        return;
-    }
-    judgeFlashBoil(print);
-    print.printers.print(SummaryForm(print.state, print.numbers, print.today, print.screen, print.messageBox));
-}
-
-} // namespace
-
-void cmdPrint_Click(const PrintContext& print)
+void cmdPrint_Click(const SummaryContext& summary, Printers& printers)
 {
     try {
-        printSummary(print);
+        const bool hasPrinter = printers.count() >= 1;
+        if (!hasPrinter)
+            summary.messageBox.show("There is no printer installed on this computer.");
+        summary.screen.setPrintEnabled(hasPrinter);
+        if (!hasPrinter)
+            return;
+        if (const std::optional<SummaryForm> page = summaryOfSizing(summary))
+            printers.print(*page);
     } catch (const std::exception&) {
-        print.messageBox.show("cmdPrint: A printing error has occurred");
+        summary.messageBox.show("cmdPrint: A printing error has occurred");
     }
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "report/summary_form.h"
+
+#include <optional>
 #include <string>
 
 class MainScreen;
@@ -8,17 +11,20 @@ class NumberText;
 class Printers;
 struct SizingState;
 
-/// What the print command reaches.
-struct PrintContext
+/// What a summary is made of.
+struct SummaryContext
 {
     SizingState& state;
     MainScreen& screen;
     MessageBox& messageBox;
     const NumberText& numbers;
-    Printers& printers;
     std::string today; ///< in the user's short date form
 };
 
-/// One press of "Prin&t": prints the summary of the last sizing as one page. Nothing sized: says so in `lblComments`.
-/// No printer: says so and disables the button. Any failure ends in a message; the program stays usable.
-void cmdPrint_Click(const PrintContext& print);
+/// The summary of the last sizing. Nothing sized: says so in `lblComments`. Throws when the points of the stored
+/// material cannot be judged.
+std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary);
+
+/// One press of "Prin&t": prints the summary of the last sizing as one page. No printer: says so and disables the
+/// button. Any failure ends in a message; the program stays usable.
+void cmdPrint_Click(const SummaryContext& summary, Printers& printers);

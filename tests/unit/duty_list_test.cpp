@@ -1,4 +1,5 @@
 #include "duty_list.h"
+#include "report/file_name.h"
 #include "summary_files.h"
 #include "support/cases.h"
 #include "support/temporary_directory.h"

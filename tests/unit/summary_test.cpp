@@ -31,7 +31,7 @@ protected:
     }
     void print(Sizing& sizing)
     {
-        cmdPrint_Click({sizing.state, sizing.screen, sizing.messages, sizing.numbers, printers, "24.12.2026"});
+        cmdPrint_Click({sizing.state, sizing.screen, sizing.messages, sizing.numbers, "24.12.2026"}, printers);
     }
 
     RecordingPrinters printers;
