@@ -1,0 +1,15 @@
+#include "capacity/tables_label.h"
+
+#include "base/failure.h"
+#include "capacity/capacity_store.h"
+
+std::optional<TablesLabel> tablesLabel(CapacityStore& store)
+{
+    try {
+        store.beginClick();
+        const CapacityRows row = store.query("SELECT label, date FROM Label", {});
+        return TablesLabel{row.text("label"), row.text("date")};
+    } catch (const SilentFailure&) {
+        return std::nullopt;
+    }
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+class CapacityStore;
+
+/// What a data file's tables are, in the words of who built it, such as "nominal, computed".
+struct TablesLabel
+{
+    std::string label;
+    std::string date; ///< of the build, YYYY-MM-DD
+};
+
+/// The label in the table `Label` of the data file. Begins a click of its own. A file without a label, or one that
+/// cannot be read, has none.
+std::optional<TablesLabel> tablesLabel(CapacityStore& store);
