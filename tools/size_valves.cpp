@@ -1,3 +1,6 @@
+#include "base/number_text.h"
+#include "capacity/capacity_store.h"
+#include "capacity/tables_label.h"
 #include "platform/pdf_summary.h"
 #include "size_command.h"
 
@@ -17,5 +20,8 @@ int main(int argc, char* argv[])
     const auto today = [] {
         return QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat).toStdString();
     };
-    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), summaryPdf, today});
+    const NumberText numbers;
+    CapacityStore store(dataFile.toStdString(), numbers);
+    const auto makePdf = [label = tablesLabel(store)](const SummaryForm& page) { return summaryPdf(page, label); };
+    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), makePdf, today});
 }

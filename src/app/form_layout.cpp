@@ -15,6 +15,7 @@
 #include <QShortcutEvent>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace
@@ -81,6 +82,7 @@ template <typename Box>
 Box* createBox(QWidget* parent)
 {
     auto* const box = new Box(parent);
+    box->setMaxLength(std::numeric_limits<int>::max()); // the toolkit's own limit is 32767
     box->selectAll();
     return box;
 }
@@ -214,14 +216,25 @@ void setLabelCaption(QLabel& label, const QString& caption)
     label.setGeometry(QRect(QPoint(rightAligned ? edge - size.width() : edge, label.y()), size));
 }
 
-void keepApart(std::span<QLabel* const> row)
+void keepApart(std::span<QLabel* const> row, int rightEdge)
 {
+    const auto width = [](const QLabel* label) { return label->text().isEmpty() ? 0 : label->width(); };
+    std::vector<int> lefts;
     int end = 0;
-    for (QLabel* const label : row) {
+    for (const QLabel* const label : row) {
         const int statedLeft = label->property(stated).toInt();
-        const int left = end > statedLeft ? end + rowGap : statedLeft;
-        label->move(left, label->y());
-        end = label->text().isEmpty() ? left : left + label->width();
+        lefts.push_back(end > statedLeft ? end + rowGap : statedLeft);
+        end = lefts.back() + width(label);
+    }
+    for (std::size_t at = row.size(); at-- > 1 && lefts[at] + width(row[at]) > rightEdge;) {
+        lefts[at] = rightEdge - width(row[at]);
+        rightEdge = lefts[at] - rowGap;
+    }
+    end = 0; // what finds no room reaches over the edge rather than over its neighbour
+    for (std::size_t at = 0; at < row.size(); ++at) {
+        const int left = lefts[at] >= end ? lefts[at] : end + rowGap;
+        row[at]->move(left, row[at]->y());
+        end = left + width(row[at]);
     }
 }
 

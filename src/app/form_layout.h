@@ -60,8 +60,8 @@ constexpr int pixels(int twips)
 /// The screens' font: 8.25 pt at 96 dpi.
 QFont screenFont();
 
-/// The program's colours, to be set on the application: the desktop's own, but light ones where the desktop is dark, for
-/// the working window is light grey everywhere, and a selection dark enough for white text.
+/// The program's colours, to be set on the application: the desktop's own, but light ones where the desktop is dark,
+/// for the working window is light grey everywhere, and a selection dark enough for white text.
 QPalette screenColours();
 
 /// Whether every control stands on the form itself or in a frame of an earlier row.
@@ -85,8 +85,9 @@ std::vector<QWidget*> buildForm(QWidget& form, std::span<const ControlRow> rows,
 void setLabelCaption(QLabel& label, const QString& caption);
 
 /// Lets the labels of one row that have grown into their right-hand neighbour push it on; the others stand at the
-/// positions they were created with. `row` is in order from the left.
-void keepApart(std::span<QLabel* const> row);
+/// positions they were created with. Where the last would end beyond `rightEdge` (pixels of their parent), the row
+/// moves together to the left as far as there is room. `row` is in order from the left.
+void keepApart(std::span<QLabel* const> row, int rightEdge);
 
 /// Light grey background with black text on it and white boxes, whatever the desktop's theme.
 void paintLightGrey(QWidget& widget);

@@ -4,12 +4,15 @@
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
+#include <limits>
+
 GasBox::GasBox(QWidget* parent) : QComboBox(parent)
 {
     setEditable(true);
     setInsertPolicy(NoInsert);
     setCompleter(nullptr);
     setFocusPolicy(Qt::StrongFocus);
+    lineEdit()->setMaxLength(std::numeric_limits<int>::max());
     // Enter and leaving the box would pick the entry that the typed text names, by a connection of QComboBox's own
     // (seen in Qt 6.4).
     disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);

@@ -9,7 +9,10 @@
 namespace
 {
 
-constexpr int rowHeight = 14; // pixels: two rows and their border fit the 450 twips of the pressure list
+// Pixels: two rows, their border and a pixel below, which a scale of 1.5 rounds away, fit the 450 twips of the pressure
+// list.
+constexpr int rowHeight = 13;
+constexpr int below = 1;
 
 } // namespace
 
@@ -21,6 +24,7 @@ ListBox::ListBox(QWidget* parent) : QListWidget(parent)
         if (selectedItems().isEmpty() && currentItem() != nullptr)
             currentItem()->setSelected(true);
     });
+    setViewportMargins(0, 0, 0, below);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     showFocus(false);

@@ -1,5 +1,6 @@
 #include "app/main_form.h"
 
+#include "app/box_help.h"
 #include "app/gas_box.h"
 #include "app/numeric_box.h"
 #include "app/sizing_state.h"
@@ -14,6 +15,7 @@
 
 #include <array>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 namespace
@@ -30,27 +32,44 @@ constexpr MainControl storedMaterialControls[] = {"lblBoilingPoint",   "txtBoili
                                                   "lblStoredMaterial", "txtStoredMaterial"};
 constexpr MainControl tankVolumeControls[] = {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"};
 
-/// What screen readers say of a value: the caption beside it.
-constexpr MainControl describedBy[][2] = {
-    {"lblValveModel", "lblValveModellbl"},
-    {"lblValveType", "lblValveTypelbl"},
-    {"lblSizingMethod", "lblSizingMethodlbl"},
-    {"lblHFPLFP", "lblSizingMethodlbl"},
-    {"lblPRFlow", "lblPRFlowLabel"},
-    {"lblBRFlow", "lblBRFlowLabel"},
-    {"lblTotalFlow", "lblTotalFlowLabel"},
-    {"lblSGGas", "lblSGGaslbl"},
-    {"lblCV", "lblCVlbl"},
-    {"lblMaxValveCapacity", "lblMaxValveCapacitylbl"},
-    {"lblSGGas2", "Label2"},
-    {"lblValveBodySize", "lblValveBodySizelbl"},
-    {"lblPercentValveCapacity", "lblPercentValveCapacitylbl"},
+/// A value or an entry with its caption and its unit.
+struct Fact
+{
+    MainControl caption;
+    MainControl value;
+    std::optional<MainControl> unit;
+
+    consteval Fact(const char* captionName, const char* valueName, const char* unitName = nullptr)
+        : caption(captionName), value(valueName)
+    {
+        if (unitName != nullptr)
+            unit = MainControl(unitName);
+    }
 };
 
-/// What screen readers say of a box beside its caption: its unit.
-constexpr MainControl unitOf[][2] = {
-    {"txtPumpRate", "lblPumpRateUnits"},  {"txtPressure", "lblPressureUnits"}, {"txtTankVolume", "lblVolumeUnits"},
-    {"txtBoilingPoint", "lblTempUnits1"}, {"txtFlashPoint", "lblTempUnits2"},
+/// What screen readers say beside a value, and what is copied, in that order.
+constexpr Fact facts[] = {
+    {"lblValveModellbl", "lblValveModel"},
+    {"lblValveTypelbl", "lblValveType"},
+    {"lblSizingMethodlbl", "lblSizingMethod"},
+    {"lblSizingMethodlbl", "lblHFPLFP"},
+    {"lblPumpRate", "txtPumpRate", "lblPumpRateUnits"},
+    {"lblPressure", "txtPressure", "lblPressureUnits"},
+    {"lblTankVolume", "txtTankVolume", "lblVolumeUnits"},
+    {"lblBlanketingGas", "cmbBlanketingGas"},
+    {"lblSpecGravlbl", "txtSpecGrav"},
+    {"lblBoilingPoint", "txtBoilingPoint", "lblTempUnits1"},
+    {"lblFlashPoint", "txtFlashPoint", "lblTempUnits2"},
+    {"lblStoredMaterial", "txtStoredMaterial"},
+    {"lblPRFlowLabel", "lblPRFlow", "lblFlow1"},
+    {"lblBRFlowLabel", "lblBRFlow", "lblFlow1"},
+    {"lblTotalFlowLabel", "lblTotalFlow", "lblFlow1"},
+    {"lblSGGaslbl", "lblSGGas"},
+    {"lblCVlbl", "lblCV"},
+    {"lblValveBodySizelbl", "lblValveBodySize"},
+    {"lblMaxValveCapacitylbl", "lblMaxValveCapacity", "lblFlow2"},
+    {"Label2", "lblSGGas2"},
+    {"lblPercentValveCapacitylbl", "lblPercentValveCapacity"},
 };
 
 struct ValveTypeTexts
@@ -94,6 +113,12 @@ MainControl controlOf(Label label)
     return labels[static_cast<std::size_t>(label)];
 }
 
+/// The property with the text of a label or box.
+const char* valueProperty(const QWidget& control)
+{
+    return control.inherits("QComboBox") ? "currentText" : "text";
+}
+
 void paintText(QLabel& label, const QColor& colour)
 {
     QPalette palette = label.palette();
@@ -118,12 +143,22 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
             rows_.back().push_back(&controls_.get<QLabel>(name));
     connectHandlers();
     load();
-    for (const auto& [value, caption] : describedBy)
-        controls_.get<QLabel>(value).setAccessibleDescription(controls_.get<QLabel>(caption).text());
-    for (const auto& [box, unit] : unitOf)
-        controls_.get<QLineEdit>(box).setAccessibleDescription(controls_.get<QLabel>(unit).text());
-    controls_.get<QLabel>("lblComments").setAccessibleDescription(controls_.get<QGroupBox>("frmComments").title());
+    describeControls();
     controls_.get<NumericBox>("txtPumpRate").setFocus();
+}
+
+void MainForm::describeControls()
+{
+    for (const Fact& fact : facts) {
+        auto& value = controls_.get<QWidget>(fact.value);
+        if (qobject_cast<QLabel*>(&value) != nullptr)
+            value.setAccessibleDescription(controls_.get<QLabel>(fact.caption).text());
+        else if (fact.unit) // the caption is the box's name
+            value.setAccessibleDescription(controls_.get<QLabel>(*fact.unit).text());
+    }
+    controls_.get<QLabel>("lblComments").setAccessibleDescription(controls_.get<QGroupBox>("frmComments").title());
+    for (std::size_t box = 0; box < boxes.size(); ++box)
+        setHelp(controls_.get<QWidget>(boxes[box]), helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
 }
 
 void MainForm::connectHandlers()
@@ -145,11 +180,7 @@ void MainForm::connectHandlers()
         });
     };
     onClick("cmdCalcFlowRate", [this] { selectValve(); });
-    onClick("cmdPrint", [this] {
-        emit printRequested();
-        if (caption(Label::lblPercentValveCapacity).empty())
-            spoken_.tell(controls_.get<QPushButton>("cmdPrint"), outcome());
-    });
+    onClick("cmdPrint", [this] { requestSummary(&MainForm::printRequested); });
     onClick("cmdClear", [this] { cmdClear_Click(); });
     onClick("cmdNewCalc", [this] { cmdNewCalc_Click(); });
     onClick("cmdExit", [this] { cmdExit_Click(); });
@@ -289,10 +320,47 @@ void MainForm::selectValve()
     } else {
         spoken_.tell(controls_.get<QPushButton>("cmdCalcFlowRate"), outcome());
     }
+    showOutcome();
+}
+
+void MainForm::showOutcome()
+{
     if (!caption(Label::lblPercentValveCapacity).empty())
         scrollIntoView(controls_.get<QWidget>("lblCVlbl"));
     if (!caption(Label::lblComments).empty())
         scrollIntoView(controls_.get<QWidget>("frmComments"));
+}
+
+void MainForm::requestSummary(void (MainForm::*request)())
+{
+    emit(this->*request)();
+    QWidget* const focus = focusWidget();
+    if (focus == nullptr || !caption(Label::lblPercentValveCapacity).empty())
+        return;
+    spoken_.tell(*focus, outcome());
+    showOutcome();
+}
+
+QString MainForm::resultsText() const
+{
+    const SizingState& state = sizing_.state;
+    QString lines;
+    const auto add = [&](QString caption, const QString& value, const QString& unit) {
+        // A spreadsheet would work out what begins with these.
+        while (caption.startsWith(u'+') || caption.startsWith(u'=') || caption.startsWith(u' '))
+            caption.remove(0, 1);
+        if (!value.isEmpty())
+            lines += caption.remove(u'&').remove(u':') + u'\t' + value + (unit.isEmpty() ? unit : u' ' + unit) + u'\n';
+    };
+    add(QStringLiteral("Tag Number"), QString::fromStdString(state.CustTagNo), {});
+    for (const Fact& fact : facts) {
+        const auto& value = controls_.get<QWidget>(fact.value);
+        if (!value.isHidden())
+            add(controls_.get<QLabel>(fact.caption).text(), value.property(valueProperty(value)).toString(),
+                fact.unit ? controls_.get<QLabel>(*fact.unit).text().remove(QStringLiteral(" of")) : QString());
+    }
+    add(controls_.get<QGroupBox>("frmComments").title(), QString::fromStdString(caption(Label::lblComments)), {});
+    return lines;
 }
 
 QString MainForm::outcome() const
@@ -336,8 +404,9 @@ void MainForm::setLabelCaption(MainControl name, const std::string& shown)
     ::setLabelCaption(label, QString::fromStdString(shown));
     // Without any name Qt would have the title of the label's frame read out.
     label.setAccessibleName(shown.empty() ? QStringLiteral(" ") : QString());
+    const int besideComments = controls_.get<QWidget>("frmComments").x() - 4;
     for (const std::vector<QLabel*>& row : rows_)
-        keepApart(row);
+        keepApart(row, row.front()->parentWidget() == this ? besideComments : row.front()->parentWidget()->width() - 4);
 }
 
 void MainForm::setText(MainControl box, const std::string& entry)

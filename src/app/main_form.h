@@ -30,6 +30,12 @@ public:
     void modClearData() override;
     void setPrintEnabled(bool enabled) override;
 
+    /// Asks for the summary by one of the two signals, and has a refusal seen and heard.
+    void requestSummary(void (MainForm::*request)());
+
+    /// Choices, entries and results, a line each: caption, tab, value and unit. What is empty or not shown is left out.
+    QString resultsText() const;
+
 signals:
     /// "Size &New Valve" was pressed.
     void newCalcRequested();
@@ -37,9 +43,13 @@ signals:
     void exitRequested();
     /// "Prin&t" was pressed.
     void printRequested();
+    /// The summary is to be saved as a PDF.
+    void saveRequested();
 
 private:
     void connectHandlers();
+    /// What screen readers say of the controls beside their captions, and their tooltips.
+    void describeControls();
     void load();
     void loadValveType();
 
@@ -52,6 +62,8 @@ private:
 
     /// What a click has come to, in one sentence: the valve with the comments, or why there is none.
     QString outcome() const;
+    /// Scrolls what a click has come to into view.
+    void showOutcome();
 
     /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
     void nameGas();

@@ -4,7 +4,9 @@
 #include "app/sizing_state.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 
 #include <utility>
 
@@ -40,6 +42,29 @@ QString NumericBox::accepted(const QString& typed) const
         if (modValidate(static_cast<std::int16_t>(c.unicode()), state_->ValidChars, &QApplication::beep) != 0)
             passed += c;
     return passed;
+}
+
+bool NumericBox::event(QEvent* event)
+{
+    // Ctrl and a letter are typed here, and beep: the form's shortcuts pass this box by.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* const key = static_cast<QKeyEvent*>(event);
+        if (key->modifiers() == Qt::ControlModifier && key->key() >= Qt::Key_A && key->key() <= Qt::Key_Z) {
+            event->accept();
+            return true;
+        }
+    }
+    return QLineEdit::event(event);
+}
+
+/// The usual menu without the keys that it names, which only beep here.
+void NumericBox::contextMenuEvent(QContextMenuEvent* event)
+{
+    QMenu* const menu = createStandardContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (QAction* const action : menu->actions())
+        action->setText(action->text().section(u'\t', 0, 0));
+    menu->popup(event->globalPos());
 }
 
 void NumericBox::keyPressEvent(QKeyEvent* event)

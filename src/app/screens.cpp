@@ -1,17 +1,29 @@
 #include "app/screens.h"
 
+#include "app/about.h"
 #include "app/box_accessible.h"
 #include "app/form_layout.h"
 #include "app/key_repeat.h"
 #include "app/main_form.h"
 #include "app/setup_form.h"
+#include "base/message_box.h"
+#include "capacity/tables_label.h"
+#include "platform/pdf_summary.h"
+#include "report/file_name.h"
 #include "report/print_command.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QDate>
+#include <QFileDialog>
 #include <QLocale>
+#include <QSaveFile>
 #include <QScreen>
 #include <QScrollArea>
+#include <QStandardPaths>
+
+#include <stdexcept>
 
 namespace
 {
@@ -34,10 +46,35 @@ QWidget* windowAround(QWidget* form)
     return window;
 }
 
+/// Has the user name the file; "" when he does not.
+QString askForPdf(QWidget& form, const std::string& tagNumber)
+{
+    static QString directory = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); // then the last one
+    const std::string name = fileNameOf(tagNumber);
+    QFileDialog dialog(form.window(), QStringLiteral("Save Summary as PDF"), directory,
+                       QStringLiteral("PDF files (*.pdf)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("pdf"));
+    dialog.selectFile(QString::fromStdString((name.empty() ? "Valve Sizing Summary" : name) + ".pdf"));
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    directory = dialog.directory().path();
+    return dialog.selectedFiles().value(0);
+}
+
+void writeFile(const QString& name, const std::string& bytes)
+{
+    QSaveFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), static_cast<qint64>(bytes.size())) < 0 ||
+        !file.commit())
+        throw std::runtime_error(file.errorString().toStdString());
+}
+
 } // namespace
 
 Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& printers, std::string capacityFile)
-    : locale_(locale), messageBox_(messageBox), printers_(printers), store_(std::move(capacityFile), numbers_)
+    : locale_(locale), messageBox_(messageBox), printers_(printers), dataFile_(std::move(capacityFile)),
+      store_(dataFile_, numbers_)
 {
     installBoxAccessibility();
     qApp->installEventFilter(new KeyRepeatFilter(this));
@@ -59,6 +96,7 @@ void Screens::showSetup()
     // Its load has read the money separator; a changed locale takes effect here, too.
     numbers_ = userNumberText(locale_, state_.DecSep);
     connect(setup, &SetupForm::continued, this, &Screens::showMain);
+    addMenu(*setup, nullptr);
     replaceForm(setup);
 }
 
@@ -70,11 +108,50 @@ void Screens::showMain()
         mainForm->window()->close();
         QApplication::quit();
     });
-    connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
-        const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
-        cmdPrint_Click({state_, *mainForm, messageBox_, numbers_, today.toStdString()}, printers_);
-    });
+    connect(mainForm, &MainForm::printRequested, this,
+            [this, mainForm] { cmdPrint_Click(summaryContext(*mainForm), printers_); });
+    connect(mainForm, &MainForm::saveRequested, this, [this, mainForm] { saveSummary(*mainForm); });
+    addMenu(*mainForm, mainForm);
     replaceForm(mainForm);
+}
+
+SummaryContext Screens::summaryContext(MainForm& mainForm)
+{
+    const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
+    return {state_, mainForm, messageBox_, numbers_, today.toStdString()};
+}
+
+void Screens::saveSummary(MainForm& mainForm)
+{
+    try {
+        const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
+        const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();
+        if (!file.isEmpty())
+            writeFile(file, summaryPdf(*page, tablesLabel(store_)));
+    } catch (const std::exception& reason) {
+        messageBox_.show(std::string("The summary is not saved: ") + reason.what());
+    }
+}
+
+void Screens::addMenu(QWidget& form, MainForm* mainForm)
+{
+    // Right-click, or the menu key on a button. The actions' keys work everywhere in the form.
+    const auto add = [&form](const char* text, const QKeySequence& keys, auto act) {
+        auto* const action = new QAction(QString::fromLatin1(text), &form);
+        action->setShortcut(keys);
+        connect(action, &QAction::triggered, &form, act);
+        form.addAction(action);
+        return action;
+    };
+    form.setContextMenuPolicy(Qt::ActionsContextMenu);
+    add("User Guide (F1)", Qt::Key_F1, [this] { openUserGuide(messageBox_); })->setShortcutVisibleInContextMenu(false);
+    QAction* const ofResults[] = {add("Save Summary as PDF...", Qt::CTRL | Qt::Key_S,
+                                      [mainForm] { mainForm->requestSummary(&MainForm::saveRequested); }),
+                                  add("Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
+                                      [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
+    for (QAction* const action : ofResults)
+        action->setEnabled(mainForm != nullptr);
+    add("About", {}, [this] { showAbout(messageBox_, store_, dataFile_); });
 }
 
 void Screens::replaceForm(QWidget* form)

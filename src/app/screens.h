@@ -3,12 +3,14 @@
 #include "app/sizing_state.h"
 #include "base/number_text.h"
 #include "capacity/capacity_store.h"
+#include "report/print_command.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
 
 class LocaleInfo;
+class MainForm;
 class MessageBox;
 class Printers;
 
@@ -33,11 +35,17 @@ private:
     /// Shows the new form, then unloads the one before.
     void replaceForm(QWidget* form);
 
+    /// The context menu of a form and its keys; without a main form there are no results.
+    void addMenu(QWidget& form, MainForm* mainForm);
+    SummaryContext summaryContext(MainForm& mainForm);
+    void saveSummary(MainForm& mainForm);
+
     const LocaleInfo& locale_;
     MessageBox& messageBox_;
     Printers& printers_;
     SizingState state_;
     NumberText numbers_;
-    CapacityStore store_;
+    std::string dataFile_;
+    CapacityStore store_; ///< refers to the numbers
     QPointer<QWidget> form_;
 };

@@ -1,5 +1,6 @@
 #include "app/setup_form.h"
 
+#include "app/box_help.h"
 #include "app/key_filter.h"
 #include "app/list_box.h"
 #include "app/sizing_state.h"
@@ -32,6 +33,23 @@ constexpr CustomerBox customerBoxes[] = {
 /// The caption above each list, which has no access key, names it to screen readers.
 constexpr SetupControl listCaptions[][2] = {
     {"lblPressureUnits", "lstPressure"}, {"lblFlow", "lstFlow"}, {"lblTemp", "lstTemp"}, {"lblVolume", "lstVolume"}};
+
+/// Tooltips of the boxes and lists.
+constexpr struct
+{
+    SetupControl control;
+    const char* help;
+} helps[] = {
+    {"txtCustomerName", "Printed on the summary."},
+    {"txtCustomerLocation", "Printed on the summary."},
+    {"txtCustTagNo", "Printed on the summary; its PDF file is named by it."},
+    {"txtNotes", "Printed on the summary."},
+    {"txtORMRep", "Printed on the summary."},
+    {"lstPressure", "The unit of the pressure at the valve. Gauge pressure."},
+    {"lstFlow", "The unit of all flows of gas: SCFH at 60 degF and 14.696 psia, Nm3/Hr at 0 degC."},
+    {"lstTemp", "The unit of boiling point and flash point."},
+    {"lstVolume", "The unit of the tank volume."},
+};
 
 } // namespace
 
@@ -116,6 +134,8 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
         label.setBuddy(&list);
         list.setAccessibleName(label.text());
     }
+    for (const auto& [control, help] : helps)
+        setHelp(controls_.get<QWidget>(control), QString::fromLatin1(help));
     const Handlers handlers{*this, state};
     handlers.connectAll();
     handlers.Form_Load(locale);

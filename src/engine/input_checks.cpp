@@ -23,8 +23,6 @@ struct Refusal
 using Check = std::optional<Refusal>;
 constexpr Check passed = std::nullopt;
 
-constexpr double largestPumpRate = 100000; // gpm and m3/h alike: beyond the capacity of any valve
-
 bool isEmpty(const SizingContext& sizing, Box box)
 {
     return sizing.screen.text(box).empty();

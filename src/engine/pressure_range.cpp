@@ -9,9 +9,6 @@
 #include <algorithm>
 #include <iterator>
 
-namespace
-{
-
 const Offer* offerOf(const SizingState& state)
 {
     const bool typeCounts = isOffered(state.ValveModel, choice::pad) && isOffered(state.ValveModel, choice::depad);
@@ -21,8 +18,6 @@ const Offer* offerOf(const SizingState& state)
     });
     return found == std::end(offers) ? nullptr : found;
 }
-
-} // namespace
 
 void modMaxMinCheck(SizingContext& sizing)
 {

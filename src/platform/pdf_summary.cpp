@@ -8,7 +8,7 @@
 #include <QPageLayout>
 #include <QPdfWriter>
 
-std::string summaryPdf(const SummaryForm& page)
+std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -17,6 +17,9 @@ std::string summaryPdf(const SummaryForm& page)
         const bool hasLetter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
         writer.setPageLayout({QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait, {}});
         writer.setTitle(QString::fromUtf8(SummaryForm::caption));
+        const std::string label = tables ? tables->label + " (" + tables->date + ')' : "not labelled";
+        writer.setCreator(QStringLiteral("Halvor-ORM Blanketing Valve Sizing " SIZING_VERSION ", capacities: ") +
+                          QString::fromStdString(label));
         paintSummary(page, writer);
     } // complete when the writer is gone
     return buffer.data().toStdString();

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "capacity/tables_label.h"
+
 #include <string>
 
 class SummaryForm;
 
 /// The summary as a PDF file's bytes, the very page that is printed, on the paper of the user's country. Throws when it
-/// cannot be painted. Wants a QGuiApplication, for the fonts.
-std::string summaryPdf(const SummaryForm& page);
+/// cannot be painted. Its properties name the tables that it was sized on. Wants a QGuiApplication, for the fonts.
+std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables);

@@ -1,8 +1,10 @@
 #include "gui/screens_fixture.h"
 
 #include "platform/qt_message_box.h"
+#include "support/temporary_directory.h"
 
 #include <QAccessible>
+#include <QFileDialog>
 
 namespace
 {
@@ -277,6 +279,43 @@ TEST_F(MainFormTest, AHeldKeyActsOnce)
     EXPECT_TRUE(enter(false));
     dynamic_cast<MainScreen&>(*screens.form()).setPrintEnabled(false);
     EXPECT_EQ(focus(), "cmdCalcFlowRate") << "Enter again must not clear the form";
+}
+
+TEST_F(MainFormTest, TheSummaryIsSavedAndResultsAreCopied)
+{
+    const TemporaryDirectory temporary;
+    const QString file = QString::fromStdString(temporary.path.string()) + "/TK-1";
+    const auto pressCtrlS = [&](const char* control) {
+        bool isAsked = false;
+        QTimer::singleShot(0, &get<QWidget>(control), [&] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            if (dialog == nullptr)
+                return;
+            isAsked = true;
+            dialog->selectFile(file);
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+        get<QWidget>(control).setFocus();
+        key(Qt::Key_S, Qt::ControlModifier);
+        QCoreApplication::processEvents();
+        return isAsked;
+    };
+    openDepad();
+    EXPECT_FALSE(pressCtrlS("cmdExit"));
+    EXPECT_EQ(shown("lblComments"), "You must size a valve before printing.");
+    sizeDepad();
+    EXPECT_FALSE(pressCtrlS("txtPumpRate")) << "beeps, like every letter";
+    EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
+    QFile saved(file + ".pdf");
+    EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(saved.readAll().startsWith("%PDF"));
+
+    activate();
+    key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    const QString copied = QApplication::clipboard()->text();
+    for (const char* const line :
+         {"Pump-In Rate\t50 m3/Hr\n", "Outbreathing Flow\t5 Nm3/Hr\n", "Valve Coefficient\t3\n"})
+        EXPECT_TRUE(copied.contains(line)) << copied.toStdString();
 }
 
 TEST_F(MainFormTest, PrintsTheLastSizingAndExits)

@@ -1,0 +1,52 @@
+#include "app/about.h"
+
+#include "base/message_box.h"
+#include "capacity/capacity_store.h"
+#include "capacity/tables_label.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QUrl>
+
+#include <sqlite3.h>
+
+void showAbout(MessageBox& messageBox, CapacityStore& store, const std::string& dataFile)
+{
+    const QFileInfo file(QString::fromStdString(dataFile));
+    const QString since = file.exists() ? QLocale::system().toString(file.lastModified(), QLocale::ShortFormat)
+                                        : QStringLiteral("missing");
+    const std::optional<TablesLabel> label = tablesLabel(store);
+    const std::string tables = label ? label->label + " (" + label->date + ')' : "not labelled";
+    const QString text = QStringLiteral("Halvor-ORM Blanketing Valve Sizing, version " SIZING_VERSION "\n\n"
+                                        "Valve capacities: %1\n"
+                                        "Data file: %2 (%3)\n\n"
+                                        "This program uses\n"
+                                        "Qt %4: GNU Lesser General Public License 3, https://www.gnu.org/licenses/\n"
+                                        "SQLite %5: public domain, https://sqlite.org/copyright.html\n"
+                                        "CUPS: Apache License 2.0, https://www.apache.org/licenses/")
+                             .arg(QString::fromStdString(tables), QDir::toNativeSeparators(file.absoluteFilePath()),
+                                  since, QString::fromLatin1(qVersion()), QString::fromLatin1(sqlite3_libversion()));
+    messageBox.show(text.toStdString());
+}
+
+void openUserGuide(MessageBox& messageBox)
+{
+    // Installed it is HTML; in the build tree, the file of the source. Both are links: the pictures stand at the
+    // target.
+    QString guide;
+    for (const char* const name : {"user_guide.md", "user_guide.html"}) {
+        const QString found =
+            QFileInfo(QDir(QCoreApplication::applicationDirPath()).filePath(QString::fromLatin1(name)))
+                .canonicalFilePath();
+        if (!found.isEmpty())
+            guide = found;
+    }
+    if (guide.isEmpty())
+        messageBox.show("The user guide is not installed.");
+    else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(guide)))
+        messageBox.show("No program opens the user guide: " + guide.toStdString());
+}

@@ -1,0 +1,71 @@
+#include "app/box_help.h"
+
+#include "app/sizing_state.h"
+#include "base/number_text.h"
+#include "engine/input_checks.h"
+#include "engine/pressure_range.h"
+#include "engine/tank_limits.h"
+
+#include <QWidget>
+
+namespace
+{
+
+std::string pressureHelp(const SizingState& state, const NumberText& numbers)
+{
+    const bool pad = state.ValveType == choice::pad;
+    std::string help = pad ? "Supply pressure of the blanketing gas before the valve" : "Pressure across the valve";
+    help += ", gauge, in " + state.PressUnits;
+    if (const Offer* const offer = offerOf(state)) {
+        help += ": " + numbers.general(offer->lowest) + " to " + numbers.general(offer->highest) + '.';
+        if (offer->minimum.message != nullptr && offer->minimum.lowest > offer->lowest)
+            help += std::string(" ") + offer->minimum.message;
+    }
+    return help;
+}
+
+std::string pointHelp(const char* point, const SizingState& state)
+{
+    return std::string(point) + " of the stored material, in degrees " + unitsOf(state.UnitSystem)->temperature +
+           ". One of boiling and flash point is enough; a flash point wins.";
+}
+
+std::string plainHelp(Box box, const SizingState& state, const NumberText& numbers)
+{
+    const bool pad = state.ValveType == choice::pad;
+    const auto upTo = [&](double largest) { return ": above 0, up to " + numbers.general(largest) + '.'; };
+    switch (box) {
+        case Box::txtPumpRate:
+            return std::string("Largest rate at which liquid ") + (pad ? "leaves" : "enters") + " the tank, in " +
+                   state.PumpRateUnits + upTo(largestPumpRate);
+        case Box::txtPressure:
+            return pressureHelp(state, numbers);
+        case Box::txtTankVolume:
+            return "Volume of the tank, in " + state.VolUnits +
+                   upTo(state.UnitSystem == choice::us ? largestTankGallons : largestTankCubicMeters);
+        case Box::cmbBlanketingGas:
+            return "Pick a gas and its specific gravity is filled in, or type another name.";
+        case Box::txtSpecGrav:
+            return "Specific gravity of the gas; air has 1. The gravity of a listed gas names the gas.";
+        case Box::txtBoilingPoint:
+            return pointHelp("Boiling point", state);
+        case Box::txtFlashPoint:
+            return pointHelp("Flash point", state);
+        case Box::txtStoredMaterial:
+            return "Printed on the summary.";
+    }
+    return {};
+}
+
+} // namespace
+
+QString helpOf(Box box, const SizingState& state, const NumberText& numbers)
+{
+    return QString::fromStdString(plainHelp(box, state, numbers));
+}
+
+void setHelp(QWidget& control, const QString& help)
+{
+    control.setToolTip(help);
+    control.setWhatsThis(help);
+}
