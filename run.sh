@@ -10,9 +10,10 @@ if [[ -z ${DISPLAY:-} ]]; then
 fi
 tools/install_packages.sh "${groups[@]}"
 
+tools/check_build_tree.sh build
 echo "== Building the program"
 cmake --preset release
-cmake --build --preset release --target blanketing-valve-sizing size_valves capacities
+cmake --build --preset release --target blanketing-valve-sizing size_valves capacities documents
 
 if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then
     echo "== Opening the program"

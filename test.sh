@@ -6,6 +6,9 @@ preset=${1:-release}
 
 tools/install_packages.sh build test
 
+tree=build
+[[ $preset == release ]] || tree=build-$preset
+tools/check_build_tree.sh "$tree"
 echo "== Building everything ($preset)"
 cmake --preset "$preset"
 cmake --build --preset "$preset"

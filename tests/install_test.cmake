@@ -18,6 +18,24 @@ foreach(file ${program} ${directory}/capacities.mdb ${icons}/scalable/apps/${CMA
     endif()
 endforeach()
 
+# Every link of the documents leads somewhere.
+file(GLOB_RECURSE pages ${ROOT}/share/doc/*.html)
+list(LENGTH pages count)
+if(NOT count EQUAL 2 OR NOT EXISTS ${directory}/user_guide.html)
+    message(SEND_ERROR "not the two pages, or not beside the program: ${pages}")
+endif()
+foreach(page ${pages})
+    file(READ ${page} text)
+    string(REGEX MATCHALL "(href|src)=\"[^\"#]*" links "${text}")
+    get_filename_component(from ${page} DIRECTORY)
+    foreach(link ${links})
+        string(REGEX REPLACE "^[a-z]+=\"" "" link "${link}")
+        if(NOT EXISTS ${from}/${link})
+            message(SEND_ERROR "${page} links to ${link}")
+        endif()
+    endforeach()
+endforeach()
+
 # The list program finds the data file through its link.
 execute_process(COMMAND ${ROOT}/bin/size_valves --quiet -o ${ROOT}/sized.csv ${ROOT}/share/doc/blanketing-valve-sizing/examples/tanks.csv
                 RESULT_VARIABLE status ERROR_VARIABLE errors)

@@ -12,6 +12,7 @@ build   libsqlite3-dev    the valve capacity file
 build   libcsv-dev        reads the data files that the capacity file is built from
 build   libcups2-dev      the print queues of the machine
 build   libgtest-dev      the tests
+build   cmark-gfm         makes the user guide a page that a browser shows
 build   python3           runs the print check; looked for as soon as the build is configured
 run     fonts-liberation  the typefaces that the fixed layouts of screens and report are measured for
 wayland qt6-wayland       windows on a Wayland session without an X server
@@ -27,6 +28,13 @@ test    cups              a real print queue for the print check
 test    xvfb              its virtual display
 test    xdotool           presses its keys
 test    poppler-utils     reads the printed page
+test    dbus-daemon       a session bus for the speech check
+test    at-spi2-core      what screen readers listen to
+test    python3-pyatspi   listens there
+package file              finds the programs whose libraries the package depends on
+package dpkg-dev          names the packages that these libraries come from
+package lintian           holds the package to the rules of Debian
+package mmdebstrap        a clean system to install it into
 ci      clang-format      the common source format
 ci      devscripts        hardening-check
 ci      shellcheck        faults in the scripts

@@ -104,18 +104,20 @@ void submit(const QString& printer, const QString& title, const QString& file)
         throw std::runtime_error("the queue did not take the job");
 }
 
-/// Qt reports nothing of a job that the queue refuses. So the page goes to a file first and then to the queue here.
+/// Qt reports nothing of a job that the queue refuses. So the page goes to a file first and then to the queue here. The
+/// file has no name, so that nothing stays behind when the program is ended in between.
 void printOn(QPrinter& printer, const SummaryForm& page)
 {
     QTemporaryFile file(QDir::tempPath() + QStringLiteral("/sizing-summary-XXXXXX"));
     if (!file.open())
         throw std::runtime_error("no room for the page");
-    printer.setOutputFileName(file.fileName());
+    const QString name = QStringLiteral("/proc/self/fd/%1").arg(file.handle());
+    printer.setOutputFileName(name);
     paintSummary(page, printer);
     // Nor does it say that the disk was full.
     if (!file.readAll().trimmed().endsWith("%%EOF"))
         throw std::runtime_error("no room for the page");
-    submit(printer.printerName(), printer.docName(), file.fileName());
+    submit(printer.printerName(), printer.docName(), name);
 }
 
 #endif
