@@ -376,8 +376,8 @@ QString MainForm::outcome() const
 
 void MainForm::modClearData()
 {
-    const auto emptyLabels = [this](std::initializer_list<Label> labels) {
-        for (const Label label : labels)
+    const auto emptyLabels = [this](std::initializer_list<Label> emptied) {
+        for (const Label label : emptied)
             setCaption(label, "");
     };
     emptyLabels({Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize, Label::lblPercentValveCapacity});
