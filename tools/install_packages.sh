@@ -35,6 +35,23 @@ package file              finds the programs whose libraries the package depends
 package dpkg-dev          names the packages that these libraries come from
 package lintian           holds the package to the rules of Debian
 package mmdebstrap        a clean system to install it into
+windows g++-mingw-w64-x86-64-posix builds for Windows
+windows cmake             configures these builds
+windows ninja-build       runs them
+windows make              does for SQLite
+windows tcl               puts SQLite into one file
+windows qt6-base-dev-tools makes code for Qt, on this system
+windows qt6-base-dev      says where these tools are
+windows dpkg-dev          unpacks the sources of Debian packages
+windows nsis              makes the installer
+windows zip               makes the portable archive
+wine    wine              runs Windows programs
+wine    wine64            those of 64 bits
+wine    xvfb              their virtual display
+wine    xdotool           presses the keys
+wine    openbox           gives the windows their focus
+wine    imagemagick       takes and compares the pictures
+wine    unzip             unpacks the portable archive
 ci      clang-format      the common source format
 ci      devscripts        hardening-check
 ci      shellcheck        faults in the scripts

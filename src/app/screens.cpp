@@ -1,6 +1,6 @@
 #include "app/screens.h"
 
-#include "app/about.h"
+#include "platform/about.h"
 #include "app/box_accessible.h"
 #include "app/form_layout.h"
 #include "app/key_repeat.h"

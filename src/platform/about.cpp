@@ -1,4 +1,4 @@
-#include "app/about.h"
+#include "platform/about.h"
 
 #include "base/message_box.h"
 #include "capacity/capacity_store.h"
@@ -14,6 +14,20 @@
 
 #include <sqlite3.h>
 
+namespace
+{
+
+/// What of the system's side comes with the program.
+#ifdef Q_OS_WIN
+constexpr const char* systemsLibraries =
+    "libcsv: GNU Lesser General Public License 2.1; the compiler's runtime: GNU General Public License 3 with its "
+    "exception for programs. The texts stand in the directory licences, beside the program.";
+#else
+constexpr const char* systemsLibraries = "CUPS: Apache License 2.0, https://www.apache.org/licenses/";
+#endif
+
+} // namespace
+
 void showAbout(MessageBox& messageBox, CapacityStore& store, const std::string& dataFile)
 {
     const QFileInfo file(QString::fromStdString(dataFile));
@@ -27,9 +41,10 @@ void showAbout(MessageBox& messageBox, CapacityStore& store, const std::string& 
                                         "This program uses\n"
                                         "Qt %4: GNU Lesser General Public License 3, https://www.gnu.org/licenses/\n"
                                         "SQLite %5: public domain, https://sqlite.org/copyright.html\n"
-                                        "CUPS: Apache License 2.0, https://www.apache.org/licenses/")
+                                        "%6")
                              .arg(QString::fromStdString(tables), QDir::toNativeSeparators(file.absoluteFilePath()),
-                                  since, QString::fromLatin1(qVersion()), QString::fromLatin1(sqlite3_libversion()));
+                                  since, QString::fromLatin1(qVersion()), QString::fromLatin1(sqlite3_libversion()),
+                                  QString::fromLatin1(systemsLibraries));
     messageBox.show(text.toStdString());
 }
 
