@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <optional>
 
 namespace
@@ -266,8 +265,7 @@ bool isUtf8(std::string_view text)
 
 bool isAlike(std::string_view one, std::string_view other)
 {
-    return std::ranges::equal(one, other,
-                              [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
+    return std::ranges::equal(one, other, {}, lowerCase, lowerCase);
 }
 
 std::string csvField(std::string_view text, char separator)

@@ -78,7 +78,14 @@ private:
 /// Whether every byte of `text` has its place in a UTF-8 sequence. Text in a one-byte encoding rarely passes.
 bool isUtf8(std::string_view text);
 
-/// Whether two names differ in nothing but upper and lower case.
+/// The small letter of A to Z, anything else as it is. The C library's own goes by the locale: Turkish has another
+/// small letter for I.
+constexpr char lowerCase(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// Whether two names differ in nothing but upper and lower case of the letters A to Z.
 bool isAlike(std::string_view one, std::string_view other);
 
 /// A field as CSV text writes it: quoted where it must be.

@@ -1,12 +1,12 @@
 #include "summary_files.h"
 
+#include "csv_reader.h"
 #include "fresh_sizing.h"
 #include "replacement_file.h"
 #include "report/file_name.h"
 #include "report/print_command.h"
 
 #include <algorithm>
-#include <cctype>
 #include <stdexcept>
 #include <utility>
 
@@ -27,7 +27,7 @@ fs::path SummaryFiles::nextPath(const std::string& tagNumber, std::size_t line)
     for (std::size_t number = 1;; ++number) {
         const std::string numbered = number == 1 ? name : name + " (" + std::to_string(number) + ')';
         std::string folded = numbered;
-        std::ranges::transform(folded, folded.begin(), [](unsigned char c) { return std::tolower(c); });
+        std::ranges::transform(folded, folded.begin(), lowerCase);
         if (taken_.insert(std::hash<std::string>()(folded)).second)
             return directory_ / (numbered + ".pdf");
     }

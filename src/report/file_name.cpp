@@ -1,17 +1,27 @@
 #include "report/file_name.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace
 {
 
 constexpr std::size_t longestName = 100; // bytes: room for a number and the ending on every system
 
+// What the C library takes for letters, and for their capitals, goes by the locale.
+bool isLetterOrDigit(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+char upperCase(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 /// Names of devices on Windows, whatever ending they have.
 bool isDevice(std::string name)
 {
-    std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::toupper(c); });
+    std::ranges::transform(name, name.begin(), upperCase);
     name = name.substr(0, name.find('.'));
     const bool isNumbered = name.size() == 4 && (name.starts_with("COM") || name.starts_with("LPT"));
     return name == "CON" || name == "PRN" || name == "AUX" || name == "NUL" || isNumbered;
@@ -23,9 +33,8 @@ std::string fileNameOf(std::string_view tagNumber)
 {
     std::string name;
     for (const char c : tagNumber.substr(0, longestName)) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool isHarmless =
-            byte >= 0x80 || std::isalnum(byte) || std::string_view(" -_.+()#").find(c) != std::string_view::npos;
+        const bool isHarmless = static_cast<unsigned char>(c) >= 0x80 || isLetterOrDigit(c) ||
+                                std::string_view(" -_.+()#").find(c) != std::string_view::npos;
         name += isHarmless ? c : '_';
     }
     // A character of several bytes that the length has cut goes whole.
