@@ -257,7 +257,7 @@ struct Counts
 Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool quiet)
 {
     Counts counts;
-    Progress progress(list.size(), !quiet);
+    Progress progress(list.rowCount(), !quiet);
     results.write(list.answerHeader());
     while (std::optional<SizedDuty> duty = list.next()) {
         if (isInterrupted != 0)
