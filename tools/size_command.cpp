@@ -162,7 +162,7 @@ public:
     explicit Results(const std::string& name) : name_(name == "-" ? "standard output" : name)
     {
         if (name != "-")
-            attempt([&] { file_.emplace(name); });
+            attempt([&] { file_.emplace(name, ordinaryMode()); });
     }
 
     void write(const std::string& text)
