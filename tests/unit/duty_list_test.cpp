@@ -151,7 +151,10 @@ TEST(DutyList, AnswersAsTheListIsWritten)
 TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
 {
     EXPECT_EQ(fileNameOf("../T 1/2\"\n"), "_.._T 1_2__"); // no dot first
-    EXPECT_EQ(fileNameOf("com1.x"), "_com1.x");
+    EXPECT_EQ(fileNameOf("com1 .x"), "_com1 .x");
+    EXPECT_EQ(fileNameOf("LPT\u00B3"), "_LPT\u00B3");
+    EXPECT_EQ(fileNameOf("COMB"), "COMB");
+    EXPECT_EQ(fileNameOf("T\u00851\u202Efdp\u2069\u00E4"), "T_1_fdp_\u00E4") << "characters that do not show";
     EXPECT_EQ(fileNameOf("T. "), "T");
     EXPECT_EQ(fileNameOf(std::string(99, 'a') + "\xC3\xA4"), std::string(99, 'a')) << "half a character";
 
