@@ -1,5 +1,6 @@
 # Sizes the example list in EXAMPLES with the program SIZE_VALVES and compares the answer with the one beside it. One of
-# its tanks is refused, which the exit status says. Five summaries are left in DIR.
+# its tanks is refused, which the exit status says. Five summaries are left in DIR. The user's language is Turkish, where
+# the small letter of I is another one.
 file(REMOVE_RECURSE ${DIR})
 file(MAKE_DIRECTORY ${DIR})
 execute_process(COMMAND ${SIZE_VALVES} --quiet -o ${DIR}/answer.csv --summaries ${DIR}/summaries ${EXAMPLES}/tanks.csv
@@ -19,3 +20,24 @@ foreach(summary IN LISTS summaries)
         message(SEND_ERROR "${summary} is no PDF")
     endif()
 endforeach()
+
+# Through pipes, and in capitals, which come back as they came.
+foreach(file tanks tanks_sized)
+    file(READ ${EXAMPLES}/${file}.csv text)
+    string(REPLACE "Metric" "METRIC" text "${text}")
+    file(WRITE ${DIR}/${file}.csv "${text}")
+endforeach()
+execute_process(COMMAND ${CMAKE_COMMAND} -E cat ${DIR}/tanks.csv COMMAND ${SIZE_VALVES} --quiet -
+                OUTPUT_FILE ${DIR}/piped.csv RESULT_VARIABLE status)
+if(NOT status EQUAL 1)
+    message(SEND_ERROR "exit status ${status} through pipes")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${DIR}/piped.csv ${DIR}/tanks_sized.csv
+                COMMAND_ERROR_IS_FATAL ANY)
+
+# Of a list with an unknown column nothing is done.
+file(WRITE ${DIR}/unknown.csv "Gas,Pumprate\nAir,1\n")
+execute_process(COMMAND ${SIZE_VALVES} -o ${DIR}/none.csv ${DIR}/unknown.csv RESULT_VARIABLE status ERROR_VARIABLE errors)
+if(NOT status EQUAL 2 OR EXISTS ${DIR}/none.csv OR NOT errors MATCHES "unknown.csv:1: column 2, \"Pumprate\": a column is")
+    message(SEND_ERROR "exit status ${status}: ${errors}")
+endif()

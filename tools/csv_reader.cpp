@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <optional>
 
 namespace
@@ -59,14 +58,18 @@ struct Mark
 class DecimalMarks
 {
 public:
-    explicit DecimalMarks(char separator) : separator_(separator) {}
+    DecimalMarks(char separator, OddNumbers odd) : separator_(separator), odd_(odd) {}
 
-    void look(const std::string& text, std::size_t line)
+    void look(const std::string& field, std::size_t line)
     {
+        const std::string text(trimmed(field));
         const auto points = std::ranges::count(text, '.');
         const auto commas = std::ranges::count(text, ',');
         const bool isNumber = text.find_first_not_of("0123456789.,+-eE") == std::string::npos;
         if (!isNumber || points + commas == 0)
+            return;
+        if (odd_ == OddNumbers::passOver &&
+            (points + commas > 1 || (commas > 0 && separator_ == ',') || !isPlain(text)))
             return;
         if (commas > 0 && separator_ == ',')
             throw CsvProblem(line, quoted(text) + ": in a file separated by commas numbers have a decimal point and no "
@@ -94,6 +97,13 @@ public:
     }
 
 private:
+    /// A sign, digits and marks only, one digit at least, as NumberText reads them.
+    static bool isPlain(std::string_view text)
+    {
+        text.remove_prefix(text.front() == '+' || text.front() == '-' ? 1 : 0);
+        return text.find_first_of("+-eE") == std::string_view::npos && text.size() > 1;
+    }
+
     /// "1.245" and "12,500", but not "0.245", "1.5" or "1234.567".
     static bool mayBeThousands(const std::string& text, std::size_t mark)
     {
@@ -102,6 +112,7 @@ private:
     }
 
     char separator_;
+    OddNumbers odd_;
     Mark point_;
     Mark comma_;
 };
@@ -149,7 +160,7 @@ CsvFormat lookAtStart(std::istream& in)
 
 } // namespace
 
-CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
+CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns, OddNumbers odd)
 {
     const std::streampos start = in.tellg();
     CsvFormat format = lookAtStart(in);
@@ -163,7 +174,7 @@ CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
         for (std::size_t at = 0; at < row.fields.size(); ++at)
             if (const CsvColumn* const column = findColumn(columns, row.fields[at]); column && column->isNumber)
                 numbers.push_back(at);
-    DecimalMarks marks(format.separator);
+    DecimalMarks marks(format.separator, odd);
     for (; reader.next(row); ++format.rows)
         for (const std::size_t at : numbers)
             if (at < row.fields.size())
@@ -172,27 +183,40 @@ CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
     return format;
 }
 
+/// The byte that is next in the text, which stays there; the end of file of the streams at its end.
+int CsvReader::nextByte()
+{
+    try {
+        return in.rdbuf()->sgetc();
+    } catch (const std::ios_base::failure& failure) { // the system could not read on
+        throw CsvProblem(line + lines.size() + 1, failure.code().message());
+    }
+}
+
 /// Reads one more physical line; false at the end of the text.
 bool CsvReader::readLine()
 {
-    std::streambuf& text = *in.rdbuf();
     constexpr int end = std::char_traits<char>::eof();
-    std::string read;
-    int c = text.sbumpc();
+    Line read;
+    int c = nextByte();
     if (c == end)
         return false;
-    for (; c != end && c != '\n' && c != '\r'; c = text.sbumpc()) {
-        read += static_cast<char>(c);
-        if (read.size() > longestRow)
+    for (; c != end && c != '\n' && c != '\r'; c = nextByte()) {
+        read.text += static_cast<char>(c);
+        if (read.text.size() > longestRow)
             throw CsvProblem(line + lines.size() + 1, "a line of more than a million characters");
+        in.rdbuf()->sbumpc();
     }
-    hasEnd = c != end;
-    if (c == '\r' && text.sgetc() == '\n')
-        text.sbumpc();
-    if (atStart && read.starts_with(byteOrderMark))
-        read.erase(0, byteOrderMark.size());
+    for (const char sign : {'\r', '\n'})
+        if (nextByte() == sign) {
+            read.end += sign;
+            in.rdbuf()->sbumpc();
+        }
+    hasEnd = !read.end.empty();
+    if (atStart && read.text.starts_with(byteOrderMark))
+        read.text.erase(0, byteOrderMark.size());
     atStart = false;
-    if (!isUtf8(read))
+    if (!isUtf8(read.text))
         throw CsvProblem(line + lines.size() + 1, "the text is not UTF-8: save it as CSV in UTF-8");
     lines.push_back(std::move(read));
     return true;
@@ -217,7 +241,8 @@ std::size_t CsvReader::readRow(std::vector<std::string>& fields)
     std::size_t taken = 0;
     std::size_t size = 0;
     while (!row.complete && size < longestRow && hasLine(taken)) { // an unclosed quote completes no row
-        const std::string text = lines[taken++] + "\n";
+        const Line& next = lines[taken++];
+        const std::string text = next.text + (next.end.empty() ? "\n" : next.end);
         size += text.size();
         if (csv_parse(&parser, text.data(), text.size(), addField, endRow, &row) != text.size())
             break;
@@ -233,9 +258,10 @@ std::size_t CsvReader::readRow(std::vector<std::string>& fields)
 bool CsvReader::next(CsvRow& row)
 {
     while (hasLine(0)) {
-        const bool isBlank = lines.front().empty();
+        const bool isBlank = lines.front().text.empty();
         const std::size_t taken = isBlank ? 1 : std::max<std::size_t>(readRow(row.fields), 1);
         row.line = line + 1;
+        row.broken = row.fields.empty() ? lines.front().text : "";
         lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(taken));
         line += taken;
         const bool hasText = row.fields.empty() ||
@@ -264,10 +290,26 @@ bool isUtf8(std::string_view text)
     return true;
 }
 
+std::string_view trimmed(std::string_view text)
+{
+    // The no-break spaces are those of one blank, of a digit's width and the narrow one, with which some languages
+    // separate thousands and units.
+    constexpr std::string_view around[] = {" ", "\t", "\r", "\n", "\u00A0", "\u2007", "\u202F"};
+    for (std::size_t before = text.size() + 1; before != text.size();) {
+        before = text.size();
+        for (const std::string_view blank : around) {
+            if (text.starts_with(blank))
+                text.remove_prefix(blank.size());
+            if (text.ends_with(blank))
+                text.remove_suffix(blank.size());
+        }
+    }
+    return text;
+}
+
 bool isAlike(std::string_view one, std::string_view other)
 {
-    return std::ranges::equal(one, other,
-                              [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
+    return std::ranges::equal(trimmed(one), trimmed(other), {}, lowerCase, lowerCase);
 }
 
 std::string csvField(std::string_view text, char separator)

@@ -52,7 +52,8 @@ const ListColumn listColumns[] = {
     {"ORM Representative", false, &SizingState::Representative},
 };
 
-constexpr const char* statusNames[] = {"sized", "refused", "failed"};
+constexpr const char* statusNames[] = {"sized", "refused", "failed"}; // in the order of SizedDuty::Status
+static_assert(std::size(statusNames) == static_cast<std::size_t>(SizedDuty::Status::failed) + 1);
 
 /// A column that the answer has beside those of the list, and what the main form shows in it.
 struct AnswerColumn
@@ -126,13 +127,13 @@ std::vector<std::string> columnNames()
     return names;
 }
 
-/// The entry of a choice as the record writes it, upper and lower case alike: one of `permitted`, of which an empty
-/// entry is the first. Of the unit systems, the screens show two texts.
+/// The entry of a choice as the record writes it, told by `isAlike`: one of `permitted`, of which an empty entry is the
+/// first. Of the unit systems, the screens show two texts.
 std::string chosen(Choice choice, const Entries& entries, const std::vector<std::string>& permitted)
 {
     const auto column = std::ranges::find(listColumns, decltype(ListColumn::target)(choice), &ListColumn::target);
     const std::string& entry = entries[static_cast<std::size_t>(column - listColumns)];
-    if (entry.empty())
+    if (trimmed(entry).empty())
         return permitted.front();
     for (const std::string& text : permitted) {
         const UnitSystem* const units = unitsOf(text);
@@ -185,45 +186,54 @@ bool isShown(Box box, const SizingState& state)
     }
 }
 
-/// Picking a listed gas fills in its gravity, typing a gravity names the gas; what the row itself has comes last.
+/// Picking a listed gas fills in its gravity, typing a gravity names the gas; what the row itself has comes last. A gas
+/// that is not listed stays as it is typed and leaves the gravity alone, as on the screen.
 void enterGas(const std::string& gas, const std::string& gravity, const NumberText& numbers, PlainScreen& screen)
 {
     std::string& gasBox = screen.boxes[Box::cmbBlanketingGas];
     std::string& gravityBox = screen.boxes[Box::txtSpecGrav];
     const auto listedGas = std::ranges::find_if(gases, [&](const Gas& one) { return isAlike(gas, one.name); });
-    if (!gas.empty() && listedGas != gases.end())
+    if (listedGas != gases.end())
         gravityBox = numbers.general(listedGas->specGrav);
     if (!gravity.empty()) {
         gravityBox = gravity;
         gasBox = gasOf(numbers.leading(gravity));
     }
-    if (!gas.empty())
+    if (!trimmed(gas).empty())
         gasBox = listedGas != gases.end() ? listedGas->name : gas;
+}
+
+/// A number as it is entered, "" where the row has none.
+std::string numberEntry(const ListColumn& column, const std::string& entry, const NumberText& numbers)
+{
+    std::string text(trimmed(entry));
+    if (text.empty() || numbers.parse(text))
+        return text;
+    throw CannotBeEntered(std::string(column.name) + ' ' + quoted(text) +
+                          " is not a number; here one is written like " + numbers.general(1200.5));
 }
 
 /// Fills the boxes of both screens. Entries for boxes that are not shown are passed over; empty ones leave the default.
 void enter(const Entries& entries, const NumberText& numbers, FreshSizing& sizing)
 {
-    const std::string* gas = nullptr;
-    const std::string* gravity = nullptr;
+    std::string gas;
+    std::string gravity;
     for (std::size_t at = 0; at < entries.size(); ++at) {
         const ListColumn& column = listColumns[at];
-        const std::string& entry = entries[at];
         if (const auto* const field = std::get_if<std::string SizingState::*>(&column.target))
-            sizing.state.*(*field) = entry;
+            sizing.state.*(*field) = entries[at];
         const auto* const box = std::get_if<Box>(&column.target);
         if (box == nullptr || !isShown(*box, sizing.state))
             continue;
-        if (column.isNumber && !entry.empty() && !numbers.parse(entry))
-            throw CannotBeEntered(std::string(column.name) + ' ' + quoted(entry) + " is not a number");
+        const std::string entry = column.isNumber ? numberEntry(column, entries[at], numbers) : entries[at];
         if (*box == Box::cmbBlanketingGas)
-            gas = &entry;
+            gas = entry;
         else if (*box == Box::txtSpecGrav)
-            gravity = &entry;
+            gravity = entry;
         else if (!entry.empty())
             sizing.screen.boxes[*box] = entry;
     }
-    enterGas(*gas, *gravity, numbers, sizing.screen);
+    enterGas(gas, gravity, numbers, sizing.screen);
 }
 
 /// The columns of the list as the reader of CSV texts knows columns.
@@ -239,7 +249,7 @@ std::vector<CsvColumn> csvColumns()
 CsvFormat formatOf(std::istream& list)
 {
     const std::streampos start = list.tellg();
-    const CsvFormat format = findCsvFormat(list, csvColumns());
+    const CsvFormat format = findCsvFormat(list, csvColumns(), OddNumbers::passOver);
     list.clear();
     list.seekg(start);
     return format;
@@ -254,11 +264,6 @@ NumberText numbersOf(const CsvFormat& format)
 }
 
 } // namespace
-
-std::string SizedDuty::tagNumber() const
-{
-    return sizing ? sizing->state.CustTagNo : std::string();
-}
 
 DutyList::DutyList(std::istream& list, std::string dataFile)
     : format_(formatOf(list)), numbers_(numbersOf(format_)), store_(std::move(dataFile), numbers_),
@@ -310,7 +315,7 @@ std::optional<SizedDuty> DutyList::next()
     if (!reader_.next(duty.row))
         return std::nullopt;
     try {
-        size(duty);
+        sizeRow(duty);
     } catch (const CannotBeEntered& refusal) {
         duty.sizing.reset();
         duty.reason = refusal.what();
@@ -318,18 +323,19 @@ std::optional<SizedDuty> DutyList::next()
     return duty;
 }
 
-void DutyList::size(SizedDuty& duty)
+void DutyList::sizeRow(SizedDuty& duty)
 {
     std::vector<std::string>& fields = duty.row.fields;
     if (fields.empty())
-        throw CannotBeEntered("broken quoting; a text with a quotation mark is written like \"1/2\"\"\"");
+        throw CannotBeEntered("line " + std::to_string(duty.row.line) +
+                              ": broken quoting; a text with a quotation mark is written like \"1/2\"\"\"");
     const std::size_t count = fields.size();
     while (fields.size() > order_.size() && fields.back().empty())
         fields.pop_back();
-    if (fields.size() != order_.size())
+    if (fields.size() > order_.size())
         throw CannotBeEntered(std::to_string(count) + " fields where the header has " + std::to_string(order_.size()));
     Entries entries;
-    for (std::size_t at = 0; at < order_.size(); ++at)
+    for (std::size_t at = 0; at < fields.size(); ++at) // a row may end early: what is missing is empty
         entries[order_[at]] = fields[at];
 
     const Offer& offer = chosenOffer(entries);
@@ -343,12 +349,11 @@ void DutyList::size(SizedDuty& duty)
                                                  : SizedDuty::Status::refused;
 }
 
-std::string DutyList::line(const std::vector<std::string>& fields) const
+std::string DutyList::csvLine(const std::vector<std::string>& fields) const
 {
     std::string text;
     for (const std::string& field : fields)
-        text += (text.empty() && &field == fields.data() ? "" : std::string(1, format_.separator)) +
-                csvField(field, format_.separator);
+        text += (&field == fields.data() ? "" : std::string(1, format_.separator)) + csvField(field, format_.separator);
     return text + format_.lineEnd;
 }
 
@@ -357,14 +362,16 @@ std::string DutyList::answerHeader() const
     std::vector<std::string> fields = header_;
     for (const AnswerColumn& column : answerColumns)
         fields.emplace_back(column.name);
-    return (format_.byteOrderMark ? "\xEF\xBB\xBF" : "") + line(fields);
+    return (format_.byteOrderMark ? "\xEF\xBB\xBF" : "") + csvLine(fields);
 }
 
 std::string DutyList::answer(const SizedDuty& duty) const
 {
     std::vector<std::string> fields = duty.row.fields;
+    if (fields.empty())
+        fields.push_back(duty.row.broken);
     fields.resize(order_.size()); // those beyond the header's are what the row is refused for
     for (const AnswerColumn& column : answerColumns)
         fields.push_back(column.text(duty));
-    return line(fields);
+    return csvLine(fields);
 }

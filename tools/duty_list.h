@@ -25,21 +25,20 @@ struct SizedDuty
     std::optional<FreshSizing> sizing; ///< nullopt: the row cannot be entered
     Status status = Status::refused;
     std::string reason; ///< why it cannot be entered
-
-    std::string tagNumber() const;
 };
 
-/// A list of duties as CSV, headed by the names on the screens, read and sized row by row. Missing columns and empty
-/// fields take the defaults of the screens; values of boxes that the main form hides for a row are passed over.
+/// A list of duties as CSV, headed by the names on the screens, read and sized row by row. Missing columns and fields
+/// and empty ones take the defaults of the screens; values of boxes that the main form hides for a row are passed over.
+/// A number that cannot be one refuses its row.
 class DutyList
 {
 public:
-    /// Reads how the list is written and its header, twice over `list`, which can be rewound. Throws CsvProblem when
-    /// the list or its header cannot be read, std::runtime_error when the data file cannot.
+    /// Reads how the list is written and its header, twice over `list`, which can be rewound and must outlive this.
+    /// Throws CsvProblem when the list or its header cannot be read, std::runtime_error when the data file cannot.
     DutyList(std::istream& list, std::string dataFile);
     DutyList(const DutyList&) = delete; // the reader and the store refer to it
 
-    std::size_t size() const { return format_.rows; }
+    std::size_t rowCount() const { return format_.rows; }
 
     /// Number texts as the list writes them.
     const NumberText& numbers() const { return numbers_; }
@@ -56,11 +55,11 @@ public:
 private:
     void readHeader();
     void expectDataFile();
-    void size(SizedDuty& duty);
-    std::string line(const std::vector<std::string>& fields) const;
+    void sizeRow(SizedDuty& duty);
+    std::string csvLine(const std::vector<std::string>& fields) const;
 
     CsvFormat format_;
-    NumberText numbers_;
+    NumberText numbers_; ///< before the store, which refers to it as long as it lives
     CapacityStore store_;
     CsvReader reader_;
     std::vector<std::string> header_;

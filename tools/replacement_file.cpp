@@ -15,7 +15,8 @@ namespace fs = std::filesystem;
 namespace
 {
 
-constexpr const char* temporaryMark = ".new-"; // between the file's name and what makes it the run's own
+constexpr std::string_view temporaryMark = ".new-";     // between the file's name and what makes it the run's own
+constexpr std::string_view temporaryPattern = "XXXXXX"; // which is as long
 
 [[noreturn]] void failFor(int reason)
 {
@@ -35,53 +36,94 @@ fs::path linkTarget(fs::path file)
     return file;
 }
 
-/// Removes what runs that were killed have left beside the file. A run that lives holds a lock on its own.
-void removeLeftovers(const fs::path& target)
+/// The name of the file that a temporary one was made for; "" of any other file.
+std::string_view replacedName(std::string_view temporary)
 {
-    std::error_code ignored;
-    const std::string beginning = target.filename().string() + temporaryMark;
-    for (const fs::directory_entry& entry : fs::directory_iterator(target.parent_path(), ignored)) {
-        if (!entry.path().filename().string().starts_with(beginning) || !entry.is_regular_file(ignored))
-            continue;
-        const int descriptor = open(entry.path().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-        if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) == 0)
-            fs::remove(entry.path(), ignored);
-        if (descriptor >= 0)
-            ::close(descriptor);
-    }
+    const std::size_t added = temporaryMark.size() + temporaryPattern.size();
+    if (temporary.size() <= added || !temporary.substr(temporary.size() - added).starts_with(temporaryMark))
+        return {};
+    return temporary.substr(0, temporary.size() - added);
+}
+
+/// Removes a temporary file. A run that lives holds a lock on its own.
+void removeUnlocked(const fs::path& file)
+{
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+        unlink(file.c_str());
+    if (descriptor >= 0)
+        ::close(descriptor);
+}
+
+/// Gives a file a name that no other file has yet, in one step.
+bool renameToFree(const std::string& from, const fs::path& to)
+{
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    // Some file systems know no such renaming, others no second names.
+    return (errno == EINVAL || errno == ENOSYS) && link(from.c_str(), to.c_str()) == 0 && unlink(from.c_str()) == 0;
 }
 
 } // namespace
 
-ReplacementFile::ReplacementFile(const fs::path& file)
+mode_t ordinaryMode()
+{
+    const mode_t mask = umask(0); // it can only be read by setting it
+    umask(mask);
+    return 0666 & ~mask;
+}
+
+void removeLeftovers(const fs::path& directory, const std::function<bool(std::string_view name)>& isOurs)
+{
+    std::error_code failure; // what cannot be read cannot be cleaned
+    for (fs::directory_iterator entry(directory, failure), end; !failure && entry != end; entry.increment(failure)) {
+        const std::string name = entry->path().filename().string();
+        std::error_code unknown;
+        if (!replacedName(name).empty() && isOurs(replacedName(name)) && entry->is_regular_file(unknown))
+            removeUnlocked(entry->path());
+    }
+}
+
+ReplacementFile::ReplacementFile(const fs::path& file, mode_t newMode, Leftovers leftovers)
 {
     try {
         target = fs::absolute(linkTarget(file));
+        const fs::file_status there = fs::status(target);
+        if (fs::is_directory(there))
+            failFor(EISDIR);
+        if (fs::exists(there) && !fs::is_regular_file(there))
+            throw std::runtime_error("not a regular file"); // a device or pipe would be replaced by one
     } catch (const fs::filesystem_error& failure) {
         failFor(failure.code().value());
     }
-    if (fs::is_directory(target))
-        failFor(EISDIR);
-    if (fs::exists(target) && !fs::is_regular_file(target))
-        throw std::runtime_error("not a regular file"); // a device or pipe would be replaced by one
-    removeLeftovers(target);
-    while (!create())
-        ; // taken for a leftover by another run before it was locked
-    takeAttributes();
+    const std::string name = target.filename().string();
+    if (leftovers == Leftovers::remove)
+        removeLeftovers(target.parent_path(), [&](std::string_view other) { return other == name; });
+    create();
+    takeAttributes(newMode);
 }
 
-/// Whether the temporary file is there and locked.
-bool ReplacementFile::create()
+/// Opens and locks the temporary file.
+void ReplacementFile::create()
 {
-    close();
-    temporary = target.string() + temporaryMark + "XXXXXX";
-    descriptor = mkostemp(temporary.data(), O_CLOEXEC);
-    if (descriptor < 0) {
-        temporary.clear();
-        fail();
+    for (;;) {
+        temporary = target.string() + std::string(temporaryMark) + std::string(temporaryPattern);
+        descriptor = mkostemp(temporary.data(), O_CLOEXEC);
+        if (descriptor < 0) {
+            temporary.clear();
+            fail();
+        }
+        const bool isLocked = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+        if (!isLocked && errno != EWOULDBLOCK)
+            return; // on a file system without locks no run takes it for a leftover
+        struct stat own = {};
+        if (fstat(descriptor, &own) != 0)
+            fail();
+        if (isLocked && own.st_nlink > 0)
+            return;
+        unlink(temporary.c_str()); // another run took it for a leftover before it was locked
+        close();
     }
-    struct stat own = {};
-    return flock(descriptor, LOCK_EX | LOCK_NB) == 0 && fstat(descriptor, &own) == 0 && own.st_nlink > 0;
 }
 
 ReplacementFile::~ReplacementFile()
@@ -109,13 +151,12 @@ void ReplacementFile::fail()
     failFor(reason);
 }
 
-void ReplacementFile::takeAttributes()
+void ReplacementFile::takeAttributes(mode_t newMode)
 {
     struct stat old = {};
     struct stat own = {};
-    constexpr mode_t forEverybody = 0644;
     if (stat(target.c_str(), &old) != 0) {
-        if (errno != ENOENT || fchmod(descriptor, forEverybody) != 0)
+        if (errno != ENOENT || fchmod(descriptor, newMode) != 0)
             fail();
         return;
     }
@@ -147,6 +188,24 @@ void ReplacementFile::putInPlace()
 {
     if (fsync(descriptor) != 0 || std::rename(temporary.c_str(), target.c_str()) != 0)
         fail();
+    syncDirectory();
+}
+
+void ReplacementFile::putInFreePlace()
+{
+    if (fsync(descriptor) != 0)
+        fail();
+    if (!renameToFree(temporary, target)) {
+        if (errno == EEXIST)
+            throw std::runtime_error("it exists already");
+        fail();
+    }
+    syncDirectory();
+}
+
+/// What is left to do when the file has its name.
+void ReplacementFile::syncDirectory()
+{
     temporary.clear();
     close();
     const int directory = open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);

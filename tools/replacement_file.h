@@ -1,18 +1,35 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
+/// The mode of an ordinary new file of this user: what the umask leaves of reading and writing for all.
+mode_t ordinaryMode();
+
+/// Removes what killed runs have left in a directory of the files whose names `isOurs` knows.
+void removeLeftovers(const std::filesystem::path& directory, const std::function<bool(std::string_view name)>& isOurs);
+
 /// A file that is written beside another one and then put in its place in one step. Until then, and after any failure,
-/// the other one is as it was. A link is followed: what it points to is replaced. What killed runs have left beside the
-/// file is removed. Every failure throws std::runtime_error with the operating system's reason.
+/// the other one is as it was. A link is followed: what it points to is replaced. Every failure throws
+/// std::runtime_error with the operating system's reason.
 class ReplacementFile
 {
 public:
-    /// Opens a file beside `file` under a name that no other run uses, with the mode, owner and group of `file`; a new
-    /// one can be read by everybody.
-    explicit ReplacementFile(const std::filesystem::path& file);
+    /// What killed runs have left beside the file.
+    enum class Leftovers
+    {
+        remove,
+        leave, ///< where many files are written: the whole directory is read for it
+    };
+
+    /// Opens a file beside `file` under a name that no other run uses, with the mode, owner and group of `file`, or the
+    /// mode of a new one: readable by everybody.
+    explicit ReplacementFile(const std::filesystem::path& file, mode_t newMode = 0644,
+                             Leftovers leftovers = Leftovers::remove);
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
@@ -24,10 +41,14 @@ public:
     /// Everything written is on the disk when this returns.
     void putInPlace();
 
+    /// The same, but a file that is there by now stays: "it exists already".
+    void putInFreePlace();
+
 private:
     [[noreturn]] void fail();
-    bool create();
-    void takeAttributes();
+    void create();
+    void takeAttributes(mode_t newMode);
+    void syncDirectory();
     void close();
 
     std::filesystem::path target;

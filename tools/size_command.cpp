@@ -7,6 +7,7 @@
 #include <getopt.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -16,6 +17,7 @@
 #include <iostream>
 #include <optional>
 #include <stdexcept>
+#include <string_view>
 
 namespace fs = std::filesystem;
 
@@ -33,32 +35,45 @@ standard input or output; without -o the results go to standard output.
   --force            overwrites summaries that are there
   --quiet            says nothing of progress and numbers of rows
 
-Exit status: 0 all rows are sized, 1 some are not, 2 nothing was done.
+Exit status: 0 all rows are sized, 1 some are not or lack their summary, 2 not finished.
 )";
 
 struct Options
 {
+    const char* told = nullptr; ///< all that is wanted
     std::string list;
     std::string output = "-";
-    std::string summaries; ///< directory; "": none
+    std::optional<std::string> summaries; ///< the directory
     bool force = false;
     bool quiet = false;
 };
 
 /// Ends the command with a line on standard error and exit status 2.
-struct NothingDone : std::runtime_error
+struct Stopped : std::runtime_error
 {
     using std::runtime_error::runtime_error;
 };
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
-/// Makes an interruption end the command in its own way, and a closed pipe a failed write.
+/// Makes an interruption end the command in its own way, and a closed pipe a failed write. A signal that is ignored, as
+/// under nohup, stays so.
 void catchSignals()
 {
-    for (const int number : {SIGINT, SIGTERM, SIGHUP})
-        std::signal(number, [](int) { isInterrupted = 1; });
+    struct sigaction interruption = {}; // without SA_RESTART: a write that waits for a full pipe ends
+    interruption.sa_handler = [](int) { isInterrupted = 1; };
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction before = {};
+        if (sigaction(number, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
+            sigaction(number, &interruption, nullptr);
+    }
     std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool canBeMeant(const Options& options)
+{
+    const bool hasEmptyName = options.list.empty() || options.output.empty() || options.summaries == "";
+    return !hasEmptyName && (options.summaries || !options.force);
 }
 
 /// Reads the arguments; nullopt when they are wrong.
@@ -69,11 +84,15 @@ std::optional<Options> readOptions(std::vector<std::string> arguments)
         summaries = 256,
         force,
         quiet,
+        help,
+        version,
     };
     const option longOptions[] = {{"output", required_argument, nullptr, 'o'},
                                   {"summaries", required_argument, nullptr, summaries},
                                   {"force", no_argument, nullptr, force},
                                   {"quiet", no_argument, nullptr, quiet},
+                                  {"help", no_argument, nullptr, help},
+                                  {"version", no_argument, nullptr, version},
                                   {nullptr, 0, nullptr, 0}};
     std::string program = "size_valves";
     std::vector<char*> pointers = {program.data()};
@@ -97,13 +116,19 @@ std::optional<Options> readOptions(std::vector<std::string> arguments)
             case quiet:
                 options.quiet = true;
                 break;
+            case help:
+                options.told = usage;
+                return options;
+            case version:
+                options.told = "size_valves " SIZING_VERSION "\n";
+                return options;
             default:
                 return std::nullopt;
         }
-    if (optind + 1 != count || options.output.empty())
+    if (optind + 1 != count)
         return std::nullopt;
     options.list = pointers[static_cast<std::size_t>(optind)];
-    return options;
+    return canBeMeant(options) ? std::optional(options) : std::nullopt;
 }
 
 /// The list, which can be read twice: what comes through a pipe is kept in a file without a name.
@@ -116,15 +141,15 @@ public:
             file_.open(name, std::ios::in | std::ios::binary);
             file_.peek(); // a directory can be opened, but not read
             if (!file_.is_open() || file_.bad())
-                throw NothingDone(name + ": " + std::strerror(errno));
+                throw Stopped(name + ": " + std::strerror(errno));
             file_.clear();
             if (file_.tellg() != std::streampos(-1))
                 return;
         }
         if (name == "-")
-            keep(std::cin);
+            keep(std::cin, "standard input");
         else
-            keep(file_);
+            keep(file_, name);
     }
 
     std::istream& stream()
@@ -135,19 +160,19 @@ public:
     }
 
 private:
-    void keep(std::istream& pipe)
+    void keep(std::istream& pipe, const std::string& name)
     {
         std::string pattern = (fs::temp_directory_path() / "size-valves-XXXXXX").string();
         const int descriptor = mkstemp(pattern.data());
         if (descriptor < 0)
-            throw NothingDone(pattern + ": " + std::strerror(errno));
+            throw Stopped(pattern + ": " + std::strerror(errno));
         close(descriptor);
         kept_.open(pattern, std::ios::in | std::ios::out | std::ios::binary);
         unlink(pattern.c_str());
         if (pipe.peek() != std::char_traits<char>::eof()) // nothing to write counts as a failure
             kept_ << pipe.rdbuf();
-        if (!kept_.flush())
-            throw NothingDone(std::string("standard input cannot be kept: ") + std::strerror(errno));
+        if (std::ferror(stdin) != 0 || pipe.bad() || !kept_.flush())
+            throw Stopped(name + " cannot be read or kept: " + std::strerror(errno));
         kept_.seekg(0);
     }
 
@@ -162,16 +187,21 @@ public:
     explicit Results(const std::string& name) : name_(name == "-" ? "standard output" : name)
     {
         if (name != "-")
-            attempt([&] { file_.emplace(name); });
+            attempt([&] { file_.emplace(name, ordinaryMode()); });
     }
+
+    bool goToTerminal() const { return !file_ && isatty(STDOUT_FILENO) != 0; }
+
+    /// What becomes of them when the work stops.
+    const char* afterStop() const { return file_ ? "no results are kept" : "the results end there"; }
 
     void write(const std::string& text)
     {
         attempt([&] {
             if (file_)
                 file_->write(text);
-            else if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-                throw std::runtime_error(std::strerror(errno));
+            else
+                writeOut(text);
         });
     }
 
@@ -182,13 +212,25 @@ public:
     }
 
 private:
+    /// Nothing stays in a buffer, which would be written at the end of the program, whoever waits for that.
+    static void writeOut(std::string_view text)
+    {
+        while (!text.empty()) {
+            const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+            if (written < 0 && (errno != EINTR || isInterrupted != 0))
+                throw std::runtime_error(std::strerror(errno));
+            text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+        }
+    }
+
     template <typename Action>
     void attempt(const Action& action)
     {
         try {
             action();
         } catch (const std::runtime_error& failure) {
-            throw NothingDone(name_ + ": " + failure.what());
+            throw Stopped(isInterrupted != 0 ? std::string("interrupted; ") + afterStop()
+                                             : name_ + ": " + failure.what());
         }
     }
 
@@ -257,11 +299,9 @@ struct Counts
 Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool quiet)
 {
     Counts counts;
-    Progress progress(list.size(), !quiet);
+    Progress progress(list.rowCount(), !quiet && !results.goToTerminal());
     results.write(list.answerHeader());
     while (std::optional<SizedDuty> duty = list.next()) {
-        if (isInterrupted != 0)
-            throw NothingDone("interrupted after " + std::to_string(counts.rows()) + " rows; no results are kept");
         if (summaries != nullptr && duty->status == SizedDuty::Status::sized) {
             const std::string failure = summaries->write(*duty->sizing, duty->row.line, list.numbers());
             if (!failure.empty()) {
@@ -269,6 +309,8 @@ Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool q
                 duty->sizing->messages.show(failure);
             }
         }
+        if (isInterrupted != 0)
+            throw Stopped("interrupted after " + std::to_string(counts.rows()) + " rows; " + results.afterStop());
         counts.add(duty->status);
         results.write(list.answer(*duty));
         progress.show(counts.rows(), counts.refused + counts.failed);
@@ -283,10 +325,10 @@ int run(const Options& options, const SizeCommandSystem& system)
     catchSignals(); // while a pipe is awaited there is nothing to clean up
     try {
         DutyList list(file.stream(), system.dataFile);
-        std::optional<SummaryFiles> summaries;
-        if (!options.summaries.empty())
-            summaries.emplace(options.summaries, system.makePdf, system.today(), options.force);
         Results results(options.output);
+        std::optional<SummaryFiles> summaries;
+        if (options.summaries)
+            summaries.emplace(*options.summaries, system.makePdf, system.today(), options.force);
         const Counts counts = sizeAll(list, results, summaries ? &*summaries : nullptr, options.quiet);
         if (!options.quiet)
             std::cerr << "size_valves: " << counts.rows() << " rows: " << counts.sized << " sized, " << counts.refused
@@ -295,7 +337,7 @@ int run(const Options& options, const SizeCommandSystem& system)
             std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
         return counts.refused + counts.failed + counts.withoutSummary == 0 ? 0 : 1;
     } catch (const CsvProblem& problem) {
-        throw NothingDone(options.list + ':' + std::to_string(problem.line) + ": " + problem.what());
+        throw Stopped(options.list + ':' + std::to_string(problem.line) + ": " + problem.what());
     }
 }
 
@@ -303,14 +345,14 @@ int run(const Options& options, const SizeCommandSystem& system)
 
 int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSystem& system)
 {
-    if (arguments.size() == 1 && (arguments[0] == "--help" || arguments[0] == "--version")) {
-        std::cout << (arguments[0] == "--help" ? usage : "size_valves " SIZING_VERSION "\n");
-        return 0;
-    }
     const std::optional<Options> options = readOptions(arguments);
     if (!options) {
         std::cerr << usage;
         return 2;
+    }
+    if (options->told != nullptr) {
+        std::cout << options->told;
+        return 0;
     }
     try {
         return run(*options, system);

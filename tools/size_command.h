@@ -15,5 +15,5 @@ struct SizeCommandSystem
 };
 
 /// The whole command `size_valves`, `arguments` without the program name: reads a list of duties, writes it back with
-/// its sizings. Gives the exit status: 0 all are sized, 1 some are not, 2 nothing was done.
+/// its sizings. Gives the exit status: 0 all are sized, 1 some are not or lack their summary, 2 not finished.
 int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSystem& system);

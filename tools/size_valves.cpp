@@ -8,10 +8,16 @@
 #include <QGuiApplication>
 #include <QLocale>
 
+#include <cstdio>
+
 int main(int argc, char* argv[])
 {
+    // What Qt warns of is nothing that a user of a list could mend; what ends the program must be said.
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type == QtFatalMsg)
+            std::fprintf(stderr, "size_valves: %s\n", qPrintable(text));
+    });
     // The fonts of the summaries want an application with windows, but no display. The arguments are not Qt's.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {}); // nothing for a user of this
     qputenv("QT_QPA_PLATFORM", "offscreen");
     int count = 1;
     char* program[] = {argv[0], nullptr};

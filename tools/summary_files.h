@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 
 class NumberText;
 class SummaryForm;
@@ -18,13 +18,12 @@ public:
     using MakePdf = std::function<std::string(const SummaryForm& page)>;
 
     /// `makePdf` gives the file's bytes; `today` is the date in the user's short form. Files that are there are
-    /// overwritten only with `overwrite`. Creates the directory; throws std::filesystem::filesystem_error when it
-    /// cannot.
+    /// overwritten only with `overwrite`. Creates the directory; throws std::runtime_error when it cannot.
     SummaryFiles(std::filesystem::path directory, MakePdf makePdf, std::string today, bool overwrite);
 
     /// Prints the summary of a sized duty into a file of its own, named by the tag number; `line` names a duty without
     /// one. Gives what went wrong; "" when nothing did.
-    std::string write(FreshSizing& sizing, std::size_t line, const NumberText& numbers);
+    std::string write(const FreshSizing& sizing, std::size_t line, const NumberText& numbers);
 
 private:
     void save(const SummaryForm& page, const std::filesystem::path& path) const;
@@ -34,5 +33,6 @@ private:
     MakePdf makePdf_;
     std::string today_;
     bool overwrite_;
-    std::unordered_set<std::size_t> taken_; ///< hashes of this run's names: their number may be large
+    /// By the hash of each name of this run, for there may be many: the last number it was tried with.
+    std::unordered_map<std::size_t, std::size_t> taken_;
 };

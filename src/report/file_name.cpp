@@ -1,39 +1,68 @@
 #include "report/file_name.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace
 {
 
 constexpr std::size_t longestName = 100; // bytes: room for a number and the ending on every system
 
+// What the C library takes for letters, and for their capitals, goes by the locale.
+bool isLetterOrDigit(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+char upperCase(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 /// Names of devices on Windows, whatever ending they have.
 bool isDevice(std::string name)
 {
-    std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::toupper(c); });
     name = name.substr(0, name.find('.'));
-    const bool isNumbered = name.size() == 4 && (name.starts_with("COM") || name.starts_with("LPT"));
-    return name == "CON" || name == "PRN" || name == "AUX" || name == "NUL" || isNumbered;
+    name = name.substr(0, name.find_last_not_of(' ') + 1);
+    std::ranges::transform(name, name.begin(), upperCase);
+    if (name == "CON" || name == "PRN" || name == "AUX" || name == "NUL")
+        return true;
+    constexpr std::string_view numbers[] = {"1", "2", "3", "4", "5", "6", "7", "8", "9", "\u00B9", "\u00B2", "\u00B3"};
+    return (name.starts_with("COM") || name.starts_with("LPT")) &&
+           std::ranges::find(numbers, name.substr(3)) != std::end(numbers);
+}
+
+/// The bytes of the character that `text` begins with if it is one that does not show: a control character beyond
+/// ASCII, or one that has no width, ends lines or turns the direction of writing. 0 for any other.
+std::size_t unseenLength(std::string_view text)
+{
+    const auto isOf = [&](std::string_view lead, unsigned char first, unsigned char last) {
+        const auto byte = static_cast<unsigned char>(text.size() > lead.size() ? text[lead.size()] : '\0');
+        return text.starts_with(lead) && byte >= first && byte <= last;
+    };
+    if (isOf("\xC2", 0x80, 0x9F)) // U+0080 to U+009F
+        return 2;
+    // U+200B to U+200F, U+2028 to U+202E, U+2066 to U+2069
+    return isOf("\xE2\x80", 0x8B, 0x8F) || isOf("\xE2\x80", 0xA8, 0xAE) || isOf("\xE2\x81", 0xA6, 0xA9) ? 3 : 0;
 }
 
 } // namespace
 
 std::string fileNameOf(std::string_view tagNumber)
 {
-    std::string name;
-    for (const char c : tagNumber.substr(0, longestName)) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool isHarmless =
-            byte >= 0x80 || std::isalnum(byte) || std::string_view(" -_.+()#").find(c) != std::string_view::npos;
-        name += isHarmless ? c : '_';
+    if (tagNumber.size() > longestName) { // cut between characters
+        std::size_t length = longestName;
+        while (length > 0 && (static_cast<unsigned char>(tagNumber[length]) & 0xC0) == 0x80)
+            --length;
+        tagNumber = tagNumber.substr(0, length);
     }
-    // A character of several bytes that the length has cut goes whole.
-    if (tagNumber.size() > longestName && (static_cast<unsigned char>(tagNumber[longestName]) & 0xC0) == 0x80) {
-        while (!name.empty() && (static_cast<unsigned char>(name.back()) & 0xC0) == 0x80)
-            name.pop_back();
-        if (!name.empty())
-            name.pop_back();
+    std::string name;
+    while (!tagNumber.empty()) {
+        const char c = tagNumber.front();
+        const std::size_t unseen = unseenLength(tagNumber);
+        const bool isHarmless = static_cast<unsigned char>(c) >= 0x80 || isLetterOrDigit(c) ||
+                                std::string_view(" -_.+()#").find(c) != std::string_view::npos;
+        name += isHarmless && unseen == 0 ? c : '_';
+        tagNumber.remove_prefix(std::max<std::size_t>(unseen, 1));
     }
     while (!name.empty() && (name.back() == '.' || name.back() == ' ')) // Windows drops these
         name.pop_back();
