@@ -53,6 +53,13 @@ void bind(sqlite3_stmt* statement, int parameter, const std::string& value)
     sqlite3_bind_text(statement, parameter, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
 }
 
+Statement prepare(const Connection& connection, const std::string& sql)
+{
+    sqlite3_stmt* prepared = nullptr;
+    require(sqlite3_prepare_v2(connection.get(), sql.c_str(), -1, &prepared, nullptr) == SQLITE_OK, connection);
+    return Statement(prepared);
+}
+
 /// Fills the table `name`, whose columns stand in the order of `columnsOf`.
 template <typename Row>
 void insertRows(const Connection& connection, const std::string& name, const std::vector<Row>& rows)
@@ -60,9 +67,8 @@ void insertRows(const Connection& connection, const std::string& name, const std
     std::string sql = "INSERT INTO \"" + name + "\" VALUES (?";
     for (std::size_t i = 1; i < columnsOf<Row>().size(); ++i)
         sql += ", ?";
-    sqlite3_stmt* prepared = nullptr;
-    require(sqlite3_prepare_v2(connection.get(), (sql + ")").c_str(), -1, &prepared, nullptr) == SQLITE_OK, connection);
-    const Statement statement(prepared);
+    const Statement statement = prepare(connection, sql + ")");
+    sqlite3_stmt* const prepared = statement.get();
     for (const Row& row : rows) {
         int parameter = 0;
         for (const Column<Row>& column : columnsOf<Row>()) {
@@ -72,6 +78,15 @@ void insertRows(const Connection& connection, const std::string& name, const std
         require(sqlite3_step(prepared) == SQLITE_DONE, connection);
         sqlite3_reset(prepared);
     }
+}
+
+void insertLabel(const Connection& connection, const TablesLabel& label)
+{
+    run(connection, "CREATE TABLE Label (label TEXT, date TEXT)");
+    const Statement statement = prepare(connection, "INSERT INTO Label VALUES (?, ?)");
+    bind(statement.get(), 1, label.label);
+    bind(statement.get(), 2, label.date);
+    require(sqlite3_step(statement.get()) == SQLITE_DONE, connection);
 }
 
 /// Reads one table of a data file through the program's own store.
@@ -176,6 +191,8 @@ std::string databaseBytes(const CapacityTables& tables)
                             "\" (TankVol REAL PRIMARY KEY, Pad REAL, DepadHFP REAL, DepadLFP REAL) WITHOUT ROWID");
         insertRows(connection, name, table.rows);
     }
+    if (tables.label)
+        insertLabel(connection, *tables.label);
     run(connection, "COMMIT");
     writeChecksum(connection.get()); // the program notices any change of the figures
     sqlite3_int64 size = 0;
@@ -215,5 +232,6 @@ CapacityTables readDatabase(const std::filesystem::path& file, Findings& finding
         if (failure.what() != lastReason)
             findings.report(hasChecksum, "Checksum", 0, failure.what());
     }
+    tables.label = tablesLabel(store);
     return tables;
 }

@@ -222,18 +222,22 @@ bool checkValue(double value, const char* column, std::string_view file, std::si
     return false;
 }
 
+const char* textFault(std::string_view text)
+{
+    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos)
+        return "is empty";
+    if (std::ranges::any_of(text, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }))
+        return "has a control character";
+    return isUtf8(text) ? nullptr : "is not UTF-8";
+}
+
 bool checkValue(const std::string& value, const char* column, std::string_view file, std::size_t line,
                 Findings& findings)
 {
-    const bool isBlank = value.find_first_not_of(" \t\r\n") == std::string::npos;
-    const bool hasControl = std::ranges::any_of(value, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; });
-    if (!isBlank && !hasControl && isUtf8(value))
-        return true;
-    findings.report(plainText, file, line,
-                    std::string(column) + (isBlank      ? " is empty"
-                                           : hasControl ? " has a control character"
-                                                        : " is not UTF-8"));
-    return false;
+    const char* const fault = textFault(value);
+    if (fault != nullptr)
+        findings.report(plainText, file, line, std::string(column) + ' ' + fault);
+    return fault == nullptr;
 }
 
 CapacityTables readCapacityTables(const std::filesystem::path& directory, Findings& findings)

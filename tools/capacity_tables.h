@@ -1,9 +1,12 @@
 #pragma once
 
+#include "capacity/tables_label.h"
+
 #include <array>
 #include <cstddef>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -74,11 +77,12 @@ struct Table
     bool isWhole = false;  ///< everything there was could be read
 };
 
-/// All tables by name.
+/// All tables by name, and what they are, where that is said.
 struct CapacityTables
 {
     std::map<std::string, Table<CapacityRow>> valves;
     std::map<std::string, Table<LargeTankRow>> largeTanks;
+    std::optional<TablesLabel> label;
 };
 
 /// A valve table of the program and what it is used for.
@@ -111,8 +115,12 @@ extern const std::array<LargeTankTable, 2> largeTankTables;
 /// Shortest text that reads back as `value`, without an exponent.
 std::string numberText(double value);
 
+/// What keeps a text from being plain: "is empty" (or blank), "has a control character", "is not UTF-8"; nullptr for a
+/// plain one.
+const char* textFault(std::string_view text);
+
 /// Whether a value is one that a table may hold; else it is reported and stands for nothing. Numbers are finite and not
-/// negative; a text is not blank, UTF-8, and has no control characters.
+/// negative; a text is plain.
 bool checkValue(double value, const char* column, std::string_view file, std::size_t line, Findings& findings);
 bool checkValue(const std::string& value, const char* column, std::string_view file, std::size_t line,
                 Findings& findings);
