@@ -96,7 +96,7 @@ class StoredTable
 public:
     StoredTable(CapacityStore& store, const std::string& name, Findings& findings) : store_(store), findings_(findings)
     {
-        table_.file = name;
+        table_.source = name;
         table_.isWhole = true;
     }
 
@@ -119,12 +119,12 @@ private:
             walked.push_back(column.name);
         }
         if constexpr (std::is_same_v<Row, CapacityRow>)
-            store_.table(table_.file, walked); // in the order of its index, which must be there
-        CapacityRows rows = store_.query(sql + " FROM " + table_.file, {});
+            store_.table(table_.source, walked); // in the order of its index, which must be there
+        CapacityRows rows = store_.query(sql + " FROM " + table_.source, {});
         for (std::size_t line = 1; !rows.atEnd(); rows.next(), ++line)
             readRow(rows, line);
         if (table_.isWhole && table_.rows.empty())
-            findings_.report(notEmpty, table_.file, 0, "there is none");
+            findings_.report(notEmpty, table_.source, 0, "there is none");
     }
 
     void readRow(const CapacityRows& stored, std::size_t line)
@@ -146,7 +146,7 @@ private:
         const std::string type = stored.text(typeColumn(column).c_str());
         if (asNumber ? type == "real" || type == "integer" : type == "text")
             return true;
-        findings_.report(storedRight, table_.file, line, std::string(column) + " is stored as " + type);
+        findings_.report(storedRight, table_.source, line, std::string(column) + " is stored as " + type);
         return false;
     }
 
@@ -155,7 +155,7 @@ private:
         if (!isStored(stored, column, true, line))
             return false;
         value = stored.number(column);
-        return checkValue(value, column, table_.file, line, findings_);
+        return checkValue(value, column, table_.source, line, findings_);
     }
 
     bool readValue(const CapacityRows& stored, const char* column, std::string& value, std::size_t line)
@@ -163,7 +163,7 @@ private:
         if (!isStored(stored, column, false, line))
             return false;
         value = stored.text(column);
-        return checkValue(value, column, table_.file, line, findings_);
+        return checkValue(value, column, table_.source, line, findings_);
     }
 
     CapacityStore& store_;
@@ -212,18 +212,18 @@ CapacityTables readDatabase(const std::filesystem::path& file, Findings& finding
     const auto read = [&]<typename Row>(std::map<std::string, Table<Row>>& into, std::string_view name) {
         store.beginClick(); // one table that cannot be read says nothing of the next
         Table<Row>& table = into[std::string(name)];
-        table.file = name;
+        table.source = name;
         try {
-            table = StoredTable<Row>(store, table.file, findings).read();
+            table = StoredTable<Row>(store, table.source, findings).read();
         } catch (const SilentFailure& failure) {
             if (failure.what() != lastReason) // of the whole file, it is said once
                 findings.report(canBeRead, name, 0, failure.what());
             lastReason = failure.what();
         }
     };
-    for (const ValveTable& table : valveTables())
+    for (const ValveTableSpec& table : valveTableSpecs())
         read(tables.valves, table.name);
-    for (const LargeTankTable& table : largeTankTables)
+    for (const LargeTankTableSpec& table : largeTankTableSpecs)
         read(tables.largeTanks, table.name);
     store.beginClick();
     try {

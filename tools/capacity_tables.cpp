@@ -14,7 +14,7 @@
 #include <fstream>
 #include <optional>
 
-const std::array<LargeTankTable, 2> largeTankTables{{
+const std::array<LargeTankTableSpec, 2> largeTankTableSpecs{{
     {"USLargeTank", choice::us, "gal", smallTankGallons, largestTankGallons},
     {"MetriclargeTank", choice::metric, "m3", smallTankCubicMeters, largestTankCubicMeters},
 }};
@@ -43,7 +43,7 @@ class TableReader
 public:
     TableReader(std::filesystem::path path, Findings& findings) : path_(std::move(path)), findings_(findings)
     {
-        table_.file = path_.filename().string();
+        table_.source = path_.filename().string();
         table_.isWhole = true;
     }
 
@@ -68,7 +68,7 @@ public:
 private:
     void report(const Rule& rule, std::size_t line, const std::string& found)
     {
-        findings_.report(rule, table_.file, line, found);
+        findings_.report(rule, table_.source, line, found);
         table_.isWhole &= rule.severity != Severity::error;
     }
 
@@ -161,7 +161,7 @@ private:
             std::ranges::replace(text, format_.decimalMark, '.');
         const auto [stop, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
         if (failure == std::errc() && stop == text.data() + text.size())
-            return checkValue(value, column, table_.file, line, findings_);
+            return checkValue(value, column, table_.source, line, findings_);
         report(finiteNumber, line, text.empty() ? std::string(column) + " is empty" : named);
         return false;
     }
@@ -169,7 +169,7 @@ private:
     bool readField(const std::string& text, const char* column, std::string& value, std::size_t line)
     {
         value = text;
-        return checkValue(text, column, table_.file, line, findings_);
+        return checkValue(text, column, table_.source, line, findings_);
     }
 
     std::filesystem::path path_;
@@ -191,11 +191,11 @@ std::string fieldText(const std::string& text)
 
 } // namespace
 
-std::vector<ValveTable> valveTables()
+std::vector<ValveTableSpec> valveTableSpecs()
 {
-    std::vector<ValveTable> tables;
+    std::vector<ValveTableSpec> tables;
     for (const Offer& offer : offers) {
-        const auto known = std::ranges::find(tables, offer.valveTable, &ValveTable::name);
+        const auto known = std::ranges::find(tables, offer.valveTable, &ValveTableSpec::name);
         if (known == tables.end()) {
             tables.push_back({offer.valveTable, offer.valveType, offer.unitSystem, offer.pressUnits,
                               cvSeries(offer.valveType), offer.lowest, offer.highest});
@@ -244,9 +244,9 @@ CapacityTables readCapacityTables(const std::filesystem::path& directory, Findin
 {
     CapacityTables tables;
     const auto pathOf = [&](std::string_view table) { return directory / (std::string(table) + ".csv"); };
-    for (const ValveTable& table : valveTables())
+    for (const ValveTableSpec& table : valveTableSpecs())
         tables.valves[std::string(table.name)] = TableReader<CapacityRow>(pathOf(table.name), findings).read();
-    for (const LargeTankTable& table : largeTankTables)
+    for (const LargeTankTableSpec& table : largeTankTableSpecs)
         tables.largeTanks[std::string(table.name)] = TableReader<LargeTankRow>(pathOf(table.name), findings).read();
     return tables;
 }

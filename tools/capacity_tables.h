@@ -26,7 +26,7 @@ struct CapacityRow
     double cv = 0;
 };
 
-/// Thermal venting flows of one large tank.
+/// Thermal venting flows of one large tank: volume in gallons and flows in SCFH, or m3 and Nm3/h.
 struct LargeTankRow
 {
     std::size_t line = 0; ///< where it stands in its file
@@ -72,7 +72,7 @@ constexpr std::span<const Column<Row>> columnsOf()
 template <typename Row>
 struct Table
 {
-    std::string file;      ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
+    std::string source;    ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
     std::vector<Row> rows; ///< in the order they were read in
     bool isWhole = false;  ///< everything there was could be read
 };
@@ -86,31 +86,31 @@ struct CapacityTables
 };
 
 /// A valve table of the program and what it is used for.
-struct ValveTable
+struct ValveTableSpec
 {
     std::string_view name;
     std::string_view valveType;
     std::string_view unitSystem;
     std::string_view pressUnits;
     std::span<const float> cvSeries;
-    double lowest; ///< pressure that any model lets a user enter
+    double lowest; ///< pressure that any model lets a user enter, in `pressUnits`
     double highest;
 };
 
-/// The valve tables; the first of a valve type comes first.
-std::vector<ValveTable> valveTables();
+/// The valve tables in the order of `offers`. The others of a valve type are compared with its first.
+std::vector<ValveTableSpec> valveTableSpecs();
 
 /// A large-tank table and the volumes, in `volUnits`, that are looked up in it rather than computed.
-struct LargeTankTable
+struct LargeTankTableSpec
 {
     std::string_view name;
     std::string_view unitSystem;
     const char* volUnits;
-    double lowest;
+    double lowest; ///< the small tanks end here
     double highest;
 };
 
-extern const std::array<LargeTankTable, 2> largeTankTables;
+extern const std::array<LargeTankTableSpec, 2> largeTankTableSpecs;
 
 /// Shortest text that reads back as `value`, without an exponent.
 std::string numberText(double value);

@@ -66,11 +66,6 @@ std::optional<double> flowAt(const Curve& curve, double pressure)
     return above->second->flow - share * (above->second->flow - below->second->flow);
 }
 
-std::string cvText(double cv)
-{
-    return "CV " + numberText(cv);
-}
-
 std::string cvText(float cv) // as a person writes it
 {
     return "CV " + NumberText().general(cv);
@@ -157,7 +152,7 @@ bool isNear(double one, double other)
 class ValveTableCheck
 {
 public:
-    ValveTableCheck(const ValveTable& table, const Table<CapacityRow>& read, Findings& findings)
+    ValveTableCheck(const ValveTableSpec& table, const Table<CapacityRow>& read, Findings& findings)
         : table_(table), read_(read), findings_(findings)
     {
     }
@@ -181,7 +176,7 @@ public:
 private:
     void report(const Rule& rule, std::size_t line, const std::string& found) const
     {
-        findings_.report(rule, read_.file, line, found);
+        findings_.report(rule, read_.source, line, found);
     }
 
     std::string at(double pressure) const
@@ -195,13 +190,14 @@ private:
             if (row.flow <= 0)
                 report(aboveZero, row.line, "flow " + numberText(row.flow));
             if (!isLookedUp(row.cv)) {
-                report(canBeLookedUp, row.line, cvText(row.cv));
+                report(canBeLookedUp, row.line, "CV " + numberText(row.cv));
                 continue;
             }
-            const auto [same, added] = curves_[static_cast<float>(row.cv)].emplace(row.pressure, &row);
+            const auto cv = static_cast<float>(row.cv);
+            const auto [same, added] = curves_[cv].emplace(row.pressure, &row);
             if (!added)
                 report(rowOnce, row.line,
-                       cvText(row.cv) + at(row.pressure) + " has a row already" + lineText(same->second->line));
+                       cvText(cv) + at(row.pressure) + " has a row already" + lineText(same->second->line));
         }
     }
 
@@ -352,7 +348,7 @@ private:
                    std::to_string(count) + (count == 1 ? " place" : " places, the widest") + ": " + where);
     }
 
-    const ValveTable& table_;
+    const ValveTableSpec& table_;
     const Table<CapacityRow>& read_;
     Findings& findings_;
     Curves curves_;
@@ -360,8 +356,9 @@ private:
 };
 
 /// Compares a table with the first one of its valve type.
-void compareUnits(const ValveTable& table, const Curves& curves, const std::string& file, const ValveTable& first,
-                  const Curves& firstCurves, const std::string& firstFile, Findings& findings)
+void compareUnits(const ValveTableSpec& table, const Curves& curves, const std::string& file,
+                  const ValveTableSpec& first, const Curves& firstCurves, const std::string& firstFile,
+                  Findings& findings)
 {
     const double pressureUnit = findUnit(table.pressUnits)->pascal / findUnit(first.pressUnits)->pascal;
     const double flowUnit = scfhPer(table.unitSystem) / scfhPer(first.unitSystem);
@@ -380,11 +377,11 @@ void compareUnits(const ValveTable& table, const Curves& curves, const std::stri
     }
 }
 
-void checkLargeTankTable(const LargeTankTable& table, const Table<LargeTankRow>& read, Findings& findings)
+void checkLargeTankTable(const LargeTankTableSpec& table, const Table<LargeTankRow>& read, Findings& findings)
 {
     const std::string units = ' ' + std::string(table.volUnits);
     const auto report = [&](const Rule& rule, const LargeTankRow& row, const std::string& found) {
-        findings.report(rule, read.file, row.line, found);
+        findings.report(rule, read.source, row.line, found);
     };
     const LargeTankRow* before = nullptr;
     for (const LargeTankRow& row : read.rows) {
@@ -426,7 +423,7 @@ void checkLargeTankTable(const LargeTankTable& table, const Table<LargeTankRow>&
 /// Compares the flows of the second large-tank table with those of the first.
 void compareLargeTanks(const CapacityTables& tables, Findings& findings)
 {
-    const auto& [first, second] = std::pair{largeTankTables[0], largeTankTables[1]};
+    const auto& [first, second] = std::pair{largeTankTableSpecs[0], largeTankTableSpecs[1]};
     const Table<LargeTankRow>& firstRead = tables.largeTanks.at(std::string(first.name));
     const Table<LargeTankRow>& secondRead = tables.largeTanks.at(std::string(second.name));
     const double volumeUnit = gallonsPer(second.unitSystem) / gallonsPer(first.unitSystem);
@@ -441,16 +438,16 @@ void compareLargeTanks(const CapacityTables& tables, Findings& findings)
             const auto flow = std::get<double LargeTankRow::*>(column.member);
             // Between its neighbours, so within a factor of 2 of what lies there.
             if (row.*flow * flowUnit > 2 * ((*above).*flow) || 2 * (row.*flow) * flowUnit < below.*flow)
-                findings.report(unitsAgree, secondRead.file, row.line,
+                findings.report(unitsAgree, secondRead.source, row.line,
                                 std::string(column.name) + ' ' + numberText(row.*flow) + " at TankVol " +
-                                    numberText(row.tankVol) + ", where " + firstRead.file + " has about " +
+                                    numberText(row.tankVol) + ", where " + firstRead.source + " has about " +
                                     numberText(std::round((below.*flow + (*above).*flow) / 2 / flowUnit)));
         }
     }
 }
 
 /// Fills the rows that the Cvs of one table lack.
-void completeTable(const ValveTable& table, Table<CapacityRow>& read, Findings& findings)
+void completeTable(const ValveTableSpec& table, Table<CapacityRow>& read, Findings& findings)
 {
     Curves curves;
     std::set<double> pressures;
@@ -470,7 +467,7 @@ void completeTable(const ValveTable& table, Table<CapacityRow>& read, Findings& 
             ++count;
         }
         if (count > 0)
-            findings.report(filled, read.file, 0,
+            findings.report(filled, read.source, 0,
                             cvText(cv) + ": " + std::to_string(count) + (count == 1 ? " row" : " rows") +
                                 " filled, the pressures in " + std::string(table.pressUnits));
     }
@@ -481,7 +478,7 @@ void completeTable(const ValveTable& table, Table<CapacityRow>& read, Findings& 
 
 void completeTables(CapacityTables& tables, Findings& findings)
 {
-    for (const ValveTable& table : valveTables())
+    for (const ValveTableSpec& table : valveTableSpecs())
         if (Table<CapacityRow>& read = tables.valves.at(std::string(table.name)); read.isWhole)
             completeTable(table, read, findings);
 }
@@ -490,20 +487,20 @@ void checkTables(const CapacityTables& tables, Findings& findings)
 {
     struct Checked
     {
-        ValveTable table;
+        ValveTableSpec table;
         Curves curves;
         std::string file;
     };
     std::map<std::string_view, Checked> firstOfType;
-    for (const ValveTable& table : valveTables()) {
+    for (const ValveTableSpec& table : valveTableSpecs()) {
         const Table<CapacityRow>& read = tables.valves.at(std::string(table.name));
-        Checked checked{table, ValveTableCheck(table, read, findings).run(), read.file};
+        Checked checked{table, ValveTableCheck(table, read, findings).run(), read.source};
         const auto [first, isFirst] = firstOfType.try_emplace(table.valveType, checked);
         if (!isFirst)
             compareUnits(table, checked.curves, checked.file, first->second.table, first->second.curves,
                          first->second.file, findings);
     }
-    for (const LargeTankTable& table : largeTankTables)
+    for (const LargeTankTableSpec& table : largeTankTableSpecs)
         checkLargeTankTable(table, tables.largeTanks.at(std::string(table.name)), findings);
     compareLargeTanks(tables, findings);
 }
