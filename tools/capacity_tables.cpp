@@ -87,6 +87,8 @@ private:
             return;
         }
         readHeader(csv);
+        if (!table_.isWhole) // what stands in the rows cannot be told
+            return;
         const std::size_t headerLine = csv.line;
         bool hasRows = false;
         for (; reader.next(csv); hasRows = true) {

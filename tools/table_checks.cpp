@@ -426,6 +426,8 @@ void compareLargeTanks(const CapacityTables& tables, Findings& findings)
     const auto& [first, second] = std::pair{largeTankTableSpecs[0], largeTankTableSpecs[1]};
     const Table<LargeTankRow>& firstRead = tables.largeTanks.at(std::string(first.name));
     const Table<LargeTankRow>& secondRead = tables.largeTanks.at(std::string(second.name));
+    if (!firstRead.isWhole || !secondRead.isWhole)
+        return;
     const double volumeUnit = gallonsPer(second.unitSystem) / gallonsPer(first.unitSystem);
     const double flowUnit = scfhPer(second.unitSystem) / scfhPer(first.unitSystem);
     for (const LargeTankRow& row : secondRead.rows) {
@@ -495,6 +497,8 @@ void checkTables(const CapacityTables& tables, Findings& findings)
     for (const ValveTableSpec& table : valveTableSpecs()) {
         const Table<CapacityRow>& read = tables.valves.at(std::string(table.name));
         Checked checked{table, ValveTableCheck(table, read, findings).run(), read.source};
+        if (!read.isWhole)
+            continue;
         const auto [first, isFirst] = firstOfType.try_emplace(table.valveType, checked);
         if (!isFirst)
             compareUnits(table, checked.curves, checked.file, first->second.table, first->second.curves,
