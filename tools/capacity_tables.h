@@ -108,6 +108,8 @@ struct LargeTankTableSpec
     const char* volUnits;
     double lowest; ///< the small tanks end here
     double highest;
+    double thermal;     ///< flow per volume of small tanks, in the units of the table: in `Pad` and `DepadLFP`
+    double thermalHigh; ///< in `DepadHFP`
 };
 
 extern const std::array<LargeTankTableSpec, 2> largeTankTableSpecs;

@@ -28,6 +28,7 @@ constexpr Rule unitsAgree{Severity::error,
 constexpr Rule volumesAscend{Severity::error, "the volumes ascend from row to row"};
 constexpr Rule volumesCovered{Severity::error, "the table covers the tanks that are looked up in it"};
 constexpr Rule risesWithVolume{Severity::error, "a flow does not fall as the volume rises"};
+constexpr Rule goesOn{Severity::error, "the table begins within a factor of 2 of the formula for smaller tanks"};
 constexpr Rule highPointBreathesLess{Severity::error, "DepadHFP is not above Pad or DepadLFP"};
 
 // What is only odd.
@@ -35,6 +36,8 @@ constexpr Rule stepsWithPressure{Severity::warning, "a flow rises with the press
 constexpr Rule growsEvenly{Severity::warning,
                            "a flow grows at least like the fourth root of the pressure or volume and "
                            "at most like its power of 1.5"};
+constexpr Rule goesOnClosely{Severity::warning, "the table begins within 10 % of the formula for smaller tanks"};
+constexpr Rule volumesAgree{Severity::warning, "the large-tank tables agree within 10 %: a row may be missing"};
 constexpr Rule bodySizeGrows{Severity::warning, "a body size does not shrink as the Cv grows"};
 constexpr Rule rangeCovered{Severity::warning,
                             "the program accepts pressures beyond those of the table and refuses every "
@@ -51,19 +54,42 @@ constexpr Rule filled{Severity::note, "on the straight line between the rows aro
 using Curve = std::map<double, const CapacityRow*>;
 using Curves = std::map<float, Curve>;
 
-/// `flow` at `pressure` on the straight line between the rows around it; nullopt beyond them.
-std::optional<double> flowAt(const Curve& curve, double pressure)
+/// The rows of a large-tank table by volume.
+using Volumes = std::map<double, const LargeTankRow*>;
+
+/// `column` at `where` on the straight line between the rows around it; nullopt beyond them.
+template <typename Row>
+std::optional<double> valueAt(const std::map<double, const Row*>& rows, double where, double Row::*column)
 {
-    const auto above = curve.lower_bound(pressure);
-    if (above == curve.end())
+    const auto above = rows.lower_bound(where);
+    if (above == rows.end())
         return std::nullopt;
-    if (above->first == pressure)
-        return above->second->flow;
-    if (above == curve.begin())
+    if (above->first == where)
+        return above->second->*column;
+    if (above == rows.begin())
         return std::nullopt;
     const auto below = std::prev(above);
-    const double share = (above->first - pressure) / (above->first - below->first);
-    return above->second->flow - share * (above->second->flow - below->second->flow);
+    const double share = (above->first - where) / (above->first - below->first);
+    return above->second->*column - share * (above->second->*column - below->second->*column);
+}
+
+std::optional<double> flowAt(const Curve& curve, double pressure)
+{
+    return valueAt(curve, pressure, &CapacityRow::flow);
+}
+
+/// `value` to four significant digits.
+std::string roughly(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.4g", value);
+    return numberText(std::strtod(text, nullptr));
+}
+
+/// By what factor one of two values above 0 is larger than the other.
+double factorBetween(double one, double other)
+{
+    return std::max(one / other, other / one);
 }
 
 std::string cvText(float cv) // as a person writes it
@@ -141,11 +167,6 @@ double scfhPer(std::string_view unitSystem)
 double gallonsPer(std::string_view unitSystem)
 {
     return unitSystem == choice::us ? 1 : 1 / 0.003785411784;
-}
-
-bool isNear(double one, double other)
-{
-    return one <= 2 * other && other <= 2 * one;
 }
 
 /// Checks one valve table.
@@ -368,18 +389,30 @@ void compareUnits(const ValveTableSpec& table, const Curves& curves, const std::
             continue;
         for (const auto& [pressure, row] : curve) {
             const auto expected = flowAt(same->second, pressure * pressureUnit);
-            if (expected && !isNear(row->flow * flowUnit, *expected))
+            if (expected && factorBetween(row->flow * flowUnit, *expected) > 2)
                 findings.report(unitsAgree, file, row->line,
                                 "flow " + numberText(row->flow) + " at Pressure " + numberText(pressure) + ' ' +
                                     std::string(table.pressUnits) + ", " + cvText(cv) + ", where " + firstFile +
-                                    " has about " + numberText(std::round(*expected / flowUnit * 100) / 100));
+                                    " has about " + roughly(*expected / flowUnit));
         }
     }
 }
 
-void checkLargeTankTable(const LargeTankTableSpec& table, const Table<LargeTankRow>& read, Findings& findings)
+constexpr auto tankFlows = std::span(largeTankColumns).subspan<1>();
+
+double LargeTankRow::*flowOf(const Column<LargeTankRow>& column)
 {
-    const std::string units = ' ' + std::string(table.volUnits);
+    return std::get<double LargeTankRow::*>(column.member);
+}
+
+std::string at(const LargeTankRow& row, const Column<LargeTankRow>& column)
+{
+    return std::string(column.name) + ' ' + numberText(row.*flowOf(column)) + " at TankVol " + numberText(row.tankVol);
+}
+
+/// Checks each row of a large-tank table, and what lies between it and the one before.
+void checkLargeTankRows(const Table<LargeTankRow>& read, Findings& findings)
+{
     const auto report = [&](const Rule& rule, const LargeTankRow& row, const std::string& found) {
         findings.report(rule, read.source, row.line, found);
     };
@@ -387,20 +420,17 @@ void checkLargeTankTable(const LargeTankTableSpec& table, const Table<LargeTankR
     for (const LargeTankRow& row : read.rows) {
         if (before != nullptr && row.tankVol <= before->tankVol)
             report(volumesAscend, row, "TankVol " + numberText(row.tankVol) + " after " + numberText(before->tankVol));
-        for (const Column<LargeTankRow>& column : std::span(largeTankColumns).subspan(1)) {
-            const auto flow = std::get<double LargeTankRow::*>(column.member);
-            const std::string named = std::string(column.name) + ' ' + numberText(row.*flow);
+        for (const Column<LargeTankRow>& column : tankFlows) {
+            const auto flow = flowOf(column);
             if (row.*flow <= 0)
-                report(aboveZero, row, named);
+                report(aboveZero, row, std::string(column.name) + ' ' + numberText(row.*flow));
             if (before == nullptr || row.tankVol <= before->tankVol)
                 continue;
             const Rule* const rule = row.*flow < before->*flow ? &risesWithVolume
                                      : !isEven(before->tankVol, before->*flow, row.tankVol, row.*flow) ? &growsEvenly
                                                                                                        : nullptr;
             if (rule != nullptr)
-                report(*rule, row,
-                       named + " at TankVol " + numberText(row.tankVol) + ", after " + numberText(before->*flow) +
-                           lineText(before->line));
+                report(*rule, row, at(row, column) + ", after " + numberText(before->*flow) + lineText(before->line));
         }
         if (row.depadHfp > row.pad || row.depadHfp > row.depadLfp)
             report(highPointBreathesLess, row,
@@ -408,43 +438,76 @@ void checkLargeTankTable(const LargeTankTableSpec& table, const Table<LargeTankR
                        numberText(row.depadLfp));
         before = &row;
     }
-    if (!read.isWhole || read.rows.empty())
-        return;
-    const LargeTankRow& first = read.rows.front();
-    const LargeTankRow& last = read.rows.back();
-    if (first.tankVol > table.lowest)
-        report(volumesCovered, first,
-               "TankVol starts at " + numberText(first.tankVol) + ", above " + numberText(table.lowest) + units);
-    if (last.tankVol < table.highest)
-        report(volumesCovered, last,
-               "TankVol ends at " + numberText(last.tankVol) + ", below " + numberText(table.highest) + units);
 }
 
-/// Compares the flows of the second large-tank table with those of the first.
-void compareLargeTanks(const CapacityTables& tables, Findings& findings)
+/// Checks where a large-tank table begins and ends.
+void checkLargeTankEnds(const LargeTankTableSpec& table, const Table<LargeTankRow>& read, const Volumes& rows,
+                        Findings& findings)
 {
-    const auto& [first, second] = std::pair{largeTankTableSpecs[0], largeTankTableSpecs[1]};
-    const Table<LargeTankRow>& firstRead = tables.largeTanks.at(std::string(first.name));
-    const Table<LargeTankRow>& secondRead = tables.largeTanks.at(std::string(second.name));
-    if (!firstRead.isWhole || !secondRead.isWhole)
-        return;
-    const double volumeUnit = gallonsPer(second.unitSystem) / gallonsPer(first.unitSystem);
-    const double flowUnit = scfhPer(second.unitSystem) / scfhPer(first.unitSystem);
-    for (const LargeTankRow& row : secondRead.rows) {
-        const double volume = row.tankVol * volumeUnit;
-        const auto above = std::ranges::find_if(firstRead.rows, [&](const auto& one) { return one.tankVol >= volume; });
-        if (above == firstRead.rows.begin() || above == firstRead.rows.end())
-            continue;
-        const LargeTankRow& below = *std::prev(above);
-        for (const Column<LargeTankRow>& column : std::span(largeTankColumns).subspan(1)) {
-            const auto flow = std::get<double LargeTankRow::*>(column.member);
-            // Between its neighbours, so within a factor of 2 of what lies there.
-            if (row.*flow * flowUnit > 2 * ((*above).*flow) || 2 * (row.*flow) * flowUnit < below.*flow)
-                findings.report(unitsAgree, secondRead.source, row.line,
-                                std::string(column.name) + ' ' + numberText(row.*flow) + " at TankVol " +
-                                    numberText(row.tankVol) + ", where " + firstRead.source + " has about " +
-                                    numberText(std::round((below.*flow + (*above).*flow) / 2 / flowUnit)));
+    const std::string units = ' ' + std::string(table.volUnits);
+    const auto [first, last] = std::pair(rows.begin()->second, rows.rbegin()->second);
+    if (first->tankVol > table.lowest)
+        findings.report(volumesCovered, read.source, first->line,
+                        "TankVol starts at " + numberText(first->tankVol) + ", above " + numberText(table.lowest) +
+                            units);
+    if (last->tankVol < table.highest)
+        findings.report(volumesCovered, read.source, last->line,
+                        "TankVol ends at " + numberText(last->tankVol) + ", below " + numberText(table.highest) +
+                            units);
+    for (const Column<LargeTankRow>& column : tankFlows) {
+        const auto flow = valueAt(rows, table.lowest, flowOf(column));
+        const double formula =
+            table.lowest * (flowOf(column) == &LargeTankRow::depadHfp ? table.thermalHigh : table.thermal);
+        const double factor = flow ? factorBetween(*flow, formula) : 1;
+        if (factor > 1.1)
+            findings.report(factor > 2 ? goesOn : goesOnClosely, read.source,
+                            rows.lower_bound(table.lowest)->second->line,
+                            std::string(column.name) + ' ' + roughly(*flow) + " at TankVol " +
+                                numberText(table.lowest) + units + ", where the formula gives " + roughly(formula));
+    }
+}
+
+/// A large-tank table that was checked.
+struct CheckedTanks
+{
+    LargeTankTableSpec table;
+    Volumes rows;
+    std::string source;
+};
+
+/// Compares the rows of one large-tank table with what the program makes of the other one.
+void compareLargeTanks(const CheckedTanks& checked, const CheckedTanks& other, Findings& findings)
+{
+    const double volumeUnit = gallonsPer(checked.table.unitSystem) / gallonsPer(other.table.unitSystem);
+    const double flowUnit = scfhPer(checked.table.unitSystem) / scfhPer(other.table.unitSystem);
+    for (const auto& [volume, row] : checked.rows)
+        for (const Column<LargeTankRow>& column : tankFlows) {
+            const auto expected = valueAt(other.rows, volume * volumeUnit, flowOf(column));
+            const double factor = expected ? factorBetween(row->*flowOf(column) * flowUnit, *expected) : 1;
+            if (factor > 1.1)
+                findings.report(factor > 2 ? unitsAgree : volumesAgree, checked.source, row->line,
+                                at(*row, column) + ", where " + other.source + " has about " +
+                                    roughly(*expected / flowUnit));
         }
+}
+
+void checkLargeTankTables(const CapacityTables& tables, Findings& findings)
+{
+    std::vector<CheckedTanks> checked;
+    for (const LargeTankTableSpec& table : largeTankTableSpecs) {
+        const Table<LargeTankRow>& read = tables.largeTanks.at(std::string(table.name));
+        checkLargeTankRows(read, findings);
+        Volumes rows;
+        for (const LargeTankRow& row : read.rows)
+            rows.emplace(row.tankVol, &row);
+        if (!read.isWhole || rows.empty())
+            continue;
+        checkLargeTankEnds(table, read, rows, findings);
+        checked.push_back({table, std::move(rows), read.source});
+    }
+    if (checked.size() == largeTankTableSpecs.size()) {
+        compareLargeTanks(checked[1], checked[0], findings);
+        compareLargeTanks(checked[0], checked[1], findings);
     }
 }
 
@@ -504,7 +567,5 @@ void checkTables(const CapacityTables& tables, Findings& findings)
             compareUnits(table, checked.curves, checked.file, first->second.table, first->second.curves,
                          first->second.file, findings);
     }
-    for (const LargeTankTableSpec& table : largeTankTableSpecs)
-        checkLargeTankTable(table, tables.largeTanks.at(std::string(table.name)), findings);
-    compareLargeTanks(tables, findings);
+    checkLargeTankTables(tables, findings);
 }
