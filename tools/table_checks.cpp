@@ -25,6 +25,8 @@ constexpr Rule risesWithCv{Severity::error, "a flow rises with the Cv"};
 constexpr Rule oneBodySize{Severity::error, "a Cv has one body size"};
 constexpr Rule unitsAgree{Severity::error,
                           "the tables of a valve type agree within a factor of 2, whatever their units"};
+constexpr Rule rangeMet{Severity::error, "a table has pressures that the program accepts"};
+constexpr Rule pressuresMeet{Severity::error, "the tables of a valve type have pressures in common"};
 constexpr Rule volumesAscend{Severity::error, "the volumes ascend from row to row"};
 constexpr Rule volumesCovered{Severity::error, "the table covers the tanks that are looked up in it"};
 constexpr Rule risesWithVolume{Severity::error, "a flow does not fall as the volume rises"};
@@ -36,6 +38,8 @@ constexpr Rule stepsWithPressure{Severity::warning, "a flow rises with the press
 constexpr Rule growsEvenly{Severity::warning,
                            "a flow grows at least like the fourth root of the pressure or volume and "
                            "at most like its power of 1.5"};
+constexpr Rule nearEquation{Severity::warning,
+                            "a flow is within a factor of 3 of the flow equation of data/README.md: look at the units"};
 constexpr Rule goesOnClosely{Severity::warning, "the table begins within 10 % of the formula for smaller tanks"};
 constexpr Rule volumesAgree{Severity::warning, "the large-tank tables agree within 10 %: a row may be missing"};
 constexpr Rule bodySizeGrows{Severity::warning, "a body size does not shrink as the Cv grows"};
@@ -130,14 +134,28 @@ std::optional<double> inchesOf(const std::string& bodySize)
     return std::nullopt;
 }
 
-/// Whether a flow grows from one row to the next as flows do. Two percent, or one unit, may be rounding.
-bool isEven(double from, double flowFrom, double to, double flowTo)
+/// A unit of the last digit that the flows of a table are given to: 1 where all are whole numbers.
+template <typename Row>
+double lastDigit(const Table<Row>& read, std::initializer_list<double Row::*> flows)
+{
+    std::size_t most = 0;
+    for (const Row& row : read.rows)
+        for (const auto flow : flows) {
+            const std::string text = numberText(row.*flow);
+            most = std::max(most, text.size() - std::min(text.find('.'), text.size() - 1) - 1);
+        }
+    return std::pow(10, -static_cast<double>(most));
+}
+
+/// Whether a flow grows from one row to the next as flows do. Two percent, or a unit of the last digit, may be
+/// rounding.
+bool isEven(double from, double flowFrom, double to, double flowTo, double digit)
 {
     if (from <= 0)
         return true;
     const double ratio = to / from;
-    return 1.02 * flowTo + 1 >= flowFrom * std::pow(ratio, 0.25) &&
-           flowTo <= 1.02 * flowFrom * std::pow(ratio, 1.5) + 1;
+    return 1.02 * flowTo + digit >= flowFrom * std::pow(ratio, 0.25) &&
+           flowTo <= 1.02 * flowFrom * std::pow(ratio, 1.5) + digit;
 }
 
 struct PressureUnit
@@ -169,12 +187,27 @@ double gallonsPer(std::string_view unitSystem)
     return unitSystem == choice::us ? 1 : 1 / 0.003785411784;
 }
 
+/// The flow in a valve table's units by the equation of data/README.md, from the table's pressure to the atmosphere.
+double computedFlow(const ValveTableSpec& table, double cv, double pressure)
+{
+    constexpr double atmosphere = 14.696;  // psia
+    constexpr double temperature = 519.67; // degR: 60 degF
+    constexpr double factor = 1360;        // SCFH for Cv, psia and degR
+    constexpr double choked = 0.72;        // share of the inlet pressure beyond which a larger drop adds nothing
+    const double gravity = table.valveType == choice::pad ? 0.97 : 1; // the tables are for nitrogen and air
+    const double drop = pressure * findUnit(table.pressUnits)->pascal / findUnit("PSI")->pascal;
+    const double inlet = atmosphere + drop;
+    const double share = std::min(drop / inlet, choked);
+    return factor * cv * inlet * (1 - share / (3 * choked)) * std::sqrt(share / (gravity * temperature)) /
+           scfhPer(table.unitSystem);
+}
+
 /// Checks one valve table.
 class ValveTableCheck
 {
 public:
     ValveTableCheck(const ValveTableSpec& table, const Table<CapacityRow>& read, Findings& findings)
-        : table_(table), read_(read), findings_(findings)
+        : table_(table), read_(read), findings_(findings), lastDigit_(lastDigit(read, {&CapacityRow::flow}))
     {
     }
 
@@ -185,6 +218,7 @@ public:
         if (read_.isWhole && !curves_.empty()) {
             checkPressures();
             checkRange();
+            checkEquation();
             for (const auto& [cv, curve] : curves_)
                 checkCurve(cv, curve);
             for (auto cv = curves_.begin(); std::next(cv) != curves_.end(); ++cv)
@@ -233,13 +267,14 @@ private:
             if (curve.size() == all.size())
                 continue;
             isGrid_ = false;
+            const std::size_t count = all.size() - curve.size();
             std::string missing;
-            std::size_t count = 0;
-            for (const auto& [pressure, other] : all)
-                if (!curve.contains(pressure) && ++count <= 5)
-                    missing += (count > 1 ? ", " : "") + numberText(pressure) + lineText(other->line);
-            if (count > 5)
-                missing += " and " + std::to_string(count - 5) + " more";
+            std::size_t named = 0;
+            for (auto other = all.begin(); named < std::min<std::size_t>(count, 5); ++other)
+                if (!curve.contains(other->first))
+                    missing += (++named > 1 ? ", " : "") + numberText(other->first) + lineText(other->second->line);
+            if (count > named)
+                missing += " and " + std::to_string(count - named) + " more";
             report(samePressures, curve.begin()->second->line,
                    cvText(cv) + " has no row for Pressure " + missing + ", which other Cvs have");
         }
@@ -252,6 +287,12 @@ private:
         const CapacityRow* lowest = std::ranges::max_element(curves_, {}, byFirst)->second.begin()->second;
         const CapacityRow* highest = std::ranges::min_element(curves_, {}, byLast)->second.rbegin()->second;
         const std::string units = ' ' + std::string(table_.pressUnits);
+        if (lowest->pressure > table_.highest || highest->pressure < table_.lowest) {
+            report(rangeMet, lowest->line,
+                   "Pressure goes from " + numberText(lowest->pressure) + " to " + numberText(highest->pressure) +
+                       ", the range from " + numberText(table_.lowest) + " to " + numberText(table_.highest) + units);
+            return;
+        }
         if (lowest->pressure > table_.lowest)
             report(rangeCovered, lowest->line,
                    "Pressure begins at " + numberText(lowest->pressure) + ", above " + numberText(table_.lowest) +
@@ -260,6 +301,33 @@ private:
             report(rangeCovered, highest->line,
                    "Pressure ends at " + numberText(highest->pressure) + ", below " + numberText(table_.highest) +
                        units);
+    }
+
+    /// A scale that all tables have in common shows nowhere else.
+    void checkEquation() const
+    {
+        constexpr double most = 3;
+        double widest = most;
+        std::size_t count = 0;
+        std::string where;
+        std::size_t line = 0;
+        for (const auto& [cv, curve] : curves_)
+            for (const auto& [pressure, row] : curve) {
+                if (pressure <= 0 || row->flow <= 0)
+                    continue;
+                const double computed = computedFlow(table_, row->cv, pressure);
+                const double factor = factorBetween(row->flow, computed);
+                count += factor > most;
+                if (factor <= widest)
+                    continue;
+                widest = factor;
+                line = row->line;
+                where = "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(cv) +
+                        ", where the equation gives about " + roughly(computed) + ", a factor of " + roughly(factor);
+            }
+        if (count > 0)
+            report(nearEquation, line,
+                   std::to_string(count) + " of " + std::to_string(read_.rows.size()) + " rows, the worst: " + where);
     }
 
     void checkCurve(float cv, const Curve& curve) const
@@ -273,8 +341,9 @@ private:
             if (before != nullptr) {
                 const Rule* const rule = row->flow < before->flow    ? &risesWithPressure
                                          : row->flow == before->flow ? &stepsWithPressure
-                                         : !isEven(before->pressure, before->flow, pressure, row->flow) ? &growsEvenly
-                                                                                                        : nullptr;
+                                         : !isEven(before->pressure, before->flow, pressure, row->flow, lastDigit_)
+                                             ? &growsEvenly
+                                             : nullptr;
                 if (rule != nullptr)
                     report(*rule, row->line,
                            "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(cv) + ", after " +
@@ -372,28 +441,53 @@ private:
     const ValveTableSpec& table_;
     const Table<CapacityRow>& read_;
     Findings& findings_;
+    double lastDigit_;
     Curves curves_;
     bool isGrid_ = true;
 };
 
-/// Compares a table with the first one of its valve type.
-void compareUnits(const ValveTableSpec& table, const Curves& curves, const std::string& file,
-                  const ValveTableSpec& first, const Curves& firstCurves, const std::string& firstFile,
-                  Findings& findings)
+/// A valve table that was checked.
+struct CheckedValves
 {
-    const double pressureUnit = findUnit(table.pressUnits)->pascal / findUnit(first.pressUnits)->pascal;
-    const double flowUnit = scfhPer(table.unitSystem) / scfhPer(first.unitSystem);
-    for (const auto& [cv, curve] : curves) {
-        const auto same = firstCurves.find(cv);
-        if (same == firstCurves.end())
+    ValveTableSpec table;
+    Curves curves;
+    std::string source;
+};
+
+/// The ends of a table's pressures.
+std::pair<double, double> endsOf(const Curves& curves)
+{
+    std::pair<double, double> ends{std::numeric_limits<double>::max(), 0};
+    for (const auto& [cv, curve] : curves)
+        ends = {std::min(ends.first, curve.begin()->first), std::max(ends.second, curve.rbegin()->first)};
+    return ends;
+}
+
+/// Compares a table with the first one of its valve type.
+void compareUnits(const CheckedValves& checked, const CheckedValves& first, Findings& findings)
+{
+    const ValveTableSpec& table = checked.table;
+    const double pressureUnit = findUnit(table.pressUnits)->pascal / findUnit(first.table.pressUnits)->pascal;
+    const double flowUnit = scfhPer(table.unitSystem) / scfhPer(first.table.unitSystem);
+    const auto [lowest, highest] = endsOf(checked.curves);
+    const auto [firstLowest, firstHighest] = endsOf(first.curves);
+    if (lowest * pressureUnit > firstHighest || highest * pressureUnit < firstLowest)
+        findings.report(pressuresMeet, checked.source, 0,
+                        "Pressure goes from " + numberText(lowest) + " to " + numberText(highest) + ' ' +
+                            std::string(table.pressUnits) + ", in " + first.source + " from about " +
+                            roughly(firstLowest / pressureUnit) + " to " + roughly(firstHighest / pressureUnit));
+    for (const auto& [cv, curve] : checked.curves) {
+        const auto same = first.curves.find(cv);
+        if (same == first.curves.end())
             continue;
         for (const auto& [pressure, row] : curve) {
             const auto expected = flowAt(same->second, pressure * pressureUnit);
             if (expected && factorBetween(row->flow * flowUnit, *expected) > 2)
-                findings.report(unitsAgree, file, row->line,
+                findings.report(unitsAgree, checked.source, row->line,
                                 "flow " + numberText(row->flow) + " at Pressure " + numberText(pressure) + ' ' +
-                                    std::string(table.pressUnits) + ", " + cvText(cv) + ", where " + firstFile +
-                                    " has about " + roughly(*expected / flowUnit));
+                                    std::string(table.pressUnits) + ", " + cvText(cv) + ", where " + first.source +
+                                    " has about " + roughly(*expected / flowUnit) + " and the flow equation " +
+                                    roughly(computedFlow(table, cv, pressure)));
         }
     }
 }
@@ -413,6 +507,7 @@ std::string at(const LargeTankRow& row, const Column<LargeTankRow>& column)
 /// Checks each row of a large-tank table, and what lies between it and the one before.
 void checkLargeTankRows(const Table<LargeTankRow>& read, Findings& findings)
 {
+    const double digit = lastDigit(read, {&LargeTankRow::pad, &LargeTankRow::depadHfp, &LargeTankRow::depadLfp});
     const auto report = [&](const Rule& rule, const LargeTankRow& row, const std::string& found) {
         findings.report(rule, read.source, row.line, found);
     };
@@ -427,8 +522,9 @@ void checkLargeTankRows(const Table<LargeTankRow>& read, Findings& findings)
             if (before == nullptr || row.tankVol <= before->tankVol)
                 continue;
             const Rule* const rule = row.*flow < before->*flow ? &risesWithVolume
-                                     : !isEven(before->tankVol, before->*flow, row.tankVol, row.*flow) ? &growsEvenly
-                                                                                                       : nullptr;
+                                     : !isEven(before->tankVol, before->*flow, row.tankVol, row.*flow, digit)
+                                         ? &growsEvenly
+                                         : nullptr;
             if (rule != nullptr)
                 report(*rule, row, at(row, column) + ", after " + numberText(before->*flow) + lineText(before->line));
         }
@@ -550,22 +646,15 @@ void completeTables(CapacityTables& tables, Findings& findings)
 
 void checkTables(const CapacityTables& tables, Findings& findings)
 {
-    struct Checked
-    {
-        ValveTableSpec table;
-        Curves curves;
-        std::string file;
-    };
-    std::map<std::string_view, Checked> firstOfType;
+    std::map<std::string_view, CheckedValves> firstOfType;
     for (const ValveTableSpec& table : valveTableSpecs()) {
         const Table<CapacityRow>& read = tables.valves.at(std::string(table.name));
-        Checked checked{table, ValveTableCheck(table, read, findings).run(), read.source};
-        if (!read.isWhole)
+        CheckedValves checked{table, ValveTableCheck(table, read, findings).run(), read.source};
+        if (!read.isWhole || checked.curves.empty())
             continue;
         const auto [first, isFirst] = firstOfType.try_emplace(table.valveType, checked);
         if (!isFirst)
-            compareUnits(table, checked.curves, checked.file, first->second.table, first->second.curves,
-                         first->second.file, findings);
+            compareUnits(checked, first->second, findings);
     }
     checkLargeTankTables(tables, findings);
 }
