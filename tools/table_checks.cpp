@@ -411,22 +411,22 @@ private:
             const float steppedTo = isStepped ? *std::next(place) : chosen->first;
             const auto passing = curves_.upper_bound(steppedTo); // a valve that would do
             if (passing == curves_.end())
-                break;
+                continue; // a Cv outside the series may follow
+            const double lowest = lowestFor(passing->first);
             const auto stepped = curves_.find(steppedTo);
             for (auto below = chosen->second.begin(); std::next(below) != chosen->second.end(); ++below) {
                 const CapacityRow& above = *std::next(below)->second;
-                if (above.pressure <= std::max(table_.lowest, lowestFor(passing->first)) ||
-                    below->first >= table_.highest)
+                if (above.pressure <= lowest || below->first >= table_.highest)
                     continue;
-                const double reached =
-                    stepped == curves_.end() ? 0 : stepped->second.at(below->first)->flow; // no rows: no valve
+                const double from = std::max(below->first, lowest);
+                const double reached = stepped == curves_.end() ? 0 : *flowAt(stepped->second, from); // 0: no rows
                 if (reached >= above.flow)
                     continue;
                 ++count;
                 if (above.flow - reached > widest * above.flow) {
                     widest = (above.flow - reached) / above.flow;
                     line = above.line;
-                    where = "just above Pressure " + numberText(below->first) + ", " + cvText(chosen->first) +
+                    where = "just above Pressure " + numberText(from) + ", " + cvText(chosen->first) +
                             " is chosen for flows below " + numberText(above.flow) + lineText(above.line) +
                             (isStepped ? " and stepped to " + cvText(steppedTo) : " and not stepped up") +
                             ", which passes " + numberText(reached) + " there";
