@@ -20,17 +20,15 @@ const std::array<LargeTankTableSpec, 2> largeTankTableSpecs{{
     {"MetriclargeTank", choice::metric, "m3", smallTankCubicMeters, largestTankCubicMeters, 0.169, 0.1},
 }};
 
+const Rule notTooLarge{Severity::error, "the program reads the whole file at a click; a table has at most 20000 rows"};
+
 namespace
 {
-
-constexpr std::size_t mostRows = 20'000; // thirty times those of the shipped tables, read in a tenth of a second
 
 constexpr Rule unreadable{Severity::error, "cannot be read"};
 constexpr Rule oneWayToRead{Severity::error, "a text is read only when that can be done in exactly one way"};
 constexpr Rule headed{Severity::error, "the first row names the columns of the table, each once, capitals included"};
 constexpr Rule notEmpty{Severity::error, "a table has rows"};
-constexpr Rule notTooLarge{Severity::error,
-                           "the program reads the whole file at a click; a table has at most 20000 rows"};
 constexpr Rule rowFits{Severity::error, "a row has as many fields as the header"};
 constexpr Rule quotedRight{Severity::error, "a text with a quotation mark is written like \"1/2\"\"\""};
 constexpr Rule finiteNumber{Severity::error, "a number is finite, not negative, and written in digits"};

@@ -103,7 +103,7 @@ std::string cvText(float cv) // as a person writes it
 
 std::string lineText(std::size_t line)
 {
-    return " (line " + std::to_string(line) + ')';
+    return line > 0 ? " (line " + std::to_string(line) + ')' : " (filled)";
 }
 
 /// Whether the program finds the capacity of a Cv. It holds the Cv it selected at single precision and looks for the
@@ -141,7 +141,7 @@ double lastDigit(const Table<Row>& read, std::initializer_list<double Row::*> fl
     std::size_t most = 0;
     for (const Row& row : read.rows)
         for (const auto flow : flows) {
-            const std::string text = numberText(row.*flow);
+            const std::string text = row.line > 0 ? numberText(row.*flow) : "0"; // a filled row is not rounded
             most = std::max(most, text.size() - std::min(text.find('.'), text.size() - 1) - 1);
         }
     return std::pow(10, -static_cast<double>(most));
@@ -231,7 +231,7 @@ public:
 private:
     void report(const Rule& rule, std::size_t line, const std::string& found) const
     {
-        findings_.report(rule, read_.source, line, found);
+        findings_.report(rule, read_.source, line, line > 0 ? found : found + " (filled)");
     }
 
     std::string at(double pressure) const
@@ -612,9 +612,16 @@ void completeTable(const ValveTableSpec& table, Table<CapacityRow>& read, Findin
 {
     Curves curves;
     std::set<double> pressures;
-    for (const CapacityRow& row : read.rows) {
-        curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
-        pressures.insert(row.pressure);
+    for (const CapacityRow& row : read.rows)
+        if (isLookedUp(row.cv)) { // any other is refused later, and may have no single
+            curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
+            pressures.insert(row.pressure);
+        }
+    if (curves.size() * pressures.size() > mostRows) {
+        findings.report(notTooLarge, read.source, 0,
+                        std::to_string(curves.size()) + " Cvs at " + std::to_string(pressures.size()) + " pressures");
+        read.isWhole = false;
+        return;
     }
     std::vector<CapacityRow> added;
     for (const auto& [cv, curve] : curves) {
@@ -624,7 +631,7 @@ void completeTable(const ValveTableSpec& table, Table<CapacityRow>& read, Findin
             if (!flow || curve.contains(pressure))
                 continue;
             const CapacityRow& above = *curve.lower_bound(pressure)->second;
-            added.push_back({above.line, pressure, *flow, above.bodySize, above.cv});
+            added.push_back({0, pressure, *flow, above.bodySize, above.cv});
             ++count;
         }
         if (count > 0)

@@ -5,7 +5,8 @@
 class Findings;
 
 /// Fills the rows that a Cv lacks at pressures of other Cvs, on the straight line between its own rows, as the program
-/// itself does between rows; never beyond them. Says how many each Cv has got. `tables` has an entry for every table of
+/// itself does between rows; never beyond them. Says how many each Cv has got. A table that would become too large is
+/// reported and no longer whole. `tables` has an entry for every table of
 /// the program; one that could not be read whole is left as it is.
 void completeTables(CapacityTables& tables, Findings& findings);
 

@@ -232,6 +232,21 @@ TEST_F(BuildCapacities, StoresWhatTheTablesAre)
     EXPECT_TRUE(contents(database) == built);
 }
 
+TEST_F(BuildCapacities, RefusesATableTooLargeForTheProgram)
+{
+    std::string rows = "Pressure,flow,Bodysize,CV\n";
+    for (int i = 1; i <= 142; ++i) // 142 squared is 20,164
+        rows += std::to_string(i) + ',' + std::to_string(i) + ",a," + std::to_string(i) + '\n';
+    write(root / "in" / "psi_Pad.csv", rows);
+    expectRefused("filled", "--complete");
+    EXPECT_TRUE(reported("psi_Pad.csv: error", "142 Cvs at 142 pressures: the program reads")) << messages;
+    for (int i = 0; i < 20'000; ++i)
+        rows += "1,1,a,1\n";
+    write(root / "in" / "psi_Pad.csv", rows);
+    expectRefused("read");
+    EXPECT_TRUE(reported("psi_Pad.csv:20002: error", "at most 20000 rows")) << messages;
+}
+
 /// What is wrong with a data file of somebody else's is found.
 TEST_F(BuildCapacities, ChecksADataFile)
 {
