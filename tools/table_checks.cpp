@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <set>
@@ -115,19 +116,23 @@ bool isLookedUp(double cv)
     return selected > 0 && numbers.parse(numbers.general(selected)) == cv;
 }
 
-/// Inches of a body size such as 1/2", 1 1/2", 2" or DN 50 (about); nullopt for any other text.
-std::optional<double> inchesOf(const std::string& bodySize)
+/// Inches of a body size such as 1/2", 1 1/2", 1-1/2 in, 1½" or DN 50 (about); nullopt for any other text.
+std::optional<double> inchesOf(std::string bodySize)
 {
+    for (const auto& [written, plain] :
+         {std::pair{"½", " 1/2"}, {"¼", " 1/4"}, {"¾", " 3/4"}, {"-", " "}, {"in", "\""}})
+        for (std::size_t at = 0; (at = bodySize.find(written, at)) != std::string::npos;)
+            bodySize.replace(at, std::strlen(written), plain);
     double whole = 0;
     double over = 0;
     double under = 1;
     char mark = 0;
     const char* const text = bodySize.c_str();
-    if (std::sscanf(text, "%lf %lf/%lf%c", &whole, &over, &under, &mark) == 4 && mark == '"')
+    if (std::sscanf(text, "%lf %lf/%lf %c", &whole, &over, &under, &mark) == 4 && mark == '"')
         return whole + over / under;
-    if (std::sscanf(text, "%lf/%lf%c", &over, &under, &mark) == 3 && mark == '"')
+    if (std::sscanf(text, "%lf/%lf %c", &over, &under, &mark) == 3 && mark == '"')
         return over / under;
-    if (std::sscanf(text, "%lf%c", &whole, &mark) == 2 && mark == '"')
+    if (std::sscanf(text, "%lf %c", &whole, &mark) == 2 && mark == '"')
         return whole;
     if (std::sscanf(text, "DN%lf", &whole) == 1)
         return whole / 25;
