@@ -42,6 +42,8 @@ Exit status: 0 done, 1 refused or not written, 2 wrong arguments.
 constexpr Rule cannotBeWritten{Severity::error, "cannot be written"};
 constexpr Rule neverOverwritten{Severity::error, "a table that is there is not overwritten"};
 
+constexpr std::size_t mostOfLabel = 100; // bytes: one line of the screens and of the summary
+
 /// What a finished command says last.
 int close(Findings& findings, std::ostream& messages, const std::string& done, const std::string& notDone)
 {
@@ -49,6 +51,14 @@ int close(Findings& findings, std::ostream& messages, const std::string& done, c
     messages << "build_capacities: errors: " << findings.errors() << ", warnings: " << findings.warnings() << "; "
              << (findings.errors() == 0 ? done : notDone) << '\n';
     return findings.errors() == 0 ? 0 : 1;
+}
+
+int print(std::ostream& out, const char* text, std::ostream& messages)
+{
+    out << text << std::flush;
+    if (!out)
+        messages << "build_capacities: standard output cannot be written\n";
+    return out ? 0 : 1;
 }
 
 /// Writes a whole file; a failure is a finding.
@@ -115,10 +125,9 @@ std::string dateOfBuild()
 /// Throws std::invalid_argument for a text that is not to be shown.
 TablesLabel labelOf(const std::string& text)
 {
-    constexpr std::size_t mostBytes = 100; // one line of the screens and of the summary
     if (const char* const fault = textFault(text))
         throw std::invalid_argument(std::string("the label ") + fault);
-    if (text.size() > mostBytes)
+    if (text.size() > mostOfLabel)
         throw std::invalid_argument("the label is longer than 100 bytes");
     return {text, dateOfBuild()};
 }
@@ -148,7 +157,8 @@ int build(const BuildOptions& options, std::ostream& messages)
 /// "; " and which label the tables have.
 std::string labelText(const std::optional<TablesLabel>& label)
 {
-    return label ? "; its tables are labelled \"" + label->label + "\", " + label->date : "; its tables have no label";
+    return label ? "; its tables are labelled \"" + shown(label->label, mostOfLabel) + "\", " + shown(label->date)
+                 : "; its tables have no label";
 }
 
 int check(const std::string& file, std::ostream& messages)
@@ -190,7 +200,7 @@ int exportTables(const std::string& file, const fs::path& directory, std::ostrea
         forEachFile([&](const fs::path& path, const auto& table) { writeFile(path, csvText(table), findings); });
     std::string done = directory.string() + " holds the tables of " + file + labelText(tables.label);
     if (tables.label)
-        done += "; build with --label " + shellText(tables.label->label) + " to keep that";
+        done += "; build with --label " + shellText(shown(tables.label->label, mostOfLabel)) + " to keep that";
     return close(findings, messages, done, "not all is written");
 }
 
@@ -204,12 +214,10 @@ int buildCapacities(const std::vector<std::string>& arguments, std::ostream& out
         return option == wanted && arguments.size() == operands + (option.empty() ? 0 : 1);
     };
     if (isCommand("--help", 0)) {
-        out << usage;
-        return 0;
+        return print(out, usage, messages);
     }
     if (isCommand("--version", 0)) {
-        out << "build_capacities " SIZING_VERSION "\n";
-        return 0;
+        return print(out, "build_capacities " SIZING_VERSION "\n", messages);
     }
     if (isCommand("--check", 1))
         return check(arguments[1], messages);

@@ -100,7 +100,7 @@ private:
         if (!hasRows)
             report(notEmpty, headerLine, "there is none");
         if (!reader.lastLineHasEnd())
-            report(lastLine, csv.line, csv.fields.empty() ? "" : "the field \"" + csv.fields.back() + '"');
+            report(lastLine, csv.line, csv.fields.empty() ? "" : "the field \"" + shown(csv.fields.back()) + '"');
     }
 
     /// Finds the column that each field of the header names; columns without a name at its end are left out.
@@ -116,7 +116,7 @@ private:
             const bool known = column != columnsOf<Row>().end();
             const bool doubled = known && std::ranges::find(order_, &*column) != order_.end();
             if (!known)
-                report(headed, header.line, "unknown column \"" + name + '"');
+                report(headed, header.line, "unknown column \"" + shown(name) + '"');
             else if (doubled)
                 report(headed, header.line, "column " + name + " stands twice");
             order_.push_back(known && !doubled ? &*column : nullptr);
@@ -157,7 +157,7 @@ private:
 
     bool readField(std::string text, const char* column, double& value, std::size_t line)
     {
-        const std::string named = std::string(column) + " \"" + text + '"';
+        const std::string named = std::string(column) + " \"" + shown(text) + '"';
         if (format_.decimalMark != '.')
             std::ranges::replace(text, format_.decimalMark, '.');
         const auto [stop, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -179,6 +179,22 @@ private:
     CsvFormat format_;
     std::vector<const Column<Row>*> order_; ///< the column of each field, nullptr for one that should not be there
 };
+
+/// Whether nothing of a text would be seen.
+bool isBlank(std::string_view text)
+{
+    constexpr std::string_view blanks[] = {" ",      "\t",     "\r",     "\n",     "\u00A0", "\u1680",
+                                           "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005",
+                                           "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u200B",
+                                           "\u2028", "\u2029", "\u202F", "\u205F", "\u3000", "\uFEFF"};
+    while (!text.empty()) {
+        const auto blank = std::ranges::find_if(blanks, [&](std::string_view one) { return text.starts_with(one); });
+        if (blank == std::end(blanks))
+            return false;
+        text.remove_prefix(blank->size());
+    }
+    return true;
+}
 
 std::string fieldText(double value)
 {
@@ -219,16 +235,21 @@ bool checkValue(double value, const char* column, std::string_view file, std::si
     if (std::isfinite(value) && !std::signbit(value))
         return true;
     findings.report(finiteNumber, file, line,
-                    std::string(column) + ' ' + (std::isfinite(value) ? numberText(value) : "not finite"));
+                    std::string(column) + ' ' + (std::isfinite(value) ? shown(numberText(value)) : "not finite"));
     return false;
 }
 
 const char* textFault(std::string_view text)
 {
-    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos)
+    if (isBlank(text))
         return "is empty";
-    if (std::ranges::any_of(text, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }))
-        return "has a control character";
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const bool isFirstOfControl =
+            byte == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0;
+        if (byte < ' ' || byte == 0x7F || isFirstOfControl) // U+0080 to U+009F are C2 80 to C2 9F
+            return "has a control character";
+    }
     return isUtf8(text) ? nullptr : "is not UTF-8";
 }
 

@@ -88,13 +88,19 @@ std::string roughly(double value)
 {
     char text[32];
     std::snprintf(text, sizeof text, "%.4g", value);
-    return numberText(std::strtod(text, nullptr));
+    return shown(numberText(std::strtod(text, nullptr)));
 }
 
 /// By what factor one of two values above 0 is larger than the other.
 double factorBetween(double one, double other)
 {
     return std::max(one / other, other / one);
+}
+
+/// A number in a finding.
+std::string numeral(double value)
+{
+    return shown(numberText(value));
 }
 
 std::string cvText(float cv) // as a person writes it
@@ -241,16 +247,16 @@ private:
 
     std::string at(double pressure) const
     {
-        return " at Pressure " + numberText(pressure) + ' ' + std::string(table_.pressUnits);
+        return " at Pressure " + numeral(pressure) + ' ' + std::string(table_.pressUnits);
     }
 
     void checkRows()
     {
         for (const CapacityRow& row : read_.rows) {
             if (row.flow <= 0)
-                report(aboveZero, row.line, "flow " + numberText(row.flow));
+                report(aboveZero, row.line, "flow " + numeral(row.flow));
             if (!isLookedUp(row.cv)) {
-                report(canBeLookedUp, row.line, "CV " + numberText(row.cv));
+                report(canBeLookedUp, row.line, "CV " + numeral(row.cv));
                 continue;
             }
             const auto cv = static_cast<float>(row.cv);
@@ -277,7 +283,7 @@ private:
             std::size_t named = 0;
             for (auto other = all.begin(); named < std::min<std::size_t>(count, 5); ++other)
                 if (!curve.contains(other->first))
-                    missing += (++named > 1 ? ", " : "") + numberText(other->first) + lineText(other->second->line);
+                    missing += (++named > 1 ? ", " : "") + numeral(other->first) + lineText(other->second->line);
             if (count > named)
                 missing += " and " + std::to_string(count - named) + " more";
             report(samePressures, curve.begin()->second->line,
@@ -294,18 +300,16 @@ private:
         const std::string units = ' ' + std::string(table_.pressUnits);
         if (lowest->pressure > table_.highest || highest->pressure < table_.lowest) {
             report(rangeMet, lowest->line,
-                   "Pressure goes from " + numberText(lowest->pressure) + " to " + numberText(highest->pressure) +
-                       ", the range from " + numberText(table_.lowest) + " to " + numberText(table_.highest) + units);
+                   "Pressure goes from " + numeral(lowest->pressure) + " to " + numeral(highest->pressure) +
+                       ", the range from " + numeral(table_.lowest) + " to " + numeral(table_.highest) + units);
             return;
         }
         if (lowest->pressure > table_.lowest)
             report(rangeCovered, lowest->line,
-                   "Pressure begins at " + numberText(lowest->pressure) + ", above " + numberText(table_.lowest) +
-                       units);
+                   "Pressure begins at " + numeral(lowest->pressure) + ", above " + numeral(table_.lowest) + units);
         if (highest->pressure < table_.highest)
             report(rangeCovered, highest->line,
-                   "Pressure ends at " + numberText(highest->pressure) + ", below " + numberText(table_.highest) +
-                       units);
+                   "Pressure ends at " + numeral(highest->pressure) + ", below " + numeral(table_.highest) + units);
     }
 
     /// A scale that all tables have in common shows nowhere else.
@@ -327,7 +331,7 @@ private:
                     continue;
                 widest = factor;
                 line = row->line;
-                where = "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(cv) +
+                where = "flow " + numeral(row->flow) + at(pressure) + ", " + cvText(cv) +
                         ", where the equation gives about " + roughly(computed) + ", a factor of " + roughly(factor);
             }
         if (count > 0)
@@ -341,8 +345,9 @@ private:
         for (const auto& [pressure, row] : curve) {
             if (row->bodySize != curve.begin()->second->bodySize)
                 report(oneBodySize, row->line,
-                       "Bodysize " + row->bodySize + " of " + cvText(cv) + ", which is " +
-                           curve.begin()->second->bodySize + " elsewhere" + lineText(curve.begin()->second->line));
+                       "Bodysize " + shown(row->bodySize) + " of " + cvText(cv) + ", which is " +
+                           shown(curve.begin()->second->bodySize) + " elsewhere" +
+                           lineText(curve.begin()->second->line));
             if (before != nullptr) {
                 const Rule* const rule = row->flow < before->flow    ? &risesWithPressure
                                          : row->flow == before->flow ? &stepsWithPressure
@@ -351,8 +356,8 @@ private:
                                              : nullptr;
                 if (rule != nullptr)
                     report(*rule, row->line,
-                           "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(cv) + ", after " +
-                               numberText(before->flow) + at(before->pressure) + lineText(before->line));
+                           "flow " + numeral(row->flow) + at(pressure) + ", " + cvText(cv) + ", after " +
+                               numeral(before->flow) + at(before->pressure) + lineText(before->line));
             }
             before = row;
         }
@@ -364,8 +369,8 @@ private:
             const auto beside = smaller.second.find(pressure);
             if (beside != smaller.second.end() && row->flow <= beside->second->flow)
                 report(risesWithCv, row->line,
-                       "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(larger.first) + ", beside " +
-                           numberText(beside->second->flow) + " of " + cvText(smaller.first) +
+                       "flow " + numeral(row->flow) + at(pressure) + ", " + cvText(larger.first) + ", beside " +
+                           numeral(beside->second->flow) + " of " + cvText(smaller.first) +
                            lineText(beside->second->line));
         }
         const CapacityRow& small = *smaller.second.begin()->second;
@@ -374,8 +379,8 @@ private:
         const auto largeInches = inchesOf(large.bodySize);
         if (smallInches && largeInches && *largeInches < *smallInches)
             report(bodySizeGrows, large.line,
-                   "Bodysize " + large.bodySize + " of " + cvText(larger.first) + " after " + small.bodySize + " of " +
-                       cvText(smaller.first) + lineText(small.line));
+                   "Bodysize " + shown(large.bodySize) + " of " + cvText(larger.first) + " after " +
+                       shown(small.bodySize) + " of " + cvText(smaller.first) + lineText(small.line));
     }
 
     void checkSeries() const
@@ -431,10 +436,10 @@ private:
                 if (above.flow - reached > widest * above.flow) {
                     widest = (above.flow - reached) / above.flow;
                     line = above.line;
-                    where = "just above Pressure " + numberText(from) + ", " + cvText(chosen->first) +
-                            " is chosen for flows below " + numberText(above.flow) + lineText(above.line) +
+                    where = "just above Pressure " + numeral(from) + ", " + cvText(chosen->first) +
+                            " is chosen for flows below " + numeral(above.flow) + lineText(above.line) +
                             (isStepped ? " and stepped to " + cvText(steppedTo) : " and not stepped up") +
-                            ", which passes " + numberText(reached) + " there";
+                            ", which passes " + numeral(reached) + " there";
                 }
             }
         }
@@ -478,7 +483,7 @@ void compareUnits(const CheckedValves& checked, const CheckedValves& first, Find
     const auto [firstLowest, firstHighest] = endsOf(first.curves);
     if (lowest * pressureUnit > firstHighest || highest * pressureUnit < firstLowest)
         findings.report(pressuresMeet, checked.source, 0,
-                        "Pressure goes from " + numberText(lowest) + " to " + numberText(highest) + ' ' +
+                        "Pressure goes from " + numeral(lowest) + " to " + numeral(highest) + ' ' +
                             std::string(table.pressUnits) + ", in " + first.source + " from about " +
                             roughly(firstLowest / pressureUnit) + " to " + roughly(firstHighest / pressureUnit));
     for (const auto& [cv, curve] : checked.curves) {
@@ -489,7 +494,7 @@ void compareUnits(const CheckedValves& checked, const CheckedValves& first, Find
             const auto expected = flowAt(same->second, pressure * pressureUnit);
             if (expected && factorBetween(row->flow * flowUnit, *expected) > 2)
                 findings.report(unitsAgree, checked.source, row->line,
-                                "flow " + numberText(row->flow) + " at Pressure " + numberText(pressure) + ' ' +
+                                "flow " + numeral(row->flow) + " at Pressure " + numeral(pressure) + ' ' +
                                     std::string(table.pressUnits) + ", " + cvText(cv) + ", where " + first.source +
                                     " has about " + roughly(*expected / flowUnit) + " and the flow equation " +
                                     roughly(computedFlow(table, cv, pressure)));
@@ -506,7 +511,7 @@ double LargeTankRow::*flowOf(const Column<LargeTankRow>& column)
 
 std::string at(const LargeTankRow& row, const Column<LargeTankRow>& column)
 {
-    return std::string(column.name) + ' ' + numberText(row.*flowOf(column)) + " at TankVol " + numberText(row.tankVol);
+    return std::string(column.name) + ' ' + numeral(row.*flowOf(column)) + " at TankVol " + numeral(row.tankVol);
 }
 
 /// Checks each row of a large-tank table, and what lies between it and the one before.
@@ -519,11 +524,11 @@ void checkLargeTankRows(const Table<LargeTankRow>& read, Findings& findings)
     const LargeTankRow* before = nullptr;
     for (const LargeTankRow& row : read.rows) {
         if (before != nullptr && row.tankVol <= before->tankVol)
-            report(volumesAscend, row, "TankVol " + numberText(row.tankVol) + " after " + numberText(before->tankVol));
+            report(volumesAscend, row, "TankVol " + numeral(row.tankVol) + " after " + numeral(before->tankVol));
         for (const Column<LargeTankRow>& column : tankFlows) {
             const auto flow = flowOf(column);
             if (row.*flow <= 0)
-                report(aboveZero, row, std::string(column.name) + ' ' + numberText(row.*flow));
+                report(aboveZero, row, std::string(column.name) + ' ' + numeral(row.*flow));
             if (before == nullptr || row.tankVol <= before->tankVol)
                 continue;
             const Rule* const rule = row.*flow < before->*flow ? &risesWithVolume
@@ -531,12 +536,12 @@ void checkLargeTankRows(const Table<LargeTankRow>& read, Findings& findings)
                                          ? &growsEvenly
                                          : nullptr;
             if (rule != nullptr)
-                report(*rule, row, at(row, column) + ", after " + numberText(before->*flow) + lineText(before->line));
+                report(*rule, row, at(row, column) + ", after " + numeral(before->*flow) + lineText(before->line));
         }
         if (row.depadHfp > row.pad || row.depadHfp > row.depadLfp)
             report(highPointBreathesLess, row,
-                   "DepadHFP " + numberText(row.depadHfp) + " beside Pad " + numberText(row.pad) + " and DepadLFP " +
-                       numberText(row.depadLfp));
+                   "DepadHFP " + numeral(row.depadHfp) + " beside Pad " + numeral(row.pad) + " and DepadLFP " +
+                       numeral(row.depadLfp));
         before = &row;
     }
 }
@@ -549,12 +554,10 @@ void checkLargeTankEnds(const LargeTankTableSpec& table, const Table<LargeTankRo
     const auto [first, last] = std::pair(rows.begin()->second, rows.rbegin()->second);
     if (first->tankVol > table.lowest)
         findings.report(volumesCovered, read.source, first->line,
-                        "TankVol starts at " + numberText(first->tankVol) + ", above " + numberText(table.lowest) +
-                            units);
+                        "TankVol starts at " + numeral(first->tankVol) + ", above " + numeral(table.lowest) + units);
     if (last->tankVol < table.highest)
         findings.report(volumesCovered, read.source, last->line,
-                        "TankVol ends at " + numberText(last->tankVol) + ", below " + numberText(table.highest) +
-                            units);
+                        "TankVol ends at " + numeral(last->tankVol) + ", below " + numeral(table.highest) + units);
     for (const Column<LargeTankRow>& column : tankFlows) {
         const auto flow = valueAt(rows, table.lowest, flowOf(column));
         const double formula =
@@ -563,8 +566,8 @@ void checkLargeTankEnds(const LargeTankTableSpec& table, const Table<LargeTankRo
         if (factor > 1.1)
             findings.report(factor > 2 ? goesOn : goesOnClosely, read.source,
                             rows.lower_bound(table.lowest)->second->line,
-                            std::string(column.name) + ' ' + roughly(*flow) + " at TankVol " +
-                                numberText(table.lowest) + units + ", where the formula gives " + roughly(formula));
+                            std::string(column.name) + ' ' + roughly(*flow) + " at TankVol " + numeral(table.lowest) +
+                                units + ", where the formula gives " + roughly(formula));
     }
 }
 

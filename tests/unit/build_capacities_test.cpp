@@ -290,6 +290,8 @@ TEST_F(BuildCapacities, IsCalledInOneOfItsWays)
     EXPECT_EQ(command({(root / "in").string(), "--label", "a", database.string()}), 2);
     EXPECT_EQ(command({(root / "in").string(), "--complete"}), 2);
     EXPECT_EQ(command({"--help"}), 0);
+    std::ostream full(nullptr);
+    EXPECT_EQ(buildCapacities({"--help"}, full, full), 1);
     EXPECT_EQ(command({"--version"}), 0);
     EXPECT_EQ(messages, "build_capacities " SIZING_VERSION "\n");
 }
