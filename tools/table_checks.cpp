@@ -484,7 +484,7 @@ void compareUnits(const CheckedValves& checked, const CheckedValves& first, Find
     if (lowest * pressureUnit > firstHighest || highest * pressureUnit < firstLowest)
         findings.report(pressuresMeet, checked.source, 0,
                         "Pressure goes from " + numeral(lowest) + " to " + numeral(highest) + ' ' +
-                            std::string(table.pressUnits) + ", in " + first.source + " from about " +
+                            std::string(table.pressUnits) + ", in " + std::string(first.table.name) + " from about " +
                             roughly(firstLowest / pressureUnit) + " to " + roughly(firstHighest / pressureUnit));
     for (const auto& [cv, curve] : checked.curves) {
         const auto same = first.curves.find(cv);
@@ -495,9 +495,9 @@ void compareUnits(const CheckedValves& checked, const CheckedValves& first, Find
             if (expected && factorBetween(row->flow * flowUnit, *expected) > 2)
                 findings.report(unitsAgree, checked.source, row->line,
                                 "flow " + numeral(row->flow) + " at Pressure " + numeral(pressure) + ' ' +
-                                    std::string(table.pressUnits) + ", " + cvText(cv) + ", where " + first.source +
-                                    " has about " + roughly(*expected / flowUnit) + " and the flow equation " +
-                                    roughly(computedFlow(table, cv, pressure)));
+                                    std::string(table.pressUnits) + ", " + cvText(cv) + ", where " +
+                                    std::string(first.table.name) + " has about " + roughly(*expected / flowUnit) +
+                                    " and the flow equation " + roughly(computedFlow(table, cv, pressure)));
         }
     }
 }
@@ -590,7 +590,7 @@ void compareLargeTanks(const CheckedTanks& checked, const CheckedTanks& other, F
             const double factor = expected ? factorBetween(row->*flowOf(column) * flowUnit, *expected) : 1;
             if (factor > 1.1)
                 findings.report(factor > 2 ? unitsAgree : volumesAgree, checked.source, row->line,
-                                at(*row, column) + ", where " + other.source + " has about " +
+                                at(*row, column) + ", where " + std::string(other.table.name) + " has about " +
                                     roughly(*expected / flowUnit));
         }
 }

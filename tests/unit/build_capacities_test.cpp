@@ -258,7 +258,7 @@ TEST_F(BuildCapacities, ChecksADataFile)
         const char* place;
         const char* words;
     } cases[] = {
-        {"", 0, "Checksum: warning", "--export"},
+        {"", 0, "warning", "no table Checksum"},
         {"DROP INDEX \"psi_Pad.Index\"", 1, "psi_Pad: error", "no such index: psi_Pad.Index"},
         {"DROP TABLE mbar_Depad", 1, "mbar_Depad: error", "no table mbar_Depad"},
         {"ALTER TABLE kpa_Pad RENAME COLUMN CV TO Kv", 1, "kpa_Pad: error", "CV"},
@@ -267,6 +267,12 @@ TEST_F(BuildCapacities, ChecksADataFile)
         {"UPDATE psi_Pad SET Pressure = 'x' WHERE rowid = 6", 1, "psi_Pad:6: error", "Pressure is stored as text"},
         {"UPDATE psi_Pad SET Bodysize = x'00' WHERE rowid = 7", 1, "psi_Pad:7: error", "Bodysize is stored as blob"},
         {"UPDATE psi_Pad SET flow = 9 WHERE rowid = 320", 1, "psi_Pad:320: error", "a flow rises with the Cv"},
+        {"UPDATE psi_Pad SET Bodysize = '1' || char(0) WHERE rowid = 8", 1, "psi_Pad:8: error",
+         "Bodysize has a control"},
+        {"INSERT INTO psi_Pad WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) SELECT 1, 1, 'a', "
+         "1 "
+         "FROM n",
+         1, "psi_Pad: error", "there are 20320: the program reads the whole file"},
         {"DROP TABLE kpa_Pad; CREATE VIEW kpa_Pad AS SELECT * FROM psi_Pad", 1, "kpa_Pad: error", "no plain table"},
     };
     ASSERT_EQ(build(), 0) << messages;
@@ -275,11 +281,16 @@ TEST_F(BuildCapacities, ChecksADataFile)
         write(database, built);
         EXPECT_EQ(run(std::string(noChecksum) + sql), "") << sql;
         EXPECT_EQ(command({"--check", database.string()}), status) << sql << '\n' << messages;
-        EXPECT_TRUE(reported(place, words)) << sql << '\n' << messages;
+        EXPECT_TRUE(reported(database.string() + ": " + place, words)) << sql << '\n' << messages;
     }
     write(database, built.substr(0, built.size() - 4096));
     EXPECT_EQ(command({"--check", database.string()}), 1);
+    EXPECT_TRUE(reported(database.string() + ": error", "malformed: the program cannot")) << messages;
     EXPECT_TRUE(reported("build_capacities", "errors: 1, warnings: 0;")) << messages;
+    for (const auto& [file, words] : {std::pair{root / "absent", "No such file"}, {root / "out", "Is a directory"}}) {
+        EXPECT_EQ(command({"--check", file.string()}), 1);
+        EXPECT_TRUE(reported(file.string() + ": error", words)) << messages;
+    }
 }
 
 TEST_F(BuildCapacities, IsCalledInOneOfItsWays)
