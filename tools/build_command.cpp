@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <ostream>
 #include <stdexcept>
@@ -40,6 +41,7 @@ Exit status: 0 done, 1 refused or not written, 2 wrong arguments.
 )";
 
 constexpr Rule cannotBeWritten{Severity::error, "cannot be written"};
+constexpr Rule onlyDataFiles{Severity::error, "only a data file is replaced"};
 constexpr Rule neverOverwritten{Severity::error, "a table that is there is not overwritten"};
 
 constexpr std::size_t mostOfLabel = 100; // bytes: one line of the screens and of the summary
@@ -61,15 +63,31 @@ int print(std::ostream& out, const char* text, std::ostream& messages)
     return out ? 0 : 1;
 }
 
-/// Writes a whole file; a failure is a finding.
-void writeFile(const fs::path& file, const std::string& bytes, Findings& findings)
+/// Whether a built file may take the place of what is there: a data file, or an empty one. A slip in the operands must
+/// not cost somebody his tables. What is no file at all is left to the writing.
+bool isReplaceable(const fs::path& file)
+{
+    constexpr std::string_view beginning("SQLite format 3\0", 16);
+    std::error_code ignored;
+    if (!fs::is_regular_file(file, ignored))
+        return true;
+    std::string found(beginning.size(), ' ');
+    std::ifstream in(file, std::ios::binary);
+    in.read(found.data(), static_cast<std::streamsize>(found.size()));
+    return in.is_open() && (in.gcount() == 0 || found == beginning);
+}
+
+/// Writes a whole file and gives whether it did; a failure is a finding.
+bool writeFile(const fs::path& file, const std::string& bytes, Findings& findings)
 {
     try {
         ReplacementFile replacement(file);
         replacement.write(bytes);
         replacement.putInPlace();
+        return true;
     } catch (const std::runtime_error& failure) {
         findings.report(cannotBeWritten, file.string(), 0, failure.what());
+        return false;
     }
 }
 
@@ -144,6 +162,8 @@ int build(const BuildOptions& options, std::ostream& messages)
         return 2;
     }
     Findings findings(messages);
+    if (!isReplaceable(file))
+        findings.report(onlyDataFiles, file, 0, "a file of another kind is there");
     CapacityTables tables = readCapacityTables(options.operands[0], findings);
     tables.label = label;
     if (options.complete)
@@ -196,12 +216,18 @@ int exportTables(const std::string& file, const fs::path& directory, std::ostrea
     std::error_code failure;
     if (findings.errors() == 0 && !fs::create_directories(directory, failure) && failure)
         findings.report(cannotBeWritten, directory.string(), 0, failure.message());
-    if (findings.errors() == 0)
-        forEachFile([&](const fs::path& path, const auto& table) { writeFile(path, csvText(table), findings); });
+    std::vector<fs::path> written;
+    forEachFile([&](const fs::path& path, const auto& table) {
+        if (findings.errors() == 0 && writeFile(path, csvText(table), findings))
+            written.push_back(path);
+    });
+    if (findings.errors() > 0) // what is left would be in the way of the next attempt
+        for (const fs::path& path : written)
+            fs::remove(path, failure);
     std::string done = directory.string() + " holds the tables of " + file + labelText(tables.label);
     if (tables.label)
         done += "; build with --label " + shellText(shown(tables.label->label, mostOfLabel)) + " to keep that";
-    return close(findings, messages, done, "not all is written");
+    return close(findings, messages, done, "nothing is written");
 }
 
 } // namespace

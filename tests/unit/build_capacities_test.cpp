@@ -26,7 +26,7 @@ protected:
     {
         fs::create_directory(root / "out");
         fs::copy(SIZING_DATA_DIR, root / "in");
-        write(database, "the file of before");
+        write(database, before);
     }
 
     static std::string contents(const fs::path& file)
@@ -66,7 +66,7 @@ protected:
     void expectRefused(const std::string& where, const std::string& option = "")
     {
         EXPECT_EQ(build(option), 1) << where << '\n' << messages;
-        EXPECT_EQ(contents(database), "the file of before") << where;
+        EXPECT_EQ(contents(database), before) << where;
         EXPECT_EQ(filesBesideOutput(), 1) << where;
     }
 
@@ -98,6 +98,7 @@ protected:
 
     const TemporaryDirectory temporary;
     const fs::path& root = temporary.path;
+    const std::string before = {"SQLite format 3\0the file of before", 34};
     fs::path database = root / "out" / "capacities.mdb";
     std::string messages;
 };
@@ -130,7 +131,7 @@ TEST_F(BuildCapacities, FindsWhatTheCaseFileSays)
 {
     ASSERT_EQ(build(), 0) << messages;
     const std::string shippedBytes = contents(database);
-    write(database, "the file of before");
+    write(database, before);
     for (const Case& row : readCases("wrong_tables.csv")) {
         const fs::path file = root / "in" / row["Case"];
         const std::string shipped = contents(file);
@@ -144,7 +145,7 @@ TEST_F(BuildCapacities, FindsWhatTheCaseFileSays)
         } else {
             EXPECT_EQ(build(row["Option"]), 0) << row.where() << '\n' << messages;
             EXPECT_EQ(contents(database) == shippedBytes, row["Outcome"] == "same") << row.where();
-            write(database, "the file of before");
+            write(database, before);
         }
         EXPECT_TRUE(reported(row["Finding"], row["Words"])) << row.where() << '\n' << messages.substr(0, 2000);
         fs::remove(file);
@@ -154,15 +155,29 @@ TEST_F(BuildCapacities, FindsWhatTheCaseFileSays)
 
 TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
 {
-    rlimit before;
-    getrlimit(RLIMIT_FSIZE, &before);
+    ASSERT_EQ(build(), 0) << messages;
+    fs::copy_file(database, root / "built.mdb");
+    write(database, before);
+    rlimit limitBefore;
+    getrlimit(RLIMIT_FSIZE, &limitBefore);
     const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small{20'000, before.rlim_max}; // as a full disk
+    const rlimit small{12'500, limitBefore.rlim_max}; // as a full disk
     setrlimit(RLIMIT_FSIZE, &small);
     expectRefused("");
-    setrlimit(RLIMIT_FSIZE, &before);
+    const std::string whenBuilt = messages;
+    const int exported = command({"--export", (root / "built.mdb").string(), (root / "csv").string()});
+    setrlimit(RLIMIT_FSIZE, &limitBefore);
     std::signal(SIGXFSZ, signalBefore);
+    EXPECT_EQ(exported, 1);
+    EXPECT_TRUE(reported((root / "csv" / "psi_Depad.csv").string() + ": error", "File too large")) << messages;
+    EXPECT_TRUE(fs::is_empty(root / "csv")) << "what was written would be in the way";
+    messages = whenBuilt;
     EXPECT_TRUE(reported(database.string() + ": error", "File too large: cannot be written")) << messages;
+
+    write(database, "Pressure,flow,Bodysize,CV\n");
+    EXPECT_EQ(build(), 1);
+    EXPECT_TRUE(reported(database.string() + ": error", "only a data file is replaced")) << messages;
+    EXPECT_EQ(contents(database), "Pressure,flow,Bodysize,CV\n");
 
     for (const auto& [file, words] :
          {std::pair{root / "absent" / "capacities.mdb", "No such file or directory"}, {root / "out", "directory"}}) {
@@ -170,7 +185,7 @@ TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
         EXPECT_EQ(build(), 1);
         EXPECT_TRUE(reported(database.string() + ": error", words)) << messages;
     }
-    EXPECT_EQ(std::distance(fs::directory_iterator(root), {}), 2) << "a temporary file is left";
+    EXPECT_EQ(std::distance(fs::directory_iterator(root), {}), 4) << "a temporary file is left";
 }
 
 TEST_F(BuildCapacities, TakesThePlaceOfTheFileThatWasThere)
@@ -180,16 +195,16 @@ TEST_F(BuildCapacities, TakesThePlaceOfTheFileThatWasThere)
     fs::create_symlink("real.mdb", database);
     fs::permissions(real, fs::perms(0640));
     write(root / "out" / "real.mdb.new-killed", "what a killed run has left");
-    const mode_t before = umask(077);
+    const mode_t maskBefore = umask(077);
     EXPECT_EQ(build(), 0) << messages;
     EXPECT_EQ(filesBesideOutput(), 2);
     EXPECT_TRUE(fs::is_symlink(database));
     EXPECT_EQ(fs::status(real).permissions(), fs::perms(0640));
-    EXPECT_NE(contents(real), "the file of before");
+    EXPECT_NE(contents(real), before);
     fs::remove(real);
     EXPECT_EQ(build(), 0) << messages;
     EXPECT_EQ(fs::status(real).permissions(), fs::perms(0644));
-    umask(before);
+    umask(maskBefore);
 }
 
 TEST_F(BuildCapacities, GoesBothWays)
