@@ -1,13 +1,17 @@
 #!/usr/bin/env python3
-"""Writes the nominal capacity tables and the large-tank venting tables as CSV files beside this script.
+"""Writes the nominal capacity tables and the large-tank venting tables as CSV files beside this script, or into the
+directory that is named.
 
 The figures, their origin and their rounding are described in README.md. Only needed to regenerate the files.
 """
 
 import csv
 import math
+import sys
 from decimal import Decimal
 from pathlib import Path
+
+DIRECTORY = Path(sys.argv[1] if len(sys.argv) > 1 else Path(__file__).resolve().parent)
 
 # Compressible flow through a valve, ANSI/ISA-75.01.01 (IEC 60534-2-1), US units.
 N7 = 1360  # SCFH per Cv with psia and degR; standard cubic feet at 60 degF and 14.696 psia
@@ -93,8 +97,7 @@ def four_digits(value):
 
 
 def write(name, header, rows):
-    path = Path(__file__).resolve().parent / f"{name}.csv"
-    with open(path, "w", encoding="utf-8", newline="") as file:
+    with open(DIRECTORY / f"{name}.csv", "w", encoding="utf-8", newline="") as file:
         writer = csv.writer(file, lineterminator="\n")
         writer.writerow(header)
         writer.writerows(rows)

@@ -39,6 +39,6 @@ endforeach()
 # The list program finds the data file through its link.
 execute_process(COMMAND ${ROOT}/bin/size_valves --quiet -o ${ROOT}/sized.csv ${ROOT}/share/doc/blanketing-valve-sizing/examples/tanks.csv
                 RESULT_VARIABLE status ERROR_VARIABLE errors)
-if(NOT status EQUAL 1 OR errors) # one tank of the example is refused
+if(NOT status MATCHES "^[01]$" OR errors) # on the shipped tables, one tank of the example is refused
     message(SEND_ERROR "size_valves: exit status ${status}: ${errors}")
 endif()

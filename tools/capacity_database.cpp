@@ -4,21 +4,36 @@
 #include "base/number_text.h"
 #include "capacity/capacity_store.h"
 #include "capacity/file_check.h"
+#include "capacity/read_only_vfs.h"
 #include "findings.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <memory>
+#include <set>
 #include <stdexcept>
 
 namespace
 {
 
+constexpr Rule canBeOpened{Severity::error, "cannot be read"};
 constexpr Rule canBeRead{Severity::error, "the program cannot read it"};
 constexpr Rule storedRight{Severity::error, "numbers are stored as numbers, body sizes as text"};
 constexpr Rule notEmpty{Severity::error, "a table has rows"};
 constexpr Rule hasChecksum{Severity::warning,
                            "the program cannot notice when the figures are damaged; --export and build"};
+
+/// What the program says only to itself.
+std::string reasonOf(const SilentFailure& failure)
+{
+    return std::strcmp(failure.what(), sqlite3_errstr(SQLITE_INTERRUPT)) == 0 ? "it takes longer than 2 s"
+                                                                              : failure.what();
+}
 
 struct CloseConnection
 {
@@ -53,6 +68,13 @@ void bind(sqlite3_stmt* statement, int parameter, const std::string& value)
     sqlite3_bind_text(statement, parameter, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
 }
 
+Statement prepare(const Connection& connection, const std::string& sql)
+{
+    sqlite3_stmt* prepared = nullptr;
+    require(sqlite3_prepare_v2(connection.get(), sql.c_str(), -1, &prepared, nullptr) == SQLITE_OK, connection);
+    return Statement(prepared);
+}
+
 /// Fills the table `name`, whose columns stand in the order of `columnsOf`.
 template <typename Row>
 void insertRows(const Connection& connection, const std::string& name, const std::vector<Row>& rows)
@@ -60,9 +82,8 @@ void insertRows(const Connection& connection, const std::string& name, const std
     std::string sql = "INSERT INTO \"" + name + "\" VALUES (?";
     for (std::size_t i = 1; i < columnsOf<Row>().size(); ++i)
         sql += ", ?";
-    sqlite3_stmt* prepared = nullptr;
-    require(sqlite3_prepare_v2(connection.get(), (sql + ")").c_str(), -1, &prepared, nullptr) == SQLITE_OK, connection);
-    const Statement statement(prepared);
+    const Statement statement = prepare(connection, sql + ")");
+    sqlite3_stmt* const prepared = statement.get();
     for (const Row& row : rows) {
         int parameter = 0;
         for (const Column<Row>& column : columnsOf<Row>()) {
@@ -74,14 +95,80 @@ void insertRows(const Connection& connection, const std::string& name, const std
     }
 }
 
+void insertLabel(const Connection& connection, const TablesLabel& label)
+{
+    run(connection, "CREATE TABLE Label (label TEXT, date TEXT)");
+    const Statement statement = prepare(connection, "INSERT INTO Label VALUES (?, ?)");
+    bind(statement.get(), 1, label.label);
+    bind(statement.get(), 2, label.date);
+    require(sqlite3_step(statement.get()) == SQLITE_DONE, connection);
+}
+
+/// Why the operating system does not let a file be read; "" when it does.
+std::string systemReason(const std::filesystem::path& file)
+{
+    struct stat status = {};
+    if (stat(file.c_str(), &status) != 0)
+        return std::strerror(errno);
+    if (!S_ISREG(status.st_mode))
+        return S_ISDIR(status.st_mode) ? std::strerror(EISDIR) : "not a regular file";
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return std::strerror(errno);
+    close(descriptor);
+    return "";
+}
+
+/// Reports the tables with too many rows and gives their names. The program's own way of reading would not get through
+/// such a file in its time. What cannot be counted is left to that.
+std::set<std::string> findTooLarge(const std::filesystem::path& file, const CapacityTables& tables, Findings& findings)
+{
+    std::set<std::string> tooLarge;
+    sqlite3* opened = nullptr;
+    const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, readOnlyVfs());
+    const Connection connection(opened);
+    if (result != SQLITE_OK)
+        return tooLarge;
+    sqlite3_db_config(opened, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr); // one could take for ever
+    const auto count = [&](const std::string& name, const std::string& source) {
+        sqlite3_stmt* prepared = nullptr;
+        sqlite3_prepare_v2(opened, ("SELECT count(*) FROM " + name).c_str(), -1, &prepared, nullptr);
+        const Statement statement(prepared);
+        const auto rows = sqlite3_step(prepared) == SQLITE_ROW ? sqlite3_column_int64(prepared, 0) : 0;
+        if (rows <= static_cast<sqlite3_int64>(mostRows))
+            return;
+        findings.report(notTooLarge, source, 0, "there are " + std::to_string(rows));
+        tooLarge.insert(name);
+    };
+    for (const auto& [name, table] : tables.valves)
+        count(name, table.source);
+    for (const auto& [name, table] : tables.largeTanks)
+        count(name, table.source);
+    return tooLarge;
+}
+
+/// Whether the program can read the file at all; what keeps it from that, or a missing checksum, is reported.
+bool isReadable(CapacityStore& store, const std::filesystem::path& file, Findings& findings)
+{
+    try {
+        store.query("SELECT value FROM Checksum", {});
+    } catch (const SilentFailure& failure) {
+        const bool isWhole = store.hasReadOneFile();
+        findings.report(isWhole ? hasChecksum : canBeRead, file.string(), 0, reasonOf(failure));
+        return isWhole;
+    }
+    return true;
+}
+
 /// Reads one table of a data file through the program's own store.
 template <typename Row>
 class StoredTable
 {
 public:
-    StoredTable(CapacityStore& store, const std::string& name, Findings& findings) : store_(store), findings_(findings)
+    StoredTable(CapacityStore& store, std::string name, const std::string& source, Findings& findings)
+        : store_(store), name_(std::move(name)), findings_(findings)
     {
-        table_.file = name;
+        table_.source = source;
         table_.isWhole = true;
     }
 
@@ -93,6 +180,8 @@ public:
     }
 
 private:
+    // Beside each value, its type and whether it holds a NUL, where the reading of a text ends.
+    static std::string nulColumn(const char* column) { return std::string("NUL in ") + column; }
     static std::string typeColumn(const char* column) { return std::string("type of ") + column; }
 
     void readRows()
@@ -100,16 +189,17 @@ private:
         std::string sql = "SELECT *";
         Columns walked;
         for (const Column<Row>& column : columnsOf<Row>()) {
-            sql += std::string(", typeof(") + column.name + ") AS \"" + typeColumn(column.name) + '"';
+            sql += std::string(", typeof(") + column.name + ") AS \"" + typeColumn(column.name) + "\", instr(" +
+                   column.name + ", char(0)) AS \"" + nulColumn(column.name) + '"';
             walked.push_back(column.name);
         }
         if constexpr (std::is_same_v<Row, CapacityRow>)
-            store_.table(table_.file, walked); // in the order of its index, which must be there
-        CapacityRows rows = store_.query(sql + " FROM " + table_.file, {});
+            store_.table(name_, walked); // in the order of its index, which must be there
+        CapacityRows rows = store_.query(sql + " FROM " + name_, {});
         for (std::size_t line = 1; !rows.atEnd(); rows.next(), ++line)
             readRow(rows, line);
         if (table_.isWhole && table_.rows.empty())
-            findings_.report(notEmpty, table_.file, 0, "there is none");
+            findings_.report(notEmpty, table_.source, 0, "there is none");
     }
 
     void readRow(const CapacityRows& stored, std::size_t line)
@@ -131,7 +221,7 @@ private:
         const std::string type = stored.text(typeColumn(column).c_str());
         if (asNumber ? type == "real" || type == "integer" : type == "text")
             return true;
-        findings_.report(storedRight, table_.file, line, std::string(column) + " is stored as " + type);
+        findings_.report(storedRight, table_.source, line, std::string(column) + " is stored as " + type);
         return false;
     }
 
@@ -140,7 +230,7 @@ private:
         if (!isStored(stored, column, true, line))
             return false;
         value = stored.number(column);
-        return checkValue(value, column, table_.file, line, findings_);
+        return checkValue(value, column, table_.source, line, findings_);
     }
 
     bool readValue(const CapacityRows& stored, const char* column, std::string& value, std::size_t line)
@@ -148,10 +238,13 @@ private:
         if (!isStored(stored, column, false, line))
             return false;
         value = stored.text(column);
-        return checkValue(value, column, table_.file, line, findings_);
+        if (stored.number(nulColumn(column).c_str()) > 0)
+            value += '\0'; // a control character like others
+        return checkValue(value, column, table_.source, line, findings_);
     }
 
     CapacityStore& store_;
+    std::string name_;
     Findings& findings_;
     Table<Row> table_;
 };
@@ -176,6 +269,8 @@ std::string databaseBytes(const CapacityTables& tables)
                             "\" (TankVol REAL PRIMARY KEY, Pad REAL, DepadHFP REAL, DepadLFP REAL) WITHOUT ROWID");
         insertRows(connection, name, table.rows);
     }
+    if (tables.label)
+        insertLabel(connection, *tables.label);
     run(connection, "COMMIT");
     writeChecksum(connection.get()); // the program notices any change of the figures
     sqlite3_int64 size = 0;
@@ -188,32 +283,35 @@ std::string databaseBytes(const CapacityTables& tables)
 
 CapacityTables readDatabase(const std::filesystem::path& file, Findings& findings)
 {
+    CapacityTables tables;
+    const auto sourceOf = [&](std::string_view table) { return file.string() + ": " + std::string(table); };
+    for (const ValveTableSpec& table : valveTableSpecs())
+        tables.valves[std::string(table.name)].source = sourceOf(table.name);
+    for (const LargeTankTableSpec& table : largeTankTableSpecs)
+        tables.largeTanks[std::string(table.name)].source = sourceOf(table.name);
+    if (const std::string reason = systemReason(file); !reason.empty()) {
+        findings.report(canBeOpened, file.string(), 0, reason);
+        return tables;
+    }
+    const std::set<std::string> tooLarge = findTooLarge(file, tables, findings);
     const NumberText numbers;
     CapacityStore store(file.string(), numbers);
-    CapacityTables tables;
-    std::string lastReason;
-    const auto read = [&]<typename Row>(std::map<std::string, Table<Row>>& into, std::string_view name) {
+    if (!isReadable(store, file, findings))
+        return tables;
+    const auto read = [&]<typename Row>(const std::string& name, Table<Row>& table) {
+        if (tooLarge.contains(name))
+            return;
         store.beginClick(); // one table that cannot be read says nothing of the next
-        Table<Row>& table = into[std::string(name)];
-        table.file = name;
         try {
-            table = StoredTable<Row>(store, table.file, findings).read();
+            table = StoredTable<Row>(store, name, table.source, findings).read();
         } catch (const SilentFailure& failure) {
-            if (failure.what() != lastReason) // of the whole file, it is said once
-                findings.report(canBeRead, name, 0, failure.what());
-            lastReason = failure.what();
+            findings.report(canBeRead, table.source, 0, reasonOf(failure));
         }
     };
-    for (const ValveTable& table : valveTables())
-        read(tables.valves, table.name);
-    for (const LargeTankTable& table : largeTankTables)
-        read(tables.largeTanks, table.name);
-    store.beginClick();
-    try {
-        store.query("SELECT value FROM Checksum", {});
-    } catch (const SilentFailure& failure) {
-        if (failure.what() != lastReason)
-            findings.report(hasChecksum, "Checksum", 0, failure.what());
-    }
+    for (auto& [name, table] : tables.valves)
+        read(name, table);
+    for (auto& [name, table] : tables.largeTanks)
+        read(name, table);
+    tables.label = tablesLabel(store);
     return tables;
 }

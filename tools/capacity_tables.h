@@ -1,9 +1,12 @@
 #pragma once
 
+#include "capacity/tables_label.h"
+
 #include <array>
 #include <cstddef>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,17 +16,21 @@
 class Findings;
 struct Rule;
 
+/// What the program reads in a tenth of a second; thirty times the rows of the shipped tables.
+inline constexpr std::size_t mostRows = 20'000;
+extern const Rule notTooLarge;
+
 /// Capacity of one valve at one pressure, in the units of its table.
 struct CapacityRow
 {
-    std::size_t line = 0; ///< where it stands in its file
+    std::size_t line = 0; ///< where it stands in its file; 0: it was filled
     double pressure = 0;
     double flow = 0;
     std::string bodySize;
     double cv = 0;
 };
 
-/// Thermal venting flows of one large tank.
+/// Thermal venting flows of one large tank: volume in gallons and flows in SCFH, or m3 and Nm3/h.
 struct LargeTankRow
 {
     std::size_t line = 0; ///< where it stands in its file
@@ -69,50 +76,57 @@ constexpr std::span<const Column<Row>> columnsOf()
 template <typename Row>
 struct Table
 {
-    std::string file;      ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
+    std::string source;    ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
     std::vector<Row> rows; ///< in the order they were read in
     bool isWhole = false;  ///< everything there was could be read
 };
 
-/// All tables by name.
+/// All tables by name, and what they are, where that is said.
 struct CapacityTables
 {
     std::map<std::string, Table<CapacityRow>> valves;
     std::map<std::string, Table<LargeTankRow>> largeTanks;
+    std::optional<TablesLabel> label;
 };
 
 /// A valve table of the program and what it is used for.
-struct ValveTable
+struct ValveTableSpec
 {
     std::string_view name;
     std::string_view valveType;
     std::string_view unitSystem;
     std::string_view pressUnits;
     std::span<const float> cvSeries;
-    double lowest; ///< pressure that any model lets a user enter
+    double lowest; ///< pressure that any model lets a user enter, in `pressUnits`
     double highest;
 };
 
-/// The valve tables; the first of a valve type comes first.
-std::vector<ValveTable> valveTables();
+/// The valve tables in the order of `offers`. The others of a valve type are compared with its first.
+std::vector<ValveTableSpec> valveTableSpecs();
 
 /// A large-tank table and the volumes, in `volUnits`, that are looked up in it rather than computed.
-struct LargeTankTable
+struct LargeTankTableSpec
 {
     std::string_view name;
     std::string_view unitSystem;
     const char* volUnits;
-    double lowest;
+    double lowest; ///< the small tanks end here
     double highest;
+    double thermal;     ///< flow per volume of small tanks, in the units of the table: in `Pad` and `DepadLFP`
+    double thermalHigh; ///< in `DepadHFP`
 };
 
-extern const std::array<LargeTankTable, 2> largeTankTables;
+extern const std::array<LargeTankTableSpec, 2> largeTankTableSpecs;
 
 /// Shortest text that reads back as `value`, without an exponent.
 std::string numberText(double value);
 
+/// What keeps a text from being plain: "is empty" (or blank), "has a control character", "is not UTF-8"; nullptr for a
+/// plain one.
+const char* textFault(std::string_view text);
+
 /// Whether a value is one that a table may hold; else it is reported and stands for nothing. Numbers are finite and not
-/// negative; a text is not blank, UTF-8, and has no control characters.
+/// negative; a text is plain.
 bool checkValue(double value, const char* column, std::string_view file, std::size_t line, Findings& findings);
 bool checkValue(const std::string& value, const char* column, std::string_view file, std::size_t line,
                 Findings& findings);

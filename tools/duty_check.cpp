@@ -5,6 +5,7 @@
 // beside it, on the same rows, which valves pass them. Exit status 1 when program and rows differ, 2 when that could
 // not be found out.
 
+#include "base/gases.h"
 #include "capacity/capacity_store.h"
 #include "fresh_sizing.h"
 
@@ -19,6 +20,8 @@
 namespace
 {
 
+// Reading and interpolation are written anew, here and not with those of `build_capacities`, which says beforehand
+// which duties go wrong: a fault in one of the two is not repeated in the other.
 using Curve = std::map<double, double>; // flow by pressure
 using Curves = std::map<float, Curve>;
 
@@ -26,15 +29,17 @@ Curves readCurves(const std::string& file, const std::string& table)
 {
     Curves curves;
     sqlite3* connection = nullptr;
-    sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
+    int result = sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
     const auto add = [](void* into, int, char** values, char**) {
         (*static_cast<Curves*>(into))[std::stof(values[0])][std::stod(values[1])] = std::stod(values[2]);
         return 0;
     };
-    sqlite3_exec(connection, ("SELECT CV, Pressure, flow FROM " + table).c_str(), add, &curves, nullptr);
+    if (result == SQLITE_OK)
+        result = sqlite3_exec(connection, ("SELECT CV, Pressure, flow FROM " + table).c_str(), add, &curves, nullptr);
+    const std::string reason = result == SQLITE_OK ? "no rows" : sqlite3_errmsg(connection);
     sqlite3_close(connection);
-    if (curves.empty())
-        throw std::runtime_error("cannot read " + table + " of " + file);
+    if (curves.empty() || result != SQLITE_OK)
+        throw std::runtime_error("cannot read " + table + " of " + file + ": " + reason);
     return curves;
 }
 
@@ -69,9 +74,10 @@ public:
     bool agrees()
     {
         const double pressure = randomPressure();
-        const double gravity =
-            random_() % 2 == 0 ? gases_[random_() % std::size(gases_)] : std::stod(shortText(logarithmic(0.1, 5)));
+        const double gravity = std::stod(
+            shortText(random_() % 2 == 0 ? double{gases[random_() % gases.size()].specGrav} : logarithmic(0.1, 5)));
         const double largest = flowAt(curves_.rbegin()->second, pressure) / std::sqrt(gravity);
+        // SCFH per gpm and Nm3/h per m3/h: the factors of API Standard 2000 that the program displaces gas by.
         const double perPumpRate = std::string_view(offer_.unitSystem) == choice::us ? 8 : 1.01;
         const std::string pumpRate =
             shortText(std::min(100'000.0, logarithmic(largest / 3000, largest * 1.2) / perPumpRate));
@@ -132,8 +138,6 @@ private:
         }
         return isSized ? "the table has no such Cv" : "";
     }
-
-    static constexpr double gases_[] = {0.97, 1, 1.52, 0.6};
 
     const Offer& offer_;
     NumberText numbers_;

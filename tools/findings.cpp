@@ -17,6 +17,20 @@ const char* nameOf(const Rule& rule)
 
 } // namespace
 
+std::string shown(std::string_view value, std::size_t most)
+{
+    std::string text(value);
+    if (text.size() > most) {
+        std::size_t end = most;
+        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) // not within a UTF-8 sequence
+            --end;
+        text = text.substr(0, end) + "...";
+    }
+    std::ranges::replace_if(
+        text, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }, '?');
+    return text;
+}
+
 Findings::Kind& Findings::kindOf(const Rule& rule, std::string_view file)
 {
     const auto known =
@@ -33,7 +47,7 @@ void Findings::report(const Rule& rule, std::string_view file, std::size_t line,
     out << file;
     if (line > 0)
         out << ':' << line;
-    out << ": " << nameOf(rule) << ": " << found << ": " << rule.words << '\n';
+    out << ": " << nameOf(rule) << ": " << shown(found, std::string::npos) << ": " << rule.words << '\n';
 }
 
 void Findings::finish()

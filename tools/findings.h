@@ -20,6 +20,9 @@ struct Rule
     const char* words; ///< follow what was found
 };
 
+/// A value as a message shows it: cut to `most` bytes, control characters as "?".
+std::string shown(std::string_view value, std::size_t most = 60);
+
 /// Writes findings as they come, one a line ("psi_Pad.csv:17: error: flow 0: a flow is above 0"), and counts them. Of a
 /// kind that fills a file, the first twenty are written.
 class Findings

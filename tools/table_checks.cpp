@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <set>
@@ -25,9 +26,12 @@ constexpr Rule risesWithCv{Severity::error, "a flow rises with the Cv"};
 constexpr Rule oneBodySize{Severity::error, "a Cv has one body size"};
 constexpr Rule unitsAgree{Severity::error,
                           "the tables of a valve type agree within a factor of 2, whatever their units"};
+constexpr Rule rangeMet{Severity::error, "a table has pressures that the program accepts"};
+constexpr Rule pressuresMeet{Severity::error, "the tables of a valve type have pressures in common"};
 constexpr Rule volumesAscend{Severity::error, "the volumes ascend from row to row"};
 constexpr Rule volumesCovered{Severity::error, "the table covers the tanks that are looked up in it"};
 constexpr Rule risesWithVolume{Severity::error, "a flow does not fall as the volume rises"};
+constexpr Rule goesOn{Severity::error, "the table begins within a factor of 2 of the formula for smaller tanks"};
 constexpr Rule highPointBreathesLess{Severity::error, "DepadHFP is not above Pad or DepadLFP"};
 
 // What is only odd.
@@ -35,6 +39,10 @@ constexpr Rule stepsWithPressure{Severity::warning, "a flow rises with the press
 constexpr Rule growsEvenly{Severity::warning,
                            "a flow grows at least like the fourth root of the pressure or volume and "
                            "at most like its power of 1.5"};
+constexpr Rule nearEquation{Severity::warning,
+                            "a flow is within a factor of 3 of the flow equation of data/README.md: look at the units"};
+constexpr Rule goesOnClosely{Severity::warning, "the table begins within 10 % of the formula for smaller tanks"};
+constexpr Rule volumesAgree{Severity::warning, "the large-tank tables agree within 10 %: a row may be missing"};
 constexpr Rule bodySizeGrows{Severity::warning, "a body size does not shrink as the Cv grows"};
 constexpr Rule rangeCovered{Severity::warning,
                             "the program accepts pressures beyond those of the table and refuses every "
@@ -51,24 +59,48 @@ constexpr Rule filled{Severity::note, "on the straight line between the rows aro
 using Curve = std::map<double, const CapacityRow*>;
 using Curves = std::map<float, Curve>;
 
-/// `flow` at `pressure` on the straight line between the rows around it; nullopt beyond them.
-std::optional<double> flowAt(const Curve& curve, double pressure)
+/// The rows of a large-tank table by volume.
+using Volumes = std::map<double, const LargeTankRow*>;
+
+/// `column` at `where` on the straight line between the rows around it; nullopt beyond them.
+template <typename Row>
+std::optional<double> valueAt(const std::map<double, const Row*>& rows, double where, double Row::*column)
 {
-    const auto above = curve.lower_bound(pressure);
-    if (above == curve.end())
+    const auto above = rows.lower_bound(where);
+    if (above == rows.end())
         return std::nullopt;
-    if (above->first == pressure)
-        return above->second->flow;
-    if (above == curve.begin())
+    if (above->first == where)
+        return above->second->*column;
+    if (above == rows.begin())
         return std::nullopt;
     const auto below = std::prev(above);
-    const double share = (above->first - pressure) / (above->first - below->first);
-    return above->second->flow - share * (above->second->flow - below->second->flow);
+    const double share = (above->first - where) / (above->first - below->first);
+    return above->second->*column - share * (above->second->*column - below->second->*column);
 }
 
-std::string cvText(double cv)
+std::optional<double> flowAt(const Curve& curve, double pressure)
 {
-    return "CV " + numberText(cv);
+    return valueAt(curve, pressure, &CapacityRow::flow);
+}
+
+/// `value` to four significant digits.
+std::string roughly(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.4g", value);
+    return shown(numberText(std::strtod(text, nullptr)));
+}
+
+/// By what factor one of two values above 0 is larger than the other.
+double factorBetween(double one, double other)
+{
+    return std::max(one / other, other / one);
+}
+
+/// A number in a finding.
+std::string numeral(double value)
+{
+    return shown(numberText(value));
 }
 
 std::string cvText(float cv) // as a person writes it
@@ -78,7 +110,7 @@ std::string cvText(float cv) // as a person writes it
 
 std::string lineText(std::size_t line)
 {
-    return " (line " + std::to_string(line) + ')';
+    return line > 0 ? " (line " + std::to_string(line) + ')' : " (filled)";
 }
 
 /// Whether the program finds the capacity of a Cv. It holds the Cv it selected at single precision and looks for the
@@ -90,33 +122,51 @@ bool isLookedUp(double cv)
     return selected > 0 && numbers.parse(numbers.general(selected)) == cv;
 }
 
-/// Inches of a body size such as 1/2", 1 1/2", 2" or DN 50 (about); nullopt for any other text.
-std::optional<double> inchesOf(const std::string& bodySize)
+/// Inches of a body size such as 1/2", 1 1/2", 1-1/2 in, 1½" or DN 50 (about); nullopt for any other text.
+std::optional<double> inchesOf(std::string bodySize)
 {
+    for (const auto& [written, plain] :
+         {std::pair{"½", " 1/2"}, {"¼", " 1/4"}, {"¾", " 3/4"}, {"-", " "}, {"in", "\""}})
+        for (std::size_t at = 0; (at = bodySize.find(written, at)) != std::string::npos;)
+            bodySize.replace(at, std::strlen(written), plain);
     double whole = 0;
     double over = 0;
     double under = 1;
     char mark = 0;
     const char* const text = bodySize.c_str();
-    if (std::sscanf(text, "%lf %lf/%lf%c", &whole, &over, &under, &mark) == 4 && mark == '"')
+    if (std::sscanf(text, "%lf %lf/%lf %c", &whole, &over, &under, &mark) == 4 && mark == '"')
         return whole + over / under;
-    if (std::sscanf(text, "%lf/%lf%c", &over, &under, &mark) == 3 && mark == '"')
+    if (std::sscanf(text, "%lf/%lf %c", &over, &under, &mark) == 3 && mark == '"')
         return over / under;
-    if (std::sscanf(text, "%lf%c", &whole, &mark) == 2 && mark == '"')
+    if (std::sscanf(text, "%lf %c", &whole, &mark) == 2 && mark == '"')
         return whole;
     if (std::sscanf(text, "DN%lf", &whole) == 1)
         return whole / 25;
     return std::nullopt;
 }
 
-/// Whether a flow grows from one row to the next as flows do. Two percent, or one unit, may be rounding.
-bool isEven(double from, double flowFrom, double to, double flowTo)
+/// A unit of the last digit that the flows of a table are given to: 1 where all are whole numbers.
+template <typename Row>
+double lastDigit(const Table<Row>& read, std::initializer_list<double Row::*> flows)
+{
+    std::size_t most = 0;
+    for (const Row& row : read.rows)
+        for (const auto flow : flows) {
+            const std::string text = row.line > 0 ? numberText(row.*flow) : "0"; // a filled row is not rounded
+            most = std::max(most, text.size() - std::min(text.find('.'), text.size() - 1) - 1);
+        }
+    return std::pow(10, -static_cast<double>(most));
+}
+
+/// Whether a flow grows from one row to the next as flows do. Two percent, or a unit of the last digit, may be
+/// rounding.
+bool isEven(double from, double flowFrom, double to, double flowTo, double digit)
 {
     if (from <= 0)
         return true;
     const double ratio = to / from;
-    return 1.02 * flowTo + 1 >= flowFrom * std::pow(ratio, 0.25) &&
-           flowTo <= 1.02 * flowFrom * std::pow(ratio, 1.5) + 1;
+    return 1.02 * flowTo + digit >= flowFrom * std::pow(ratio, 0.25) &&
+           flowTo <= 1.02 * flowFrom * std::pow(ratio, 1.5) + digit;
 }
 
 struct PressureUnit
@@ -148,17 +198,27 @@ double gallonsPer(std::string_view unitSystem)
     return unitSystem == choice::us ? 1 : 1 / 0.003785411784;
 }
 
-bool isNear(double one, double other)
+/// The flow in a valve table's units by the equation of data/README.md, from the table's pressure to the atmosphere.
+double computedFlow(const ValveTableSpec& table, double cv, double pressure)
 {
-    return one <= 2 * other && other <= 2 * one;
+    constexpr double atmosphere = 14.696;  // psia
+    constexpr double temperature = 519.67; // degR: 60 degF
+    constexpr double factor = 1360;        // SCFH for Cv, psia and degR
+    constexpr double choked = 0.72;        // share of the inlet pressure beyond which a larger drop adds nothing
+    const double gravity = table.valveType == choice::pad ? 0.97 : 1; // the tables are for nitrogen and air
+    const double drop = pressure * findUnit(table.pressUnits)->pascal / findUnit("PSI")->pascal;
+    const double inlet = atmosphere + drop;
+    const double share = std::min(drop / inlet, choked);
+    return factor * cv * inlet * (1 - share / (3 * choked)) * std::sqrt(share / (gravity * temperature)) /
+           scfhPer(table.unitSystem);
 }
 
 /// Checks one valve table.
 class ValveTableCheck
 {
 public:
-    ValveTableCheck(const ValveTable& table, const Table<CapacityRow>& read, Findings& findings)
-        : table_(table), read_(read), findings_(findings)
+    ValveTableCheck(const ValveTableSpec& table, const Table<CapacityRow>& read, Findings& findings)
+        : table_(table), read_(read), findings_(findings), lastDigit_(lastDigit(read, {&CapacityRow::flow}))
     {
     }
 
@@ -169,6 +229,7 @@ public:
         if (read_.isWhole && !curves_.empty()) {
             checkPressures();
             checkRange();
+            checkEquation();
             for (const auto& [cv, curve] : curves_)
                 checkCurve(cv, curve);
             for (auto cv = curves_.begin(); std::next(cv) != curves_.end(); ++cv)
@@ -181,27 +242,28 @@ public:
 private:
     void report(const Rule& rule, std::size_t line, const std::string& found) const
     {
-        findings_.report(rule, read_.file, line, found);
+        findings_.report(rule, read_.source, line, line > 0 ? found : found + " (filled)");
     }
 
     std::string at(double pressure) const
     {
-        return " at Pressure " + numberText(pressure) + ' ' + std::string(table_.pressUnits);
+        return " at Pressure " + numeral(pressure) + ' ' + std::string(table_.pressUnits);
     }
 
     void checkRows()
     {
         for (const CapacityRow& row : read_.rows) {
             if (row.flow <= 0)
-                report(aboveZero, row.line, "flow " + numberText(row.flow));
+                report(aboveZero, row.line, "flow " + numeral(row.flow));
             if (!isLookedUp(row.cv)) {
-                report(canBeLookedUp, row.line, cvText(row.cv));
+                report(canBeLookedUp, row.line, "CV " + numeral(row.cv));
                 continue;
             }
-            const auto [same, added] = curves_[static_cast<float>(row.cv)].emplace(row.pressure, &row);
+            const auto cv = static_cast<float>(row.cv);
+            const auto [same, added] = curves_[cv].emplace(row.pressure, &row);
             if (!added)
                 report(rowOnce, row.line,
-                       cvText(row.cv) + at(row.pressure) + " has a row already" + lineText(same->second->line));
+                       cvText(cv) + at(row.pressure) + " has a row already" + lineText(same->second->line));
         }
     }
 
@@ -216,13 +278,14 @@ private:
             if (curve.size() == all.size())
                 continue;
             isGrid_ = false;
+            const std::size_t count = all.size() - curve.size();
             std::string missing;
-            std::size_t count = 0;
-            for (const auto& [pressure, other] : all)
-                if (!curve.contains(pressure) && ++count <= 5)
-                    missing += (count > 1 ? ", " : "") + numberText(pressure) + lineText(other->line);
-            if (count > 5)
-                missing += " and " + std::to_string(count - 5) + " more";
+            std::size_t named = 0;
+            for (auto other = all.begin(); named < std::min<std::size_t>(count, 5); ++other)
+                if (!curve.contains(other->first))
+                    missing += (++named > 1 ? ", " : "") + numeral(other->first) + lineText(other->second->line);
+            if (count > named)
+                missing += " and " + std::to_string(count - named) + " more";
             report(samePressures, curve.begin()->second->line,
                    cvText(cv) + " has no row for Pressure " + missing + ", which other Cvs have");
         }
@@ -235,14 +298,45 @@ private:
         const CapacityRow* lowest = std::ranges::max_element(curves_, {}, byFirst)->second.begin()->second;
         const CapacityRow* highest = std::ranges::min_element(curves_, {}, byLast)->second.rbegin()->second;
         const std::string units = ' ' + std::string(table_.pressUnits);
+        if (lowest->pressure > table_.highest || highest->pressure < table_.lowest) {
+            report(rangeMet, lowest->line,
+                   "Pressure goes from " + numeral(lowest->pressure) + " to " + numeral(highest->pressure) +
+                       ", the range from " + numeral(table_.lowest) + " to " + numeral(table_.highest) + units);
+            return;
+        }
         if (lowest->pressure > table_.lowest)
             report(rangeCovered, lowest->line,
-                   "Pressure begins at " + numberText(lowest->pressure) + ", above " + numberText(table_.lowest) +
-                       units);
+                   "Pressure begins at " + numeral(lowest->pressure) + ", above " + numeral(table_.lowest) + units);
         if (highest->pressure < table_.highest)
             report(rangeCovered, highest->line,
-                   "Pressure ends at " + numberText(highest->pressure) + ", below " + numberText(table_.highest) +
-                       units);
+                   "Pressure ends at " + numeral(highest->pressure) + ", below " + numeral(table_.highest) + units);
+    }
+
+    /// A scale that all tables have in common shows nowhere else.
+    void checkEquation() const
+    {
+        constexpr double most = 3;
+        double widest = most;
+        std::size_t count = 0;
+        std::string where;
+        std::size_t line = 0;
+        for (const auto& [cv, curve] : curves_)
+            for (const auto& [pressure, row] : curve) {
+                if (pressure <= 0 || row->flow <= 0)
+                    continue;
+                const double computed = computedFlow(table_, row->cv, pressure);
+                const double factor = factorBetween(row->flow, computed);
+                count += factor > most;
+                if (factor <= widest)
+                    continue;
+                widest = factor;
+                line = row->line;
+                where = "flow " + numeral(row->flow) + at(pressure) + ", " + cvText(cv) +
+                        ", where the equation gives about " + roughly(computed) + ", a factor of " + roughly(factor);
+            }
+        if (count > 0)
+            report(nearEquation, line,
+                   std::to_string(count) + " of " + std::to_string(read_.rows.size()) + " rows, the worst: " + where);
     }
 
     void checkCurve(float cv, const Curve& curve) const
@@ -251,17 +345,19 @@ private:
         for (const auto& [pressure, row] : curve) {
             if (row->bodySize != curve.begin()->second->bodySize)
                 report(oneBodySize, row->line,
-                       "Bodysize " + row->bodySize + " of " + cvText(cv) + ", which is " +
-                           curve.begin()->second->bodySize + " elsewhere" + lineText(curve.begin()->second->line));
+                       "Bodysize " + shown(row->bodySize) + " of " + cvText(cv) + ", which is " +
+                           shown(curve.begin()->second->bodySize) + " elsewhere" +
+                           lineText(curve.begin()->second->line));
             if (before != nullptr) {
                 const Rule* const rule = row->flow < before->flow    ? &risesWithPressure
                                          : row->flow == before->flow ? &stepsWithPressure
-                                         : !isEven(before->pressure, before->flow, pressure, row->flow) ? &growsEvenly
-                                                                                                        : nullptr;
+                                         : !isEven(before->pressure, before->flow, pressure, row->flow, lastDigit_)
+                                             ? &growsEvenly
+                                             : nullptr;
                 if (rule != nullptr)
                     report(*rule, row->line,
-                           "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(cv) + ", after " +
-                               numberText(before->flow) + at(before->pressure) + lineText(before->line));
+                           "flow " + numeral(row->flow) + at(pressure) + ", " + cvText(cv) + ", after " +
+                               numeral(before->flow) + at(before->pressure) + lineText(before->line));
             }
             before = row;
         }
@@ -273,8 +369,8 @@ private:
             const auto beside = smaller.second.find(pressure);
             if (beside != smaller.second.end() && row->flow <= beside->second->flow)
                 report(risesWithCv, row->line,
-                       "flow " + numberText(row->flow) + at(pressure) + ", " + cvText(larger.first) + ", beside " +
-                           numberText(beside->second->flow) + " of " + cvText(smaller.first) +
+                       "flow " + numeral(row->flow) + at(pressure) + ", " + cvText(larger.first) + ", beside " +
+                           numeral(beside->second->flow) + " of " + cvText(smaller.first) +
                            lineText(beside->second->line));
         }
         const CapacityRow& small = *smaller.second.begin()->second;
@@ -283,8 +379,8 @@ private:
         const auto largeInches = inchesOf(large.bodySize);
         if (smallInches && largeInches && *largeInches < *smallInches)
             report(bodySizeGrows, large.line,
-                   "Bodysize " + large.bodySize + " of " + cvText(larger.first) + " after " + small.bodySize + " of " +
-                       cvText(smaller.first) + lineText(small.line));
+                   "Bodysize " + shown(large.bodySize) + " of " + cvText(larger.first) + " after " +
+                       shown(small.bodySize) + " of " + cvText(smaller.first) + lineText(small.line));
     }
 
     void checkSeries() const
@@ -325,25 +421,25 @@ private:
             const float steppedTo = isStepped ? *std::next(place) : chosen->first;
             const auto passing = curves_.upper_bound(steppedTo); // a valve that would do
             if (passing == curves_.end())
-                break;
+                continue; // a Cv outside the series may follow
+            const double lowest = lowestFor(passing->first);
             const auto stepped = curves_.find(steppedTo);
             for (auto below = chosen->second.begin(); std::next(below) != chosen->second.end(); ++below) {
                 const CapacityRow& above = *std::next(below)->second;
-                if (above.pressure <= std::max(table_.lowest, lowestFor(passing->first)) ||
-                    below->first >= table_.highest)
+                if (above.pressure <= lowest || below->first >= table_.highest)
                     continue;
-                const double reached =
-                    stepped == curves_.end() ? 0 : stepped->second.at(below->first)->flow; // no rows: no valve
+                const double from = std::max(below->first, lowest);
+                const double reached = stepped == curves_.end() ? 0 : *flowAt(stepped->second, from); // 0: no rows
                 if (reached >= above.flow)
                     continue;
                 ++count;
                 if (above.flow - reached > widest * above.flow) {
                     widest = (above.flow - reached) / above.flow;
                     line = above.line;
-                    where = "just above Pressure " + numberText(below->first) + ", " + cvText(chosen->first) +
-                            " is chosen for flows below " + numberText(above.flow) + lineText(above.line) +
+                    where = "just above Pressure " + numeral(from) + ", " + cvText(chosen->first) +
+                            " is chosen for flows below " + numeral(above.flow) + lineText(above.line) +
                             (isStepped ? " and stepped to " + cvText(steppedTo) : " and not stepped up") +
-                            ", which passes " + numberText(reached) + " there";
+                            ", which passes " + numeral(reached) + " there";
                 }
             }
         }
@@ -352,111 +448,188 @@ private:
                    std::to_string(count) + (count == 1 ? " place" : " places, the widest") + ": " + where);
     }
 
-    const ValveTable& table_;
+    const ValveTableSpec& table_;
     const Table<CapacityRow>& read_;
     Findings& findings_;
+    double lastDigit_;
     Curves curves_;
     bool isGrid_ = true;
 };
 
-/// Compares a table with the first one of its valve type.
-void compareUnits(const ValveTable& table, const Curves& curves, const std::string& file, const ValveTable& first,
-                  const Curves& firstCurves, const std::string& firstFile, Findings& findings)
+/// A valve table that was checked.
+struct CheckedValves
 {
-    const double pressureUnit = findUnit(table.pressUnits)->pascal / findUnit(first.pressUnits)->pascal;
-    const double flowUnit = scfhPer(table.unitSystem) / scfhPer(first.unitSystem);
-    for (const auto& [cv, curve] : curves) {
-        const auto same = firstCurves.find(cv);
-        if (same == firstCurves.end())
+    ValveTableSpec table;
+    Curves curves;
+    std::string source;
+};
+
+/// The ends of a table's pressures.
+std::pair<double, double> endsOf(const Curves& curves)
+{
+    std::pair<double, double> ends{std::numeric_limits<double>::max(), 0};
+    for (const auto& [cv, curve] : curves)
+        ends = {std::min(ends.first, curve.begin()->first), std::max(ends.second, curve.rbegin()->first)};
+    return ends;
+}
+
+/// Compares a table with the first one of its valve type.
+void compareUnits(const CheckedValves& checked, const CheckedValves& first, Findings& findings)
+{
+    const ValveTableSpec& table = checked.table;
+    const double pressureUnit = findUnit(table.pressUnits)->pascal / findUnit(first.table.pressUnits)->pascal;
+    const double flowUnit = scfhPer(table.unitSystem) / scfhPer(first.table.unitSystem);
+    const auto [lowest, highest] = endsOf(checked.curves);
+    const auto [firstLowest, firstHighest] = endsOf(first.curves);
+    if (lowest * pressureUnit > firstHighest || highest * pressureUnit < firstLowest)
+        findings.report(pressuresMeet, checked.source, 0,
+                        "Pressure goes from " + numeral(lowest) + " to " + numeral(highest) + ' ' +
+                            std::string(table.pressUnits) + ", in " + std::string(first.table.name) + " from about " +
+                            roughly(firstLowest / pressureUnit) + " to " + roughly(firstHighest / pressureUnit));
+    for (const auto& [cv, curve] : checked.curves) {
+        const auto same = first.curves.find(cv);
+        if (same == first.curves.end())
             continue;
         for (const auto& [pressure, row] : curve) {
             const auto expected = flowAt(same->second, pressure * pressureUnit);
-            if (expected && !isNear(row->flow * flowUnit, *expected))
-                findings.report(unitsAgree, file, row->line,
-                                "flow " + numberText(row->flow) + " at Pressure " + numberText(pressure) + ' ' +
-                                    std::string(table.pressUnits) + ", " + cvText(cv) + ", where " + firstFile +
-                                    " has about " + numberText(std::round(*expected / flowUnit * 100) / 100));
+            if (expected && factorBetween(row->flow * flowUnit, *expected) > 2)
+                findings.report(unitsAgree, checked.source, row->line,
+                                "flow " + numeral(row->flow) + " at Pressure " + numeral(pressure) + ' ' +
+                                    std::string(table.pressUnits) + ", " + cvText(cv) + ", where " +
+                                    std::string(first.table.name) + " has about " + roughly(*expected / flowUnit) +
+                                    " and the flow equation " + roughly(computedFlow(table, cv, pressure)));
         }
     }
 }
 
-void checkLargeTankTable(const LargeTankTable& table, const Table<LargeTankRow>& read, Findings& findings)
+constexpr auto tankFlows = std::span(largeTankColumns).subspan<1>();
+
+double LargeTankRow::*flowOf(const Column<LargeTankRow>& column)
 {
-    const std::string units = ' ' + std::string(table.volUnits);
+    return std::get<double LargeTankRow::*>(column.member);
+}
+
+std::string at(const LargeTankRow& row, const Column<LargeTankRow>& column)
+{
+    return std::string(column.name) + ' ' + numeral(row.*flowOf(column)) + " at TankVol " + numeral(row.tankVol);
+}
+
+/// Checks each row of a large-tank table, and what lies between it and the one before.
+void checkLargeTankRows(const Table<LargeTankRow>& read, Findings& findings)
+{
+    const double digit = lastDigit(read, {&LargeTankRow::pad, &LargeTankRow::depadHfp, &LargeTankRow::depadLfp});
     const auto report = [&](const Rule& rule, const LargeTankRow& row, const std::string& found) {
-        findings.report(rule, read.file, row.line, found);
+        findings.report(rule, read.source, row.line, found);
     };
     const LargeTankRow* before = nullptr;
     for (const LargeTankRow& row : read.rows) {
         if (before != nullptr && row.tankVol <= before->tankVol)
-            report(volumesAscend, row, "TankVol " + numberText(row.tankVol) + " after " + numberText(before->tankVol));
-        for (const Column<LargeTankRow>& column : std::span(largeTankColumns).subspan(1)) {
-            const auto flow = std::get<double LargeTankRow::*>(column.member);
-            const std::string named = std::string(column.name) + ' ' + numberText(row.*flow);
+            report(volumesAscend, row, "TankVol " + numeral(row.tankVol) + " after " + numeral(before->tankVol));
+        for (const Column<LargeTankRow>& column : tankFlows) {
+            const auto flow = flowOf(column);
             if (row.*flow <= 0)
-                report(aboveZero, row, named);
+                report(aboveZero, row, std::string(column.name) + ' ' + numeral(row.*flow));
             if (before == nullptr || row.tankVol <= before->tankVol)
                 continue;
             const Rule* const rule = row.*flow < before->*flow ? &risesWithVolume
-                                     : !isEven(before->tankVol, before->*flow, row.tankVol, row.*flow) ? &growsEvenly
-                                                                                                       : nullptr;
+                                     : !isEven(before->tankVol, before->*flow, row.tankVol, row.*flow, digit)
+                                         ? &growsEvenly
+                                         : nullptr;
             if (rule != nullptr)
-                report(*rule, row,
-                       named + " at TankVol " + numberText(row.tankVol) + ", after " + numberText(before->*flow) +
-                           lineText(before->line));
+                report(*rule, row, at(row, column) + ", after " + numeral(before->*flow) + lineText(before->line));
         }
         if (row.depadHfp > row.pad || row.depadHfp > row.depadLfp)
             report(highPointBreathesLess, row,
-                   "DepadHFP " + numberText(row.depadHfp) + " beside Pad " + numberText(row.pad) + " and DepadLFP " +
-                       numberText(row.depadLfp));
+                   "DepadHFP " + numeral(row.depadHfp) + " beside Pad " + numeral(row.pad) + " and DepadLFP " +
+                       numeral(row.depadLfp));
         before = &row;
     }
-    if (!read.isWhole || read.rows.empty())
-        return;
-    const LargeTankRow& first = read.rows.front();
-    const LargeTankRow& last = read.rows.back();
-    if (first.tankVol > table.lowest)
-        report(volumesCovered, first,
-               "TankVol starts at " + numberText(first.tankVol) + ", above " + numberText(table.lowest) + units);
-    if (last.tankVol < table.highest)
-        report(volumesCovered, last,
-               "TankVol ends at " + numberText(last.tankVol) + ", below " + numberText(table.highest) + units);
 }
 
-/// Compares the flows of the second large-tank table with those of the first.
-void compareLargeTanks(const CapacityTables& tables, Findings& findings)
+/// Checks where a large-tank table begins and ends.
+void checkLargeTankEnds(const LargeTankTableSpec& table, const Table<LargeTankRow>& read, const Volumes& rows,
+                        Findings& findings)
 {
-    const auto& [first, second] = std::pair{largeTankTables[0], largeTankTables[1]};
-    const Table<LargeTankRow>& firstRead = tables.largeTanks.at(std::string(first.name));
-    const Table<LargeTankRow>& secondRead = tables.largeTanks.at(std::string(second.name));
-    const double volumeUnit = gallonsPer(second.unitSystem) / gallonsPer(first.unitSystem);
-    const double flowUnit = scfhPer(second.unitSystem) / scfhPer(first.unitSystem);
-    for (const LargeTankRow& row : secondRead.rows) {
-        const double volume = row.tankVol * volumeUnit;
-        const auto above = std::ranges::find_if(firstRead.rows, [&](const auto& one) { return one.tankVol >= volume; });
-        if (above == firstRead.rows.begin() || above == firstRead.rows.end())
-            continue;
-        const LargeTankRow& below = *std::prev(above);
-        for (const Column<LargeTankRow>& column : std::span(largeTankColumns).subspan(1)) {
-            const auto flow = std::get<double LargeTankRow::*>(column.member);
-            // Between its neighbours, so within a factor of 2 of what lies there.
-            if (row.*flow * flowUnit > 2 * ((*above).*flow) || 2 * (row.*flow) * flowUnit < below.*flow)
-                findings.report(unitsAgree, secondRead.file, row.line,
-                                std::string(column.name) + ' ' + numberText(row.*flow) + " at TankVol " +
-                                    numberText(row.tankVol) + ", where " + firstRead.file + " has about " +
-                                    numberText(std::round((below.*flow + (*above).*flow) / 2 / flowUnit)));
+    const std::string units = ' ' + std::string(table.volUnits);
+    const auto [first, last] = std::pair(rows.begin()->second, rows.rbegin()->second);
+    if (first->tankVol > table.lowest)
+        findings.report(volumesCovered, read.source, first->line,
+                        "TankVol starts at " + numeral(first->tankVol) + ", above " + numeral(table.lowest) + units);
+    if (last->tankVol < table.highest)
+        findings.report(volumesCovered, read.source, last->line,
+                        "TankVol ends at " + numeral(last->tankVol) + ", below " + numeral(table.highest) + units);
+    for (const Column<LargeTankRow>& column : tankFlows) {
+        const auto flow = valueAt(rows, table.lowest, flowOf(column));
+        const double formula =
+            table.lowest * (flowOf(column) == &LargeTankRow::depadHfp ? table.thermalHigh : table.thermal);
+        const double factor = flow ? factorBetween(*flow, formula) : 1;
+        if (factor > 1.1)
+            findings.report(factor > 2 ? goesOn : goesOnClosely, read.source,
+                            rows.lower_bound(table.lowest)->second->line,
+                            std::string(column.name) + ' ' + roughly(*flow) + " at TankVol " + numeral(table.lowest) +
+                                units + ", where the formula gives " + roughly(formula));
+    }
+}
+
+/// A large-tank table that was checked.
+struct CheckedTanks
+{
+    LargeTankTableSpec table;
+    Volumes rows;
+    std::string source;
+};
+
+/// Compares the rows of one large-tank table with what the program makes of the other one.
+void compareLargeTanks(const CheckedTanks& checked, const CheckedTanks& other, Findings& findings)
+{
+    const double volumeUnit = gallonsPer(checked.table.unitSystem) / gallonsPer(other.table.unitSystem);
+    const double flowUnit = scfhPer(checked.table.unitSystem) / scfhPer(other.table.unitSystem);
+    for (const auto& [volume, row] : checked.rows)
+        for (const Column<LargeTankRow>& column : tankFlows) {
+            const auto expected = valueAt(other.rows, volume * volumeUnit, flowOf(column));
+            const double factor = expected ? factorBetween(row->*flowOf(column) * flowUnit, *expected) : 1;
+            if (factor > 1.1)
+                findings.report(factor > 2 ? unitsAgree : volumesAgree, checked.source, row->line,
+                                at(*row, column) + ", where " + std::string(other.table.name) + " has about " +
+                                    roughly(*expected / flowUnit));
         }
+}
+
+void checkLargeTankTables(const CapacityTables& tables, Findings& findings)
+{
+    std::vector<CheckedTanks> checked;
+    for (const LargeTankTableSpec& table : largeTankTableSpecs) {
+        const Table<LargeTankRow>& read = tables.largeTanks.at(std::string(table.name));
+        checkLargeTankRows(read, findings);
+        Volumes rows;
+        for (const LargeTankRow& row : read.rows)
+            rows.emplace(row.tankVol, &row);
+        if (!read.isWhole || rows.empty())
+            continue;
+        checkLargeTankEnds(table, read, rows, findings);
+        checked.push_back({table, std::move(rows), read.source});
+    }
+    if (checked.size() == largeTankTableSpecs.size()) {
+        compareLargeTanks(checked[1], checked[0], findings);
+        compareLargeTanks(checked[0], checked[1], findings);
     }
 }
 
 /// Fills the rows that the Cvs of one table lack.
-void completeTable(const ValveTable& table, Table<CapacityRow>& read, Findings& findings)
+void completeTable(const ValveTableSpec& table, Table<CapacityRow>& read, Findings& findings)
 {
     Curves curves;
     std::set<double> pressures;
-    for (const CapacityRow& row : read.rows) {
-        curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
-        pressures.insert(row.pressure);
+    for (const CapacityRow& row : read.rows)
+        if (isLookedUp(row.cv)) { // any other is refused later, and may have no single
+            curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
+            pressures.insert(row.pressure);
+        }
+    if (curves.size() * pressures.size() > mostRows) {
+        findings.report(notTooLarge, read.source, 0,
+                        std::to_string(curves.size()) + " Cvs at " + std::to_string(pressures.size()) + " pressures");
+        read.isWhole = false;
+        return;
     }
     std::vector<CapacityRow> added;
     for (const auto& [cv, curve] : curves) {
@@ -466,11 +639,11 @@ void completeTable(const ValveTable& table, Table<CapacityRow>& read, Findings& 
             if (!flow || curve.contains(pressure))
                 continue;
             const CapacityRow& above = *curve.lower_bound(pressure)->second;
-            added.push_back({above.line, pressure, *flow, above.bodySize, above.cv});
+            added.push_back({0, pressure, *flow, above.bodySize, above.cv});
             ++count;
         }
         if (count > 0)
-            findings.report(filled, read.file, 0,
+            findings.report(filled, read.source, 0,
                             cvText(cv) + ": " + std::to_string(count) + (count == 1 ? " row" : " rows") +
                                 " filled, the pressures in " + std::string(table.pressUnits));
     }
@@ -481,29 +654,22 @@ void completeTable(const ValveTable& table, Table<CapacityRow>& read, Findings& 
 
 void completeTables(CapacityTables& tables, Findings& findings)
 {
-    for (const ValveTable& table : valveTables())
+    for (const ValveTableSpec& table : valveTableSpecs())
         if (Table<CapacityRow>& read = tables.valves.at(std::string(table.name)); read.isWhole)
             completeTable(table, read, findings);
 }
 
 void checkTables(const CapacityTables& tables, Findings& findings)
 {
-    struct Checked
-    {
-        ValveTable table;
-        Curves curves;
-        std::string file;
-    };
-    std::map<std::string_view, Checked> firstOfType;
-    for (const ValveTable& table : valveTables()) {
+    std::map<std::string_view, CheckedValves> firstOfType;
+    for (const ValveTableSpec& table : valveTableSpecs()) {
         const Table<CapacityRow>& read = tables.valves.at(std::string(table.name));
-        Checked checked{table, ValveTableCheck(table, read, findings).run(), read.file};
+        CheckedValves checked{table, ValveTableCheck(table, read, findings).run(), read.source};
+        if (!read.isWhole || checked.curves.empty())
+            continue;
         const auto [first, isFirst] = firstOfType.try_emplace(table.valveType, checked);
         if (!isFirst)
-            compareUnits(table, checked.curves, checked.file, first->second.table, first->second.curves,
-                         first->second.file, findings);
+            compareUnits(checked, first->second, findings);
     }
-    for (const LargeTankTable& table : largeTankTables)
-        checkLargeTankTable(table, tables.largeTanks.at(std::string(table.name)), findings);
-    compareLargeTanks(tables, findings);
+    checkLargeTankTables(tables, findings);
 }
