@@ -6,14 +6,12 @@
 #include "capacity/file_check.h"
 #include "capacity/read_only_vfs.h"
 #include "findings.h"
+#include "system.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <cstring>
+
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -104,28 +102,13 @@ void insertLabel(const Connection& connection, const TablesLabel& label)
     require(sqlite3_step(statement.get()) == SQLITE_DONE, connection);
 }
 
-/// Why the operating system does not let a file be read; "" when it does.
-std::string systemReason(const std::filesystem::path& file)
-{
-    struct stat status = {};
-    if (stat(file.c_str(), &status) != 0)
-        return std::strerror(errno);
-    if (!S_ISREG(status.st_mode))
-        return S_ISDIR(status.st_mode) ? std::strerror(EISDIR) : "not a regular file";
-    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        return std::strerror(errno);
-    close(descriptor);
-    return "";
-}
-
 /// Reports the tables with too many rows and gives their names. The program's own way of reading would not get through
 /// such a file in its time. What cannot be counted is left to that.
 std::set<std::string> findTooLarge(const std::filesystem::path& file, const CapacityTables& tables, Findings& findings)
 {
     std::set<std::string> tooLarge;
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, readOnlyVfs());
+    const int result = sqlite3_open_v2(textOf(file).c_str(), &opened, SQLITE_OPEN_READWRITE, readOnlyVfs());
     const Connection connection(opened);
     if (result != SQLITE_OK)
         return tooLarge;
@@ -289,7 +272,7 @@ CapacityTables readDatabase(const std::filesystem::path& file, Findings& finding
         tables.valves[std::string(table.name)].source = sourceOf(table.name);
     for (const LargeTankTableSpec& table : largeTankTableSpecs)
         tables.largeTanks[std::string(table.name)].source = sourceOf(table.name);
-    if (const std::string reason = systemReason(file); !reason.empty()) {
+    if (const std::string reason = whyUnreadable(file); !reason.empty()) {
         findings.report(canBeOpened, file.string(), 0, reason);
         return tables;
     }

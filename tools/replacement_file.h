@@ -52,6 +52,6 @@ private:
     void close();
 
     std::filesystem::path target;
-    std::string temporary; ///< empty: there is none
+    std::filesystem::path temporary; ///< empty: there is none
     int descriptor = -1;
 };

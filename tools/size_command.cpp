@@ -3,6 +3,7 @@
 #include "duty_list.h"
 #include "replacement_file.h"
 #include "summary_files.h"
+#include "system.h"
 
 #include <getopt.h>
 #include <unistd.h>
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -53,22 +53,6 @@ struct Stopped : std::runtime_error
 {
     using std::runtime_error::runtime_error;
 };
-
-volatile std::sig_atomic_t isInterrupted = 0;
-
-/// Makes an interruption end the command in its own way, and a closed pipe a failed write. A signal that is ignored, as
-/// under nohup, stays so.
-void catchSignals()
-{
-    struct sigaction interruption = {}; // without SA_RESTART: a write that waits for a full pipe ends
-    interruption.sa_handler = [](int) { isInterrupted = 1; };
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction before = {};
-        if (sigaction(number, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
-            sigaction(number, &interruption, nullptr);
-    }
-    std::signal(SIGPIPE, SIG_IGN);
-}
 
 bool canBeMeant(const Options& options)
 {
@@ -131,14 +115,14 @@ std::optional<Options> readOptions(std::vector<std::string> arguments)
     return canBeMeant(options) ? std::optional(options) : std::nullopt;
 }
 
-/// The list, which can be read twice: what comes through a pipe is kept in a file without a name.
+/// The list, which can be read twice: what comes through a pipe is kept in a temporary file.
 class ListFile
 {
 public:
     explicit ListFile(const std::string& name)
     {
         if (name != "-") {
-            file_.open(name, std::ios::in | std::ios::binary);
+            file_.open(pathOf(name), std::ios::in | std::ios::binary);
             file_.peek(); // a directory can be opened, but not read
             if (!file_.is_open() || file_.bad())
                 throw Stopped(name + ": " + std::strerror(errno));
@@ -151,6 +135,13 @@ public:
         else
             keep(file_, name);
     }
+    ListFile(const ListFile&) = delete;
+    ListFile& operator=(const ListFile&) = delete;
+    ~ListFile()
+    {
+        kept_.close();
+        removeKept();
+    }
 
     std::istream& stream()
     {
@@ -162,13 +153,9 @@ public:
 private:
     void keep(std::istream& pipe, const std::string& name)
     {
-        std::string pattern = (fs::temp_directory_path() / "size-valves-XXXXXX").string();
-        const int descriptor = mkstemp(pattern.data());
-        if (descriptor < 0)
-            throw Stopped(pattern + ": " + std::strerror(errno));
-        close(descriptor);
-        kept_.open(pattern, std::ios::in | std::ios::out | std::ios::binary);
-        unlink(pattern.c_str());
+        keptFile_ = createTemporaryFile();
+        kept_.open(keptFile_, std::ios::in | std::ios::out | std::ios::binary);
+        removeKept();                                     // at once, where the system lets an open file go
         if (pipe.peek() != std::char_traits<char>::eof()) // nothing to write counts as a failure
             kept_ << pipe.rdbuf();
         if (std::ferror(stdin) != 0 || pipe.bad() || !kept_.flush())
@@ -176,8 +163,16 @@ private:
         kept_.seekg(0);
     }
 
+    void removeKept()
+    {
+        std::error_code isOpen;
+        if (!keptFile_.empty() && fs::remove(keptFile_, isOpen))
+            keptFile_.clear();
+    }
+
     std::ifstream file_;
     std::fstream kept_;
+    fs::path keptFile_;
 };
 
 /// Where the results go, row by row.
@@ -187,7 +182,7 @@ public:
     explicit Results(const std::string& name) : name_(name == "-" ? "standard output" : name)
     {
         if (name != "-")
-            attempt([&] { file_.emplace(name, ordinaryMode()); });
+            attempt([&] { file_.emplace(pathOf(name), ordinaryMode()); });
     }
 
     bool goToTerminal() const { return !file_ && isatty(STDOUT_FILENO) != 0; }
@@ -216,8 +211,10 @@ private:
     static void writeOut(std::string_view text)
     {
         while (!text.empty()) {
-            const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
-            if (written < 0 && (errno != EINTR || isInterrupted != 0))
+            constexpr std::size_t most = 1 << 20; // bytes at a time
+            const ssize_t written =
+                ::write(STDOUT_FILENO, text.data(), static_cast<unsigned>(std::min(text.size(), most)));
+            if (written < 0 && (errno != EINTR || isInterrupted()))
                 throw std::runtime_error(std::strerror(errno));
             text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
         }
@@ -229,8 +226,7 @@ private:
         try {
             action();
         } catch (const std::runtime_error& failure) {
-            throw Stopped(isInterrupted != 0 ? std::string("interrupted; ") + afterStop()
-                                             : name_ + ": " + failure.what());
+            throw Stopped(isInterrupted() ? std::string("interrupted; ") + afterStop() : name_ + ": " + failure.what());
         }
     }
 
@@ -309,7 +305,7 @@ Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool q
                 duty->sizing->messages.show(failure);
             }
         }
-        if (isInterrupted != 0)
+        if (isInterrupted())
             throw Stopped("interrupted after " + std::to_string(counts.rows()) + " rows; " + results.afterStop());
         counts.add(duty->status);
         results.write(list.answer(*duty));
@@ -322,7 +318,7 @@ Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool q
 int run(const Options& options, const SizeCommandSystem& system)
 {
     ListFile file(options.list);
-    catchSignals(); // while a pipe is awaited there is nothing to clean up
+    prepareConsole(); // while a pipe is awaited there is nothing to clean up
     try {
         DutyList list(file.stream(), system.dataFile);
         Results results(options.output);

@@ -56,7 +56,7 @@ void removeUnlocked(const fs::path& file)
 }
 
 /// Gives a file a name that no other file has yet, in one step.
-bool renameToFree(const std::string& from, const fs::path& to)
+bool renameToFree(const fs::path& from, const fs::path& to)
 {
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
         return true;
@@ -107,12 +107,11 @@ ReplacementFile::ReplacementFile(const fs::path& file, mode_t newMode, Leftovers
 void ReplacementFile::create()
 {
     for (;;) {
-        temporary = target.string() + std::string(temporaryMark) + std::string(temporaryPattern);
-        descriptor = mkostemp(temporary.data(), O_CLOEXEC);
-        if (descriptor < 0) {
-            temporary.clear();
+        std::string name = target.string() + std::string(temporaryMark) + std::string(temporaryPattern);
+        descriptor = mkostemp(name.data(), O_CLOEXEC);
+        if (descriptor < 0)
             fail();
-        }
+        temporary = name;
         const bool isLocked = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
         if (!isLocked && errno != EWOULDBLOCK)
             return; // on a file system without locks no run takes it for a leftover
@@ -122,6 +121,7 @@ void ReplacementFile::create()
         if (isLocked && own.st_nlink > 0)
             return;
         unlink(temporary.c_str()); // another run took it for a leftover before it was locked
+        temporary.clear();
         close();
     }
 }
