@@ -47,7 +47,9 @@ constexpr Rule bodySizeGrows{Severity::warning, "a body size does not shrink as 
 constexpr Rule rangeCovered{Severity::warning,
                             "the program accepts pressures beyond those of the table and refuses every "
                             "valve there"};
-constexpr Rule inSeries{Severity::warning, "the Cv is outside the series of its valve type and is never stepped up"};
+constexpr Rule inSeries{Severity::warning,
+                        "the Cv is outside the series of its valve type: it is neither stepped up nor "
+                        "stepped up to"};
 constexpr Rule seriesComplete{Severity::warning, "the series of the valve type has a Cv without rows"};
 constexpr Rule oneStepIsEnough{Severity::warning,
                                "flows that a valve passes are refused, because the program steps the Cv "
