@@ -4,6 +4,7 @@
 #include "capacity_tables.h"
 #include "findings.h"
 #include "replacement_file.h"
+#include "system.h"
 #include "table_checks.h"
 
 #include <charconv>
@@ -86,7 +87,7 @@ bool writeFile(const fs::path& file, const std::string& bytes, Findings& finding
         replacement.putInPlace();
         return true;
     } catch (const std::runtime_error& failure) {
-        findings.report(cannotBeWritten, file.string(), 0, failure.what());
+        findings.report(cannotBeWritten, textOf(file), 0, failure.what());
         return false;
     }
 }
@@ -152,7 +153,7 @@ TablesLabel labelOf(const std::string& text)
 
 int build(const BuildOptions& options, std::ostream& messages)
 {
-    const std::string& file = options.operands[1];
+    const fs::path file = pathOf(options.operands[1]);
     std::optional<TablesLabel> label;
     try {
         if (options.label)
@@ -163,15 +164,15 @@ int build(const BuildOptions& options, std::ostream& messages)
     }
     Findings findings(messages);
     if (!isReplaceable(file))
-        findings.report(onlyDataFiles, file, 0, "a file of another kind is there");
-    CapacityTables tables = readCapacityTables(options.operands[0], findings);
+        findings.report(onlyDataFiles, textOf(file), 0, "a file of another kind is there");
+    CapacityTables tables = readCapacityTables(pathOf(options.operands[0]), findings);
     tables.label = label;
     if (options.complete)
         completeTables(tables, findings);
     checkTables(tables, findings);
     if (findings.errors() == 0)
         writeFile(file, databaseBytes(tables), findings);
-    return close(findings, messages, file + " is built", "nothing is written");
+    return close(findings, messages, textOf(file) + " is built", "nothing is written");
 }
 
 /// "; " and which label the tables have.
@@ -181,12 +182,13 @@ std::string labelText(const std::optional<TablesLabel>& label)
                  : "; its tables have no label";
 }
 
-int check(const std::string& file, std::ostream& messages)
+int check(const fs::path& file, std::ostream& messages)
 {
     Findings findings(messages);
     const CapacityTables tables = readDatabase(file, findings);
     checkTables(tables, findings);
-    return close(findings, messages, file + " can be used" + labelText(tables.label), file + " must not be used");
+    return close(findings, messages, textOf(file) + " can be used" + labelText(tables.label),
+                 textOf(file) + " must not be used");
 }
 
 /// `text` as one argument of a shell.
@@ -198,7 +200,7 @@ std::string shellText(const std::string& text)
     return quoted + '"';
 }
 
-int exportTables(const std::string& file, const fs::path& directory, std::ostream& messages)
+int exportTables(const fs::path& file, const fs::path& directory, std::ostream& messages)
 {
     Findings findings(messages);
     const CapacityTables tables = readDatabase(file, findings);
@@ -211,11 +213,11 @@ int exportTables(const std::string& file, const fs::path& directory, std::ostrea
     forEachFile([&](const fs::path& path, const auto&) {
         std::error_code ignored;
         if (fs::exists(fs::symlink_status(path, ignored)))
-            findings.report(neverOverwritten, path.string(), 0, "the file exists");
+            findings.report(neverOverwritten, textOf(path), 0, "the file exists");
     });
     std::error_code failure;
     if (findings.errors() == 0 && !fs::create_directories(directory, failure) && failure)
-        findings.report(cannotBeWritten, directory.string(), 0, failure.message());
+        findings.report(cannotBeWritten, textOf(directory), 0, failure.message());
     std::vector<fs::path> written;
     forEachFile([&](const fs::path& path, const auto& table) {
         if (findings.errors() == 0 && writeFile(path, csvText(table), findings))
@@ -224,7 +226,7 @@ int exportTables(const std::string& file, const fs::path& directory, std::ostrea
     if (findings.errors() > 0) // what is left would be in the way of the next attempt
         for (const fs::path& path : written)
             fs::remove(path, failure);
-    std::string done = directory.string() + " holds the tables of " + file + labelText(tables.label);
+    std::string done = textOf(directory) + " holds the tables of " + textOf(file) + labelText(tables.label);
     if (tables.label)
         done += "; build with --label " + shellText(shown(tables.label->label, mostOfLabel)) + " to keep that";
     return close(findings, messages, done, "nothing is written");
@@ -246,9 +248,9 @@ int buildCapacities(const std::vector<std::string>& arguments, std::ostream& out
         return print(out, "build_capacities " SIZING_VERSION "\n", messages);
     }
     if (isCommand("--check", 1))
-        return check(arguments[1], messages);
+        return check(pathOf(arguments[1]), messages);
     if (isCommand("--export", 2))
-        return exportTables(arguments[1], arguments[2], messages);
+        return exportTables(pathOf(arguments[1]), pathOf(arguments[2]), messages);
     if (const auto options = readBuildOptions(arguments); options && options->operands.size() == 2)
         return build(*options, messages);
     messages << usage;

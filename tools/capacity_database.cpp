@@ -137,7 +137,7 @@ bool isReadable(CapacityStore& store, const std::filesystem::path& file, Finding
         store.query("SELECT value FROM Checksum", {});
     } catch (const SilentFailure& failure) {
         const bool isWhole = store.hasReadOneFile();
-        findings.report(isWhole ? hasChecksum : canBeRead, file.string(), 0, reasonOf(failure));
+        findings.report(isWhole ? hasChecksum : canBeRead, textOf(file), 0, reasonOf(failure));
         return isWhole;
     }
     return true;
@@ -267,18 +267,18 @@ std::string databaseBytes(const CapacityTables& tables)
 CapacityTables readDatabase(const std::filesystem::path& file, Findings& findings)
 {
     CapacityTables tables;
-    const auto sourceOf = [&](std::string_view table) { return file.string() + ": " + std::string(table); };
+    const auto sourceOf = [&](std::string_view table) { return textOf(file) + ": " + std::string(table); };
     for (const ValveTableSpec& table : valveTableSpecs())
         tables.valves[std::string(table.name)].source = sourceOf(table.name);
     for (const LargeTankTableSpec& table : largeTankTableSpecs)
         tables.largeTanks[std::string(table.name)].source = sourceOf(table.name);
     if (const std::string reason = whyUnreadable(file); !reason.empty()) {
-        findings.report(canBeOpened, file.string(), 0, reason);
+        findings.report(canBeOpened, textOf(file), 0, reason);
         return tables;
     }
     const std::set<std::string> tooLarge = findTooLarge(file, tables, findings);
     const NumberText numbers;
-    CapacityStore store(file.string(), numbers);
+    CapacityStore store(textOf(file), numbers);
     if (!isReadable(store, file, findings))
         return tables;
     const auto read = [&]<typename Row>(const std::string& name, Table<Row>& table) {

@@ -5,6 +5,7 @@
 #include "csv_reader.h"
 #include "engine/tank_limits.h"
 #include "findings.h"
+#include "system.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -42,7 +43,7 @@ class TableReader
 public:
     TableReader(std::filesystem::path path, Findings& findings) : path_(std::move(path)), findings_(findings)
     {
-        table_.source = path_.filename().string();
+        table_.source = textOf(path_.filename());
         table_.isWhole = true;
     }
 
@@ -52,7 +53,8 @@ public:
         std::ifstream in(path_, std::ios::binary);
         in.peek(); // a directory can be opened, but not read
         if (in.bad() || !in.is_open()) {
-            report(unreadable, 0, std::strerror(errno));
+            const std::string reason = whyUnreadable(path_);
+            report(unreadable, 0, reason.empty() ? std::strerror(errno) : reason);
             return std::move(table_);
         }
         in.clear();

@@ -5,6 +5,7 @@
 #include "replacement_file.h"
 #include "report/file_name.h"
 #include "report/print_command.h"
+#include "system.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -32,7 +33,7 @@ SummaryFiles::SummaryFiles(fs::path directory, MakePdf makePdf, std::string toda
     std::error_code failure;
     fs::create_directories(directory_, failure);
     if (failure)
-        throw std::runtime_error(directory_.string() + ": " + failure.message());
+        throw std::runtime_error(textOf(directory_) + ": " + failure.message());
     removeLeftovers(directory_, [](std::string_view name) { return name.ends_with(ending); });
 }
 
@@ -79,6 +80,6 @@ std::string SummaryFiles::write(const FreshSizing& sizing, std::size_t line, con
             save(*page, path);
         return messages.texts.empty() ? "" : messages.texts.front();
     } catch (const std::exception& reason) {
-        return "the summary " + path.string() + " is not written: " + reason.what();
+        return "the summary " + textOf(path) + " is not written: " + reason.what();
     }
 }
