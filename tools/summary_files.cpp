@@ -45,12 +45,12 @@ fs::path SummaryFiles::nextPath(const std::string& tagNumber, std::size_t line)
         name = "line " + std::to_string(line);
     const auto [place, isFree] = taken_.try_emplace(hashOf(name), 1);
     if (isFree)
-        return directory_ / (name + ending);
+        return directory_ / pathOf(name + ending);
     std::size_t& number = place->second; // stays where it is when names are added
     for (;;) {
         const std::string numbered = name + " (" + std::to_string(++number) + ')';
         if (taken_.try_emplace(hashOf(numbered), 1).second)
-            return directory_ / (numbered + ending);
+            return directory_ / pathOf(numbered + ending);
     }
 }
 

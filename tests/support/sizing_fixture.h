@@ -20,7 +20,7 @@ protected:
     void sql(const std::string& text)
     {
         sqlite3* database = nullptr;
-        ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+        ASSERT_EQ(sqlite3_open(file.string().c_str(), &database), SQLITE_OK);
         char* error = nullptr;
         EXPECT_EQ(sqlite3_exec(database, text.c_str(), nullptr, nullptr, &error), SQLITE_OK) << text << ": " << error;
         sqlite3_free(error);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <random>
 #include <string>
 
 /// A new directory that goes with its object.
@@ -10,8 +11,10 @@ struct TemporaryDirectory
 
     TemporaryDirectory()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "sizing-test-XXXXXX").string();
-        path = mkdtemp(pattern.data());
+        std::random_device random;
+        do
+            path = std::filesystem::temp_directory_path() / ("sizing-test-" + std::to_string(random()));
+        while (!std::filesystem::create_directory(path));
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory() { std::filesystem::remove_all(path); }

@@ -1,107 +1,10 @@
-#include "build_command.h"
+#include "support/build_fixture.h"
 #include "support/cases.h"
-#include "support/temporary_directory.h"
 
-#include <gtest/gtest.h>
-#include <sqlite3.h>
-
-#include <sys/resource.h>
-#include <sys/stat.h>
-
-#include <csignal>
-#include <fstream>
-#include <iterator>
 #include <regex>
-#include <sstream>
-
-namespace fs = std::filesystem;
 
 namespace
 {
-
-class BuildCapacities : public testing::Test
-{
-protected:
-    BuildCapacities()
-    {
-        fs::create_directory(root / "out");
-        fs::copy(SIZING_NOMINAL_DIR, root / "in");
-        write(database, before);
-    }
-
-    static std::string contents(const fs::path& file)
-    {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    static void write(const fs::path& file, const std::string& text) { std::ofstream(file, std::ios::binary) << text; }
-    auto filesBesideOutput() const { return std::distance(fs::directory_iterator(root / "out"), {}); }
-
-    int command(const std::vector<std::string>& arguments)
-    {
-        std::ostringstream out;
-        const int status = buildCapacities(arguments, out, out);
-        messages = out.str();
-        return status;
-    }
-    int build(const std::string& option = "")
-    {
-        std::vector<std::string> arguments = {(root / "in").string(), database.string()};
-        if (!option.empty())
-            arguments.insert(arguments.begin(), option);
-        return command(arguments);
-    }
-
-    /// Whether a finding that begins with `place` names `words`.
-    bool reported(const std::string& place, const std::string& words) const
-    {
-        std::istringstream lines(messages);
-        for (std::string line; std::getline(lines, line);)
-            if (line.starts_with(place) && line.find(words) != std::string::npos)
-                return true;
-        return false;
-    }
-
-    /// A refusal leaves an existing output file, and nothing else, in the output directory.
-    void expectRefused(const std::string& where, const std::string& option = "")
-    {
-        EXPECT_EQ(build(option), 1) << where << '\n' << messages;
-        EXPECT_EQ(contents(database), before) << where;
-        EXPECT_EQ(filesBesideOutput(), 1) << where;
-    }
-
-    /// Runs SQL on the data file; gives what was wrong.
-    std::string run(const std::string& sql) const
-    {
-        sqlite3* connection = nullptr;
-        sqlite3_open(database.c_str(), &connection);
-        sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr);
-        const std::string failure = sqlite3_errcode(connection) == SQLITE_OK ? "" : sqlite3_errmsg(connection);
-        sqlite3_close(connection);
-        return failure;
-    }
-
-    /// The first column of the first row, as text.
-    std::string query(const std::string& sql) const
-    {
-        sqlite3* connection = nullptr;
-        sqlite3_open_v2(database.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
-        sqlite3_stmt* statement = nullptr;
-        sqlite3_prepare_v2(connection, sql.c_str(), -1, &statement, nullptr);
-        std::string value = std::string("no row: ") + sqlite3_errmsg(connection);
-        if (sqlite3_step(statement) == SQLITE_ROW && sqlite3_column_text(statement, 0))
-            value = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
-        sqlite3_finalize(statement);
-        sqlite3_close(connection);
-        return value;
-    }
-
-    const TemporaryDirectory temporary;
-    const fs::path& root = temporary.path;
-    const std::string before = {"SQLite format 3\0the file of before", 34};
-    fs::path database = root / "out" / "capacities.mdb";
-    std::string messages;
-};
 
 /// Contents as the case file writes them: "|" ends a line, "\xBD" is that byte; or edits of the nominal file, regular
 /// expressions like "s~from~to~ s~from~to~".
@@ -151,60 +54,6 @@ TEST_F(BuildCapacities, FindsWhatTheCaseFileSays)
         fs::remove(file);
         write(file, nominal);
     }
-}
-
-TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
-{
-    ASSERT_EQ(build(), 0) << messages;
-    fs::copy_file(database, root / "built.mdb");
-    write(database, before);
-    rlimit limitBefore;
-    getrlimit(RLIMIT_FSIZE, &limitBefore);
-    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small{12'500, limitBefore.rlim_max}; // as a full disk
-    setrlimit(RLIMIT_FSIZE, &small);
-    expectRefused("");
-    const std::string whenBuilt = messages;
-    const int exported = command({"--export", (root / "built.mdb").string(), (root / "csv").string()});
-    setrlimit(RLIMIT_FSIZE, &limitBefore);
-    std::signal(SIGXFSZ, signalBefore);
-    EXPECT_EQ(exported, 1);
-    EXPECT_TRUE(reported((root / "csv" / "psi_Depad.csv").string() + ": error", "File too large")) << messages;
-    EXPECT_TRUE(fs::is_empty(root / "csv")) << "what was written would be in the way";
-    messages = whenBuilt;
-    EXPECT_TRUE(reported(database.string() + ": error", "File too large: cannot be written")) << messages;
-
-    write(database, "Pressure,flow,Bodysize,CV\n");
-    EXPECT_EQ(build(), 1);
-    EXPECT_TRUE(reported(database.string() + ": error", "only a data file is replaced")) << messages;
-    EXPECT_EQ(contents(database), "Pressure,flow,Bodysize,CV\n");
-
-    for (const auto& [file, words] :
-         {std::pair{root / "absent" / "capacities.mdb", "No such file or directory"}, {root / "out", "directory"}}) {
-        database = file;
-        EXPECT_EQ(build(), 1);
-        EXPECT_TRUE(reported(database.string() + ": error", words)) << messages;
-    }
-    EXPECT_EQ(std::distance(fs::directory_iterator(root), {}), 4) << "a temporary file is left";
-}
-
-TEST_F(BuildCapacities, TakesThePlaceOfTheFileThatWasThere)
-{
-    const fs::path real = root / "out" / "real.mdb";
-    fs::rename(database, real);
-    fs::create_symlink("real.mdb", database);
-    fs::permissions(real, fs::perms(0640));
-    write(root / "out" / "real.mdb.new-killed", "what a killed run has left");
-    const mode_t maskBefore = umask(077);
-    EXPECT_EQ(build(), 0) << messages;
-    EXPECT_EQ(filesBesideOutput(), 2);
-    EXPECT_TRUE(fs::is_symlink(database));
-    EXPECT_EQ(fs::status(real).permissions(), fs::perms(0640));
-    EXPECT_NE(contents(real), before);
-    fs::remove(real);
-    EXPECT_EQ(build(), 0) << messages;
-    EXPECT_EQ(fs::status(real).permissions(), fs::perms(0644));
-    umask(maskBefore);
 }
 
 TEST_F(BuildCapacities, GoesBothWays)

@@ -1,13 +1,6 @@
-#include "capacity/file_check.h"
-#include "engine/sizing_driver.h"
-#include "support/cases.h"
-#include "support/sizing_fixture.h"
-
-#include <sys/stat.h>
-#include <unistd.h>
+#include "support/data_file_fixture.h"
 
 #include <chrono>
-#include <fstream>
 #include <functional>
 #include <thread>
 
@@ -18,50 +11,6 @@ using namespace std::chrono_literals;
 
 const std::string refusal = "You have exceeded the maximum available valve capacity for the given supply pressure.";
 
-/// A sizing that reads a large-tank table and a valve table, on a copy of the tables of the tests with a checksum.
-class DataFile : public SizingTest
-{
-protected:
-    DataFile()
-    {
-        std::filesystem::copy_file(testTables(), file);
-        sqlite3* database = nullptr;
-        sqlite3_open(file.c_str(), &database);
-        writeChecksum(database);
-        sqlite3_close(database);
-        state.ValveTable = "psi_Pad";
-        state.PressUnits = "PSI";
-    }
-
-    /// 800 + 25000 SCFH take 64 % of Cv 20 at 200 psi; without the breathing Cv 1 would look fit.
-    std::string size()
-    {
-        screen.boxes = {{Box::txtPumpRate, "100"},
-                        {Box::txtPressure, "200"},
-                        {Box::txtSpecGrav, "0.97"},
-                        {Box::txtTankVolume, "1000000"}};
-        screen.captions.clear();
-        cmdCalcFlowRate_Click(sizing);
-        EXPECT_TRUE(messages.texts.empty());
-        const std::string share = screen.caption(Label::lblPercentValveCapacity);
-        return share.empty() ? comments() : screen.caption(Label::lblCV) + " " + share;
-    }
-
-    /// Names and bytes of all that lies in the directory of the file.
-    std::map<std::string, std::string> everything() const
-    {
-        std::map<std::string, std::string> files;
-        for (const auto& entry : std::filesystem::directory_iterator(directory))
-            files[entry.path().filename().string()] = entry.is_directory() ? "" : contents(entry.path());
-        return files;
-    }
-    static std::string contents(const std::filesystem::path& path)
-    {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-};
-
 /// A file is whole or it is no file, nothing beside it changes, and no answer takes long.
 TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
 {
@@ -70,7 +19,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
     const auto beside = [&](const char* ending) { return file.string() + ending; };
     const auto keepJournal = [&] { // as after a crash in the middle of a change
         sqlite3* writer = nullptr;
-        sqlite3_open(file.c_str(), &writer);
+        sqlite3_open(file.string().c_str(), &writer);
         sqlite3_exec(writer, "PRAGMA synchronous = OFF; BEGIN; UPDATE psi_Pad SET flow = 1", nullptr, nullptr, nullptr);
         std::filesystem::copy_file(beside("-journal"), beside(".kept"));
         sqlite3_close(writer);
@@ -144,7 +93,7 @@ TEST_F(DataFile, AChangeInTheMiddleOfAClickEndsInTheRefusal)
     const std::string whole = contents(file);
     sqlite3* other = nullptr;
     const auto lock = [&] {
-        sqlite3_open(file.c_str(), &other);
+        sqlite3_open(file.string().c_str(), &other);
         sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
     };
     const auto cut = [&] { std::filesystem::resize_file(file, whole.size() - 4096); };
@@ -172,24 +121,11 @@ TEST_F(DataFile, AChangeInTheMiddleOfAClickEndsInTheRefusal)
     EXPECT_TRUE(messages.texts.empty());
 }
 
-TEST_F(DataFile, AReadOnlyFileIsRead)
-{
-    chmod(file.c_str(), 0444);
-    chmod(directory.c_str(), 0555);
-    const uid_t user = geteuid();
-    if (user == 0) { // to whom no file is read-only
-        ASSERT_EQ(seteuid(65534), 0);
-    }
-    EXPECT_EQ(size(), "20 64");
-    ASSERT_EQ(seteuid(user), 0);
-    chmod(directory.c_str(), 0755);
-}
-
 /// Two seconds a click in all; a lock that ends before them costs nothing but time.
 TEST_F(DataFile, ALockedFileIsWaitedForAWhile)
 {
     sqlite3* other = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_open(file.string().c_str(), &other), SQLITE_OK);
     sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(size(), refusal);

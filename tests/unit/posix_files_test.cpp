@@ -1,0 +1,82 @@
+#include "support/build_fixture.h"
+#include "support/data_file_fixture.h"
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+// What modes, owners, links and limits of POSIX systems have to do with files.
+
+namespace
+{
+
+TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
+{
+    ASSERT_EQ(build(), 0) << messages;
+    fs::copy_file(database, root / "built.mdb");
+    write(database, before);
+    rlimit limitBefore;
+    getrlimit(RLIMIT_FSIZE, &limitBefore);
+    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{12'500, limitBefore.rlim_max}; // as a full disk
+    setrlimit(RLIMIT_FSIZE, &small);
+    expectRefused("");
+    const std::string whenBuilt = messages;
+    const int exported = command({"--export", (root / "built.mdb").string(), (root / "csv").string()});
+    setrlimit(RLIMIT_FSIZE, &limitBefore);
+    std::signal(SIGXFSZ, signalBefore);
+    EXPECT_EQ(exported, 1);
+    EXPECT_TRUE(reported((root / "csv" / "psi_Depad.csv").string() + ": error", "File too large")) << messages;
+    EXPECT_TRUE(fs::is_empty(root / "csv")) << "what was written would be in the way";
+    messages = whenBuilt;
+    EXPECT_TRUE(reported(database.string() + ": error", "File too large: cannot be written")) << messages;
+
+    write(database, "Pressure,flow,Bodysize,CV\n");
+    EXPECT_EQ(build(), 1);
+    EXPECT_TRUE(reported(database.string() + ": error", "only a data file is replaced")) << messages;
+    EXPECT_EQ(contents(database), "Pressure,flow,Bodysize,CV\n");
+
+    for (const auto& [file, words] :
+         {std::pair{root / "absent" / "capacities.mdb", "No such file or directory"}, {root / "out", "directory"}}) {
+        database = file;
+        EXPECT_EQ(build(), 1);
+        EXPECT_TRUE(reported(database.string() + ": error", words)) << messages;
+    }
+    EXPECT_EQ(std::distance(fs::directory_iterator(root), {}), 4) << "a temporary file is left";
+}
+
+TEST_F(BuildCapacities, TakesThePlaceOfTheFileThatWasThere)
+{
+    const fs::path real = root / "out" / "real.mdb";
+    fs::rename(database, real);
+    fs::create_symlink("real.mdb", database);
+    fs::permissions(real, fs::perms(0640));
+    write(root / "out" / "real.mdb.new-killed", "what a killed run has left");
+    const mode_t maskBefore = umask(077);
+    EXPECT_EQ(build(), 0) << messages;
+    EXPECT_EQ(filesBesideOutput(), 2);
+    EXPECT_TRUE(fs::is_symlink(database));
+    EXPECT_EQ(fs::status(real).permissions(), fs::perms(0640));
+    EXPECT_NE(contents(real), before);
+    fs::remove(real);
+    EXPECT_EQ(build(), 0) << messages;
+    EXPECT_EQ(fs::status(real).permissions(), fs::perms(0644));
+    umask(maskBefore);
+}
+
+TEST_F(DataFile, AReadOnlyFileIsRead)
+{
+    chmod(file.c_str(), 0444);
+    chmod(directory.c_str(), 0555);
+    const uid_t user = geteuid();
+    if (user == 0) { // to whom no file is read-only
+        ASSERT_EQ(seteuid(65534), 0);
+    }
+    EXPECT_EQ(size(), "20 64");
+    ASSERT_EQ(seteuid(user), 0);
+    chmod(directory.c_str(), 0755);
+}
+
+} // namespace
