@@ -44,6 +44,11 @@ windows qt6-base-dev-tools makes code for Qt, on this system
 windows qt6-base-dev      says where these tools are
 windows dpkg-dev          unpacks the sources of Debian packages
 windows nsis              makes the installer
+windows wine              runs what the build makes and needs itself
+windows wine64            that is, programs of 64 bits
+windows googletest        the library of the tests, as source
+windows cmark-gfm         makes the user guide a page that a browser shows
+windows python3           makes the tables of the tests
 windows zip               makes the portable archive
 wine    wine              runs Windows programs
 wine    wine64            those of 64 bits

@@ -21,7 +21,8 @@ constexpr std::size_t ownLength = 6;
 
 [[noreturn]] void failFor(DWORD reason)
 {
-    throw std::runtime_error(std::error_code(static_cast<int>(reason), std::system_category()).message());
+    throw std::runtime_error(
+        std::error_code(static_cast<int>(reason), std::system_category()).default_error_condition().message());
 }
 
 /// The name of the file that a temporary one was made for; "" of any other file.

@@ -18,7 +18,7 @@ int main(int argc, char* argv[])
             std::fprintf(stderr, "size_valves: %s\n", qPrintable(text));
     });
     // The fonts of the summaries want an application with windows, but no display. The arguments are not Qt's.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    paintWithoutDisplay();
     int count = 1;
     char* program[] = {argv[0], nullptr};
     const QGuiApplication application(count, program);

@@ -13,9 +13,12 @@ namespace
 
 std::atomic<bool> interrupted = false;
 
+/// In the words that other systems have for it, where they have any.
 std::string lastReason()
 {
-    return std::error_code(static_cast<int>(GetLastError()), std::system_category()).message();
+    return std::error_code(static_cast<int>(GetLastError()), std::system_category())
+        .default_error_condition()
+        .message();
 }
 
 } // namespace

@@ -8,6 +8,13 @@
 #include <QPageLayout>
 #include <QPdfWriter>
 
+void paintWithoutDisplay()
+{
+#ifndef Q_OS_WIN // where there always is one
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+}
+
 std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables)
 {
     QBuffer buffer;

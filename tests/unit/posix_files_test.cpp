@@ -7,7 +7,7 @@
 
 #include <csignal>
 
-// What modes, owners, links and limits of POSIX systems have to do with files.
+// What modes, owners, links, limits and the environment of POSIX systems have to do with files.
 
 namespace
 {
@@ -77,6 +77,32 @@ TEST_F(DataFile, AReadOnlyFileIsRead)
     EXPECT_EQ(size(), "20 64");
     ASSERT_EQ(seteuid(user), 0);
     chmod(directory.c_str(), 0755);
+}
+
+TEST_F(BuildCapacities, StoresWhatTheTablesAre)
+{
+    const std::string in = (root / "in").string();
+    setenv("SOURCE_DATE_EPOCH", "951868799", 1);
+    const std::string label = "list 12-3, \"Größe 5\"";
+    EXPECT_EQ(command({"--complete", "--label", label, in, database.string()}), 0) << messages;
+    EXPECT_EQ(query("SELECT label || '|' || date FROM Label"), label + "|2000-02-29");
+    const std::string built = contents(database);
+    EXPECT_EQ(command({"--label", label, "--complete", in, database.string()}), 0) << messages;
+    EXPECT_TRUE(contents(database) == built) << "the same bytes";
+    EXPECT_EQ(command({"--check", database.string()}), 0);
+    EXPECT_NE(messages.find("labelled \"" + label + "\", 2000-02-29\n"), std::string::npos) << messages;
+    EXPECT_EQ(command({"--export", database.string(), (root / "csv").string()}), 0) << messages;
+    EXPECT_NE(messages.find(R"(--label "list 12-3, \"Größe 5\"")"), std::string::npos) << messages;
+
+    for (const std::string bad : {"", " ", "a\nb", "\xBD"})
+        EXPECT_EQ(command({"--label", bad, in, database.string()}), 2) << bad;
+    EXPECT_EQ(command({"--label", std::string(101, 'a'), in, database.string()}), 2);
+    for (const char* const epoch : {"", "-1", "1e9", "253402300800"}) {
+        setenv("SOURCE_DATE_EPOCH", epoch, 1);
+        EXPECT_EQ(command({"--label", label, in, database.string()}), 2) << epoch;
+    }
+    unsetenv("SOURCE_DATE_EPOCH");
+    EXPECT_TRUE(contents(database) == built);
 }
 
 } // namespace
