@@ -35,7 +35,10 @@ Findings::Kind& Findings::kindOf(const Rule& rule, std::string_view file)
 {
     const auto known =
         std::ranges::find_if(kinds, [&](const Kind& kind) { return kind.rule == &rule && kind.file == file; });
-    return known != kinds.end() ? *known : kinds.emplace_back(&rule, std::string(file), 0);
+    if (known != kinds.end())
+        return *known;
+    kinds.push_back({&rule, std::string(file)});
+    return kinds.back();
 }
 
 void Findings::report(const Rule& rule, std::string_view file, std::size_t line, std::string_view found)

@@ -23,7 +23,7 @@ step() {
     echo "== $what: took $((SECONDS - start)) s"
 }
 
-# The sources that the packages of this Debian were made from. The lists of packages are the script's own: nothing of the
+# The sources that packages of this Debian were made from: fetch_sources PACKAGE... The lists of packages are the script's own: nothing of the
 # system's is changed.
 fetch_sources() {
     local apt=$tree/apt
@@ -36,7 +36,7 @@ LIST
     local options=(-q -o "Dir::Etc::SourceList=$apt/sources.list" -o Dir::Etc::SourceParts=- -o "Dir::State::Lists=$apt/lists"
                    -o "Dir::Cache=$apt/cache" -o APT::Sandbox::User=root)
     apt-get "${options[@]}" update
-    (cd "$tree/sources" && rm -rf ./* && apt-get "${options[@]}" source qt6-base sqlite3 libcsv)
+    (cd "$tree/sources" && apt-get "${options[@]}" source "$@")
 }
 
 source_of() {
@@ -148,7 +148,7 @@ tools/install_packages.sh windows
 # Where programs find their DLLs as long as they stand in the build tree. One prefix for all that the build runs.
 WINEPATH="$prefix/bin;$(dirname "$("$compiler" -print-libgcc-file-name)");/usr/$host/lib"
 export WINEPATH WINEPREFIX=$tree/wine WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
-step sources "Fetching the sources of Qt, SQLite and libcsv" fetch_sources
+step sources "Fetching the sources of SQLite and libcsv" fetch_sources sqlite3 libcsv
 step sqlite "Building SQLite for Windows" build_sqlite
 step csv "Building libcsv for Windows" build_csv
 if [[ ${1:-} == core ]]; then
@@ -156,9 +156,10 @@ if [[ ${1:-} == core ]]; then
     cmake --preset windows-core -DSIZING_WINDOWS_PREFIX="$prefix"
     cmake --build --preset windows-core
     echo "== Running their tests under wine"
-    ctest --preset windows-core
+    wine "$tree/core/bin/sizing_core_test.exe" --gtest_brief=1
     exit
 fi
+step qt-source "Fetching the source of Qt" fetch_sources qt6-base
 step qt "Building Qt for Windows" build_qt
 
 # What changes with the program is done every time.

@@ -1,0 +1,175 @@
+#!/bin/bash
+# Proves the Windows program under wine, with what packaging/windows/build.sh has left in build-windows/: the tests of core
+# and tools, the installer, one pad and one depad sizing by keystrokes with the figures of the tour, a locale with decimal
+# commas, faults of the data file, one printed page, and the removal. Leaves pictures in build-windows/pictures/.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "$0")")/../.."
+tools/install_packages.sh wine tour
+
+tree=$PWD/build-windows
+pictures=$tree/pictures
+scratch=$(mktemp -d)
+setupTitle='Halvor-ORM  Blanketing Valve Sizing Application'
+mainTitle='Halvor-ORM Blanketing Valve Sizing Application'
+patience=90 # seconds that any one thing may take: wine starts slowly
+processes=()
+
+cleanUp() {
+    WINEPREFIX=$scratch/prefix wineserver -k 2>/dev/null || true
+    ((${#processes[@]} == 0)) || kill "${processes[@]}" 2>/dev/null || true
+    rm -rf "$scratch"
+}
+trap cleanUp EXIT
+
+fail() {
+    echo "check: $*" >&2
+    import -silent -window root "$pictures/failed.png" || true
+    exit 1
+}
+
+await() {
+    local what=$1 deadline=$((SECONDS + patience))
+    shift
+    until "$@"; do
+        ((SECONDS < deadline)) || fail "waited $patience seconds in vain for $what"
+        sleep 0.2
+    done
+}
+
+isShown() {
+    xdotool search --onlyvisible --name "$1" >"$scratch/windows" 2>/dev/null
+}
+
+isGone() {
+    ! isShown "$1"
+}
+
+focus() {
+    await "the window $1" isShown "$1"
+    xdotool windowactivate --sync "$(tail -n 1 "$scratch/windows")"
+    sleep 0.5
+}
+
+press() {
+    xdotool key --delay 60 "$@"
+    sleep 0.3
+}
+
+typeText() {
+    xdotool type --delay 60 "$1"
+}
+
+# The results as the program itself copies them: expectResults CAPTION VALUE...
+expectResults() {
+    local copied
+    press ctrl+shift+c
+    copied=$(timeout 10 xclip -o -selection clipboard | tr -d '\r')
+    while (($#)); do
+        grep -qxF "$1"$'\t'"$2" <<<"$copied" || fail "not $1 = $2 among the results:"$'\n'"$copied"
+        shift 2
+    done
+}
+
+# Opens the installed program: open [LOCALE]
+open() {
+    (cd "$scratch" && LC_ALL=${1:-C.UTF-8} exec wine "$program") >"$scratch/program.log" 2>&1 &
+    focus "$setupTitle"
+}
+
+leave() {
+    press alt+x
+    await "the end of the program" isGone "$mainTitle"
+}
+
+sizePad() {
+    press alt+c
+    focus "$mainTitle"
+    typeText "100"
+    press Tab
+    typeText "60"
+    press Tab
+    typeText "10000"
+    press alt+s
+}
+
+echo "== Tests of core and tools"
+packaging/windows/build.sh core
+
+echo "== Installing"
+mkdir -p "$pictures"
+export WINEPREFIX=$scratch/prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+display=$((700 + RANDOM % 200))
+Xvfb ":$display" -screen 0 1600x1200x24 -nolisten tcp -noreset >/dev/null 2>&1 &
+processes+=($!)
+export DISPLAY=:$display
+sleep 1
+openbox >/dev/null 2>&1 &
+processes+=($!)
+wineboot --init >/dev/null 2>&1
+installer=$(echo "$tree"/blanketing-valve-sizing-*-setup.exe)
+wine "$installer" /S
+directory=$(echo "$WINEPREFIX"/drive_c/users/*/AppData/Local/Programs/Blanketing\ Valve\ Sizing)
+program=$directory/blanketing-valve-sizing.exe
+await "the installed program" test -e "$program"
+await "the uninstaller" test -e "$directory/uninstall.exe"
+find "$WINEPREFIX/drive_c" -name 'Halvor-ORM*.lnk' | grep -q . || fail "no entry in the start menu"
+
+echo "== Sizing a pad and a depad valve"
+open
+press alt+c
+focus "$mainTitle"
+press alt+n
+focus "$setupTitle"
+import -silent -window root "$pictures/setup.png"
+sizePad
+import -silent -window root "$pictures/pad.png"
+expectResults "Pump-Rate Flow" "800 SCFH" "Inbreathing Flow" "238 SCFH" "Total Flow Rate" "1038 SCFH" \
+              "Valve Coefficient" 1 "Valve Body Size" '1"' "Max Valve Capacity" "2560 SCFH" "Valve Capacity Utilized (%)" 41
+press alt+n
+focus "$setupTitle"
+press alt+3 alt+d alt+m alt+c
+focus "$mainTitle"
+typeText "50"
+press Tab
+typeText "50"
+press Tab
+typeText "500"
+press Tab Tab Tab Tab
+typeText "60"
+press alt+s
+import -silent -window root "$pictures/depad.png"
+wine "$directory/size_valves.exe" --quiet "Z:$PWD/docs/examples/tanks.csv" 2>/dev/null | tr -d '\r' >"$scratch/sized.csv" || true
+diff <(tr -d '\r' <docs/examples/tanks_sized.csv) "$scratch/sized.csv" || fail "size_valves gives another answer"
+leave
+
+echo "== Decimal commas"
+open de_DE.UTF-8
+sizePad
+expectResults "Specific Gravity - Blanketing Gas" "0,97" "Valve Coefficient" 1
+press alt+o
+typeText "100,5"
+press alt+s
+expectResults "Pump-Out Rate" "100,5 gpm" "Total Flow Rate" "1042 SCFH"
+leave
+
+echo "== A missing and a locked data file"
+mv "$directory/capacities.mdb" "$scratch/capacities.mdb"
+open
+sizePad
+expectResults "Comments/Notes" "You have exceeded the maximum available valve capacity for the given supply pressure."
+chmod 444 "$scratch/capacities.mdb"
+cp -p "$scratch/capacities.mdb" "$directory/capacities.mdb"
+press alt+s
+expectResults "Valve Coefficient" 1
+leave
+
+echo "== Removing"
+chmod 644 "$directory/capacities.mdb"
+echo changed >>"$directory/capacities.mdb"
+wine "$directory/uninstall.exe" /S
+await "the end of the program's files" test ! -e "$program"
+sleep 2
+left=$(find "$directory" -type f | sed 's|.*/||' | sort | tr '\n' ' ')
+[[ $left == "capacities.mdb " ]] || fail "removal leaves $left"
+find "$WINEPREFIX/drive_c" -name 'Halvor-ORM*.lnk' | grep -q . && fail "the entry in the start menu stays"
+echo "== Everything held; see $pictures"
