@@ -37,7 +37,7 @@ Findings::Kind& Findings::kindOf(const Rule& rule, std::string_view file)
         std::ranges::find_if(kinds, [&](const Kind& kind) { return kind.rule == &rule && kind.file == file; });
     if (known != kinds.end())
         return *known;
-    kinds.push_back({&rule, std::string(file)});
+    kinds.push_back({&rule, std::string(file), 0});
     return kinds.back();
 }
 
