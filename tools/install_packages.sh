@@ -56,7 +56,9 @@ wine    xvfb              their virtual display
 wine    xdotool           presses the keys
 wine    openbox           gives the windows their focus
 wine    imagemagick       takes and compares the pictures
-wine    unzip             unpacks the portable archive
+wine    xclip             reads what the program copies
+wine    cups              a print queue
+wine    ghostscript       makes a picture of what reaches it
 ci      clang-format      the common source format
 ci      devscripts        hardening-check
 ci      shellcheck        faults in the scripts

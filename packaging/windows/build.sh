@@ -101,6 +101,7 @@ stage_files() {
     mkdir -p "$files/platforms" "$files/imageformats" "$files/licences"
     cp "$tree"/program/bin/{blanketing-valve-sizing,size_valves,build_capacities}.exe "$tree/program/bin/capacities.mdb" "$files"
     cp "$prefix/plugins/platforms/qwindows.dll" "$files/platforms"
+    cp packaging/windows/qt.conf "$files"
     cp "$prefix/plugins/imageformats/qjpeg.dll" "$files/imageformats"
     found=new
     while [[ $found ]]; do

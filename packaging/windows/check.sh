@@ -4,17 +4,17 @@
 # commas, faults of the data file, one printed page, and the removal. Leaves pictures in build-windows/pictures/.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/../.."
-tools/install_packages.sh wine tour
 
 tree=$PWD/build-windows
 pictures=$tree/pictures
-scratch=$(mktemp -d)
+scratch=${SIZING_CHECK_SCRATCH:-$(mktemp -d)}
 setupTitle='Halvor-ORM  Blanketing Valve Sizing Application'
 mainTitle='Halvor-ORM Blanketing Valve Sizing Application'
 patience=90 # seconds that any one thing may take: wine starts slowly
 processes=()
 
 cleanUp() {
+    [[ -z ${SIZING_CHECK_SCRATCH:-} ]] || return # the one that called this
     WINEPREFIX=$scratch/prefix wineserver -k 2>/dev/null || true
     ((${#processes[@]} == 0)) || kill "${processes[@]}" 2>/dev/null || true
     rm -rf "$scratch"
@@ -59,11 +59,19 @@ typeText() {
     xdotool type --delay 60 "$1"
 }
 
+hasCopied() {
+    timeout 5 xclip -o -selection clipboard 2>/dev/null | tr -d '\r' >"$scratch/copied"
+    grep -q $'\t' "$scratch/copied"
+}
+
 # The results as the program itself copies them: expectResults CAPTION VALUE...
 expectResults() {
     local copied
+    xclip -selection clipboard <<<"nothing yet"
+    sleep 0.3
     press ctrl+shift+c
-    copied=$(timeout 10 xclip -o -selection clipboard | tr -d '\r')
+    await "the results to be copied" hasCopied
+    copied=$(<"$scratch/copied")
     while (($#)); do
         grep -qxF "$1"$'\t'"$2" <<<"$copied" || fail "not $1 = $2 among the results:"$'\n'"$copied"
         shift 2
@@ -92,6 +100,28 @@ sizePad() {
     press alt+s
 }
 
+# A sizing with every row of the summary, printed by the program into the queue of the scheduler around this.
+printSummary() {
+    local spool
+    spool=$(dirname "$CUPS_SERVER")/spool
+    open
+    press alt+3 alt+u alt+d alt+2 alt+n
+    typeText $'Example Refining\tTank farm 7\tTK-4711\tindoors\tA. Person'
+    press alt+c
+    focus "$mainTitle"
+    typeText $'200\t1\t42000\t\t\t320\t120\tDiesel'
+    press alt+s alt+t
+    await "the print job" grep -qs EOF "$spool"/d*-001
+    cp "$spool"/d*-001 "$scratch/page.ps"
+    leave
+}
+if [[ ${1:-} == --print ]]; then
+    program=$2
+    printSummary
+    exit
+fi
+
+tools/install_packages.sh windows wine tour
 echo "== Tests of core and tools"
 packaging/windows/build.sh core
 
@@ -152,13 +182,49 @@ press alt+s
 expectResults "Pump-Out Rate" "100,5 gpm" "Total Flow Rate" "1042 SCFH"
 leave
 
-echo "== A missing and a locked data file"
+echo "== A page on a print queue"
+SIZING_CHECK_SCRATCH=$scratch tests/end_to_end/print_check.py --queue "$PWD/packaging/windows/check.sh" --print "$program"
+gs -q -dBATCH -dNOPAUSE -dTextAlphaBits=4 -dGraphicsAlphaBits=4 -sDEVICE=png16m -r60 "-sOutputFile=$pictures/page-%d.png" "$scratch/page.ps"
+[[ ! -e $pictures/page-2.png ]] || fail "more than one page"
+# Without their margins, for the papers differ; Debian's is of 96 dpi.
+convert docs/pictures/summary.png -resize 62.5% -fuzz 5% -trim +repage -blur 0x2 "$scratch/debian.png"
+convert "$pictures/page-1.png" -fuzz 5% -trim +repage -resize "$(identify -format '%wx%h!' "$scratch/debian.png")" \
+        -blur 0x2 "$scratch/windows.png"
+difference=$({ compare -metric RMSE "$scratch/windows.png" "$scratch/debian.png" null: 2>&1 || true; } | sed 's/.*(\(.*\))/\1/')
+echo "the page differs from that of Debian by $difference"
+awk -v difference="$difference" 'BEGIN { exit !(difference < 0.06) }' || fail "the page is another one"
+
+echo "== A missing, a read-only and a held data file"
 mv "$directory/capacities.mdb" "$scratch/capacities.mdb"
 open
 sizePad
 expectResults "Comments/Notes" "You have exceeded the maximum available valve capacity for the given supply pressure."
 chmod 444 "$scratch/capacities.mdb"
 cp -p "$scratch/capacities.mdb" "$directory/capacities.mdb"
+press alt+s
+expectResults "Valve Coefficient" 1
+cat >"$scratch/hold.c" <<'HOLD'
+#include <stdio.h>
+#include <windows.h>
+int main(int argc, char** argv)
+{
+    if (argc != 2 || CreateFileA(argv[1], GENERIC_READ, 0, 0, OPEN_EXISTING, 0, 0) == INVALID_HANDLE_VALUE)
+        return 1;
+    puts("held");
+    fflush(stdout);
+    Sleep(600000);
+    return 0;
+}
+HOLD
+x86_64-w64-mingw32-gcc-posix "$scratch/hold.c" -o "$scratch/hold.exe"
+(cd "$directory" && exec wine "$scratch/hold.exe" capacities.mdb >"$scratch/held") &
+holder=$!
+await "the data file to be held" grep -q held "$scratch/held"
+press alt+s
+expectResults "Comments/Notes" "You have exceeded the maximum available valve capacity for the given supply pressure."
+kill "$holder"
+wine taskkill /f /im hold.exe >/dev/null 2>&1 || true
+sleep 1
 press alt+s
 expectResults "Valve Coefficient" 1
 leave

@@ -4,7 +4,7 @@
 ; For the current user, without administrator's rights; for all users when the page or /ALLUSERS says so. /S is silent,
 ; /D=<directory> (last) installs elsewhere. A data file that is not the installed one any more is its user's: it is asked
 ; for, and kept by a silent installation or removal.
-Unicode true
+Target amd64-unicode ; as the program is; no 32-bit Windows can start it
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
 ManifestDPIAware true
@@ -13,7 +13,6 @@ ManifestDPIAware true
 !include nsDialogs.nsh
 !include FileFunc.nsh
 !include LogicLib.nsh
-!include x64.nsh
 
 !define NAME "Halvor-ORM Blanketing Valve Sizing"
 !define DIRECTORY "Blanketing Valve Sizing"
@@ -64,11 +63,6 @@ Function proposeDirectory
 FunctionEnd
 
 Function .onInit
-    ${IfNot} ${RunningX64}
-        MessageBox MB_OK|MB_ICONSTOP "${NAME} needs a 64-bit Windows." /SD IDOK
-        SetErrorLevel 2
-        Quit
-    ${EndIf}
     StrCpy $allUsers 0
     ${GetParameters} $0
     ClearErrors
