@@ -120,13 +120,24 @@ private:
     QLineEdit& box() const { return *static_cast<QLineEdit*>(widget()); }
 };
 
+/// A form, or the window that scrolls one. As a plain widget it would be a filler.
+class FormAccessible : public QAccessibleWidget
+{
+public:
+    explicit FormAccessible(QWidget* form) : QAccessibleWidget(form) {}
+    QAccessible::Role role() const override { return widget()->isWindow() ? QAccessible::Window : QAccessible::Pane; }
+};
+
 QAccessibleInterface* create(const QString& className, QObject* object)
 {
-    auto* const form = qobject_cast<QWidget*>(object);
-    const bool isForm =
-        form != nullptr && (className == QLatin1String("SetupForm") || className == QLatin1String("MainForm"));
-    if (isForm) // as a plain widget it would be a filler between window and controls
-        return new QAccessibleWidget(form, QAccessible::Window);
+    auto* const widget = qobject_cast<QWidget*>(object);
+    if (widget == nullptr)
+        return nullptr;
+    if (className == QLatin1String("SetupForm") || className == QLatin1String("MainForm") ||
+        (className == QLatin1String("QScrollArea") && widget->isWindow()))
+        return new FormAccessible(widget);
+    if (className == QLatin1String("Announcer"))
+        return new QAccessibleWidget(widget, QAccessible::Notification);
     auto* const box = qobject_cast<QLineEdit*>(object);
     const bool speaks = box != nullptr && box->echoMode() == QLineEdit::Normal; // a password is left to the toolkit
     return speaks && className == QLatin1String("QLineEdit") ? new BoxAccessible(box) : nullptr;

@@ -15,7 +15,7 @@ std::string pressureHelp(const SizingState& state, const NumberText& numbers)
 {
     const bool pad = state.ValveType == choice::pad;
     std::string help = pad ? "Supply pressure of the blanketing gas before the valve" : "Pressure across the valve";
-    help += ", gauge, in " + state.PressUnits;
+    help += (pad ? ", gauge, in " : ", in ") + state.PressUnits;
     if (const Offer* const offer = offerOf(state)) {
         help += ": " + numbers.general(offer->lowest) + " to " + numbers.general(offer->highest) + '.';
         if (offer->minimum.message != nullptr && offer->minimum.lowest > offer->lowest)
@@ -26,8 +26,8 @@ std::string pressureHelp(const SizingState& state, const NumberText& numbers)
 
 std::string pointHelp(const char* point, const SizingState& state)
 {
-    return std::string(point) + " of the stored material, in degrees " + unitsOf(state.UnitSystem)->temperature +
-           ". One of boiling and flash point is enough; a flash point wins.";
+    return std::string(point) + " of the stored material, in deg " + unitsOf(state.UnitSystem)->degrees +
+           ": 0 or more. One of boiling and flash point is enough; a flash point wins.";
 }
 
 std::string plainHelp(Box box, const SizingState& state, const NumberText& numbers)
@@ -46,7 +46,7 @@ std::string plainHelp(Box box, const SizingState& state, const NumberText& numbe
         case Box::cmbBlanketingGas:
             return "Pick a gas and its specific gravity is filled in, or type another name.";
         case Box::txtSpecGrav:
-            return "Specific gravity of the gas; air has 1. The gravity of a listed gas names the gas.";
+            return "Specific gravity of the gas: above 0; air has 1. The gravity of a listed gas names the gas.";
         case Box::txtBoilingPoint:
             return pointHelp("Boiling point", state);
         case Box::txtFlashPoint:

@@ -8,11 +8,13 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcutEvent>
+#include <QStyleOptionButton>
 
 #include <algorithm>
 #include <limits>
@@ -44,8 +46,19 @@ void strengthenOutline(QWidget& control)
     control.setPalette(palette);
 }
 
+/// Where the mark of the focus goes round a button or an option.
+QRect focusMark(const QAbstractButton& button)
+{
+    if (qobject_cast<const QRadioButton*>(&button) == nullptr)
+        return button.rect().adjusted(3, 3, -4, -4);
+    QStyleOptionButton option;
+    option.initFrom(&button);
+    option.text = button.text();
+    return button.style()->subElementRect(QStyle::SE_RadioButtonFocusRect, &option, &button).adjusted(0, 0, -1, -1);
+}
+
 /// A button whose access key clicks it at once. Qt's own waits a tenth of a second, in which a fast typist's next keys
-/// would still go to the control before.
+/// would still go to the control before. That it has the focus is marked in black: the style's own mark is pale.
 template <typename Button>
 class AccessKeyButton : public Button
 {
@@ -60,6 +73,16 @@ protected:
         this->setFocus(Qt::ShortcutFocusReason);
         this->click();
         return true;
+    }
+
+    void paintEvent(QPaintEvent* event) override
+    {
+        Button::paintEvent(event);
+        if (!this->hasFocus() || !this->window()->testAttribute(Qt::WA_KeyboardFocusChange))
+            return;
+        QPainter painter(this);
+        painter.setPen(QPen(Qt::black, 1, Qt::DotLine));
+        painter.drawRect(focusMark(*this));
     }
 };
 
@@ -255,7 +278,7 @@ void paintLightGrey(QWidget& widget)
 void centreOnScreen(QWidget& window)
 {
     const QRect screen = window.screen()->geometry();
-    const QSize spare = (screen.size() - window.size()) / 2;
+    const QSize spare = (screen.size() - window.frameSize()) / 2;
     window.move(screen.topLeft() + QPoint(std::max(spare.width(), 0), std::max(spare.height(), 0)));
 }
 

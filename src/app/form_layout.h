@@ -92,7 +92,8 @@ void keepApart(std::span<QLabel* const> row, int rightEdge);
 /// Light grey background with black text on it and white boxes, whatever the desktop's theme.
 void paintLightGrey(QWidget& widget);
 
-/// Puts a window in the middle of its screen; one that is larger than the screen starts at its top-left corner.
+/// Puts a window, with its frame where it has one already, in the middle of its screen; one that is larger than the
+/// screen starts at its top-left corner.
 void centreOnScreen(QWidget& window);
 
 /// Where the window scrolls the form, scrolls it so that the control is seen whole.

@@ -24,7 +24,7 @@ bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event)
             return false;
         }
         case QEvent::Shortcut:
-            return isButton && isRepeated_;
+            return isRepeated_;
         case QEvent::KeyPress: {
             const int key = static_cast<QKeyEvent*>(event)->key();
             return isButton && isRepeated_ && (key == Qt::Key_Return || key == Qt::Key_Enter);

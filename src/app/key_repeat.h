@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-/// Lets a button that is pressed by its access key or by Enter act once, however long the key is held: else a held
+/// Lets a shortcut, an access key, and Enter on a button act once, however long the key is held: else a held
 /// "Prin&t" prints page after page, and a held "&Continue" goes on to clear the next form. Installed on the
 /// application.
 class KeyRepeatFilter : public QObject

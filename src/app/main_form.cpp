@@ -1,5 +1,6 @@
 #include "app/main_form.h"
 
+#include "app/announcer.h"
 #include "app/box_help.h"
 #include "app/gas_box.h"
 #include "app/numeric_box.h"
@@ -8,6 +9,7 @@
 #include "base/number_text.h"
 #include "base/offered.h"
 #include "engine/sizing_driver.h"
+#include "report/print_command.h"
 
 #include <QApplication>
 #include <QGroupBox>
@@ -119,6 +121,15 @@ const char* valueProperty(const QWidget& control)
     return control.inherits("QComboBox") ? "currentText" : "text";
 }
 
+/// A caption without its access key and the signs around it: "+ Inbreathing Flow", "Tank &Volume:".
+QString plainCaption(QString caption)
+{
+    caption.remove(u'&').remove(u':');
+    while (caption.startsWith(u'+') || caption.startsWith(u'=') || caption.startsWith(u' '))
+        caption.remove(0, 1);
+    return caption;
+}
+
 void paintText(QLabel& label, const QColor& colour)
 {
     QPalette palette = label.palette();
@@ -131,7 +142,7 @@ void paintText(QLabel& label, const QColor& colour)
 MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText& numbers, CapacityStore& store)
     : controls_(*this, FrameOrigin::form, mainFormWidth, mainFormHeight), sizing_{state, *this, messageBox, numbers,
                                                                                   store},
-      gas_(controls_.get<GasBox>("cmbBlanketingGas"))
+      gas_(controls_.get<GasBox>("cmbBlanketingGas")), announcer_(*new Announcer(*this))
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Halvor-ORM Blanketing Valve Sizing Application - Version " SIZING_VERSION));
@@ -312,21 +323,19 @@ void MainForm::selectValve()
 {
     refused_ = nullptr;
     cmdCalcFlowRate_Click(sizing_);
-    if (auto* const box = qobject_cast<QLineEdit*>(refused_)) {
-        // Told before the box has the focus, or it would be read twice.
-        spoken_.tell(*box, outcome());
-        box->setFocus();
-        box->selectAll();
-    } else {
-        spoken_.tell(controls_.get<QPushButton>("cmdCalcFlowRate"), outcome());
+    if (refused_ != nullptr) {
+        refused_->setFocus();
+        refused_->selectAll();
     }
+    announcer_.say(outcome());
     showOutcome();
 }
 
 void MainForm::showOutcome()
 {
-    if (!caption(Label::lblPercentValveCapacity).empty())
-        scrollIntoView(controls_.get<QWidget>("lblCVlbl"));
+    if (!caption(Label::lblPercentValveCapacity).empty()) // the last of them, should they not all fit
+        for (const MainControl shown : {MainControl("lblPercentValveCapacity"), MainControl("lblCVlbl")})
+            scrollIntoView(controls_.get<QWidget>(shown));
     if (!caption(Label::lblComments).empty())
         scrollIntoView(controls_.get<QWidget>("frmComments"));
 }
@@ -334,10 +343,9 @@ void MainForm::showOutcome()
 void MainForm::requestSummary(void (MainForm::*request)())
 {
     emit(this->*request)();
-    QWidget* const focus = focusWidget();
-    if (focus == nullptr || !caption(Label::lblPercentValveCapacity).empty())
+    if (caption(Label::lblComments) != nothingSized)
         return;
-    spoken_.tell(*focus, outcome());
+    announcer_.say(outcome());
     showOutcome();
 }
 
@@ -345,21 +353,31 @@ QString MainForm::resultsText() const
 {
     const SizingState& state = sizing_.state;
     QString lines;
-    const auto add = [&](QString caption, const QString& value, const QString& unit) {
-        // A spreadsheet would work out what begins with these.
-        while (caption.startsWith(u'+') || caption.startsWith(u'=') || caption.startsWith(u' '))
-            caption.remove(0, 1);
+    const auto add = [&](const QString& name, const QString& value, const QString& unit = {}) {
+        const auto cell = [](const QString& text) { // on one line, and nothing that a spreadsheet would work out
+            const QString line = text.simplified();
+            return !line.isEmpty() && QStringLiteral("=+-@").contains(line.front()) ? u' ' + line : line;
+        };
         if (!value.isEmpty())
-            lines += caption.remove(u'&').remove(u':') + u'\t' + value + (unit.isEmpty() ? unit : u' ' + unit) + u'\n';
+            lines += name + u'\t' + cell(value) + (unit.isEmpty() ? unit : u' ' + unit) + u'\n';
     };
-    add(QStringLiteral("Tag Number"), QString::fromStdString(state.CustTagNo), {});
+    for (const auto& [name, text] : {std::pair{"Customer Name", &state.CustomerName},
+                                     {"Customer Location", &state.CustomerLocation},
+                                     {"Tag Number", &state.CustTagNo},
+                                     {"Notes", &state.Notes},
+                                     {"ORM Representative", &state.Representative}})
+        add(QString::fromLatin1(name), QString::fromStdString(*text));
     for (const Fact& fact : facts) {
         const auto& value = controls_.get<QWidget>(fact.value);
-        if (!value.isHidden())
-            add(controls_.get<QLabel>(fact.caption).text(), value.property(valueProperty(value)).toString(),
+        // The gravity that the capacity refers to stays on the form when an edit has emptied the capacity.
+        const bool isStale =
+            fact.value.index == controlOf(Label::lblSGGas2).index && caption(Label::lblMaxValveCapacity).empty();
+        if (!value.isHidden() && !isStale)
+            add(plainCaption(controls_.get<QLabel>(fact.caption).text()),
+                value.property(valueProperty(value)).toString(),
                 fact.unit ? controls_.get<QLabel>(*fact.unit).text().remove(QStringLiteral(" of")) : QString());
     }
-    add(controls_.get<QGroupBox>("frmComments").title(), QString::fromStdString(caption(Label::lblComments)), {});
+    add(controls_.get<QGroupBox>("frmComments").title(), QString::fromStdString(caption(Label::lblComments)));
     return lines;
 }
 

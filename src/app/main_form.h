@@ -1,17 +1,18 @@
 #pragma once
 
 #include "app/main_form_layout.h"
-#include "app/spoken_outcome.h"
 #include "base/main_screen.h"
 #include "base/sizing_context.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QWidget>
 
 #include <span>
 #include <string>
 #include <vector>
 
+class Announcer;
 class GasBox;
 
 /// `frmMain`, the working window: takes the duty, runs a sizing and shows the valve. Creating it is its load from the
@@ -30,7 +31,7 @@ public:
     void modClearData() override;
     void setPrintEnabled(bool enabled) override;
 
-    /// Asks for the summary by one of the two signals, and has a refusal seen and heard.
+    /// Asks for the summary by one of the two signals, and has the refusal seen and heard.
     void requestSummary(void (MainForm::*request)());
 
     /// Choices, entries and results, a line each: caption, tab, value and unit. What is empty or not shown is left out.
@@ -79,6 +80,6 @@ private:
     SizingContext sizing_;
     GasBox& gas_;
     std::vector<std::vector<QLabel*>> rows_; ///< labels that must not run into each other
-    QWidget* refused_ = nullptr;             ///< the box that the refusal of this click is about
-    SpokenOutcome spoken_;
+    QLineEdit* refused_ = nullptr;           ///< the box that the refusal of this click is about
+    Announcer& announcer_;
 };

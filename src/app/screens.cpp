@@ -1,6 +1,6 @@
 #include "app/screens.h"
 
-#include "platform/about.h"
+#include "app/announcer.h"
 #include "app/box_accessible.h"
 #include "app/form_layout.h"
 #include "app/key_repeat.h"
@@ -8,6 +8,7 @@
 #include "app/setup_form.h"
 #include "base/message_box.h"
 #include "capacity/tables_label.h"
+#include "platform/about.h"
 #include "platform/pdf_summary.h"
 #include "report/file_name.h"
 #include "report/print_command.h"
@@ -21,7 +22,10 @@
 #include <QSaveFile>
 #include <QScreen>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QStandardPaths>
+#include <QTimer>
+#include <QWhatsThis>
 
 #include <stdexcept>
 
@@ -126,8 +130,10 @@ void Screens::saveSummary(MainForm& mainForm)
     try {
         const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
         const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();
+        // Where the data file is another one than that of the sizing, its label says nothing of it.
+        const bool isSameFile = store_.hasReadOneFile();
         if (!file.isEmpty())
-            writeFile(file, summaryPdf(*page, tablesLabel(store_)));
+            writeFile(file, summaryPdf(*page, isSameFile ? tablesLabel(store_) : std::nullopt));
     } catch (const std::exception& reason) {
         messageBox_.show(std::string("The summary is not saved: ") + reason.what());
     }
@@ -152,6 +158,16 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
     add("About", {}, [this] { showAbout(messageBox_, store_, dataFile_); });
+
+    // The toolkit shows the help by itself, but no screen reader says it.
+    auto* const announcer = new Announcer(form);
+    connect(new QShortcut(Qt::SHIFT | Qt::Key_F1, &form), &QShortcut::activated, &form, [announcer] {
+        QWidget* const box = QApplication::focusWidget();
+        if (box == nullptr || box->whatsThis().isEmpty())
+            return;
+        QWhatsThis::showText(box->mapToGlobal(box->rect().bottomLeft()), box->whatsThis(), box);
+        announcer->say(box->whatsThis());
+    });
 }
 
 void Screens::replaceForm(QWidget* form)
@@ -161,6 +177,13 @@ void Screens::replaceForm(QWidget* form)
     QWidget* const window = windowAround(form);
     window->show();
     window->setAttribute(Qt::WA_KeyboardFocusChange); // the focus is marked from the start, not from the first key
+    if (window == form) {            // once more with its title bar, which the window manager has given it by then
+        constexpr int patience = 50; // milliseconds
+        QTimer::singleShot(patience, window, [window, at = window->pos()] {
+            if (window->pos() == at)
+                centreOnScreen(*window);
+        });
+    }
     if (before != nullptr) {
         before->hide();
         before->deleteLater(); // its own button may still be in its click

@@ -1,6 +1,8 @@
 #include "platform/about.h"
 
+#include "base/failure.h"
 #include "base/message_box.h"
+#include "base/offered.h"
 #include "capacity/capacity_store.h"
 #include "capacity/tables_label.h"
 
@@ -26,6 +28,20 @@ constexpr const char* systemsLibraries =
 constexpr const char* systemsLibraries = "CUPS: Apache License 2.0, https://www.apache.org/licenses/";
 #endif
 
+/// What the tables are, or why nothing is known of them.
+std::string describeTables(CapacityStore& store)
+{
+    if (const std::optional<TablesLabel> label = tablesLabel(store))
+        return label->label + " (" + label->date + ')';
+    try {
+        store.beginClick();
+        store.table(offers[0].valveTable, {"CV"});
+        return "not labelled";
+    } catch (const SilentFailure&) {
+        return "the data file is missing or cannot be read";
+    }
+}
+
 } // namespace
 
 void showAbout(MessageBox& messageBox, CapacityStore& store, const std::string& dataFile)
@@ -33,8 +49,7 @@ void showAbout(MessageBox& messageBox, CapacityStore& store, const std::string& 
     const QFileInfo file(QString::fromStdString(dataFile));
     const QString since = file.exists() ? QLocale::system().toString(file.lastModified(), QLocale::ShortFormat)
                                         : QStringLiteral("missing");
-    const std::optional<TablesLabel> label = tablesLabel(store);
-    const std::string tables = label ? label->label + " (" + label->date + ')' : "not labelled";
+    const std::string tables = describeTables(store);
     const QString text = QStringLiteral("Halvor-ORM Blanketing Valve Sizing, version " SIZING_VERSION "\n\n"
                                         "Valve capacities: %1\n"
                                         "Data file: %2 (%3)\n\n"

@@ -14,7 +14,7 @@ std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary)
     SizingState& state = summary.state;
     if (summary.screen.caption(Label::lblTotalFlow).empty() ||
         summary.screen.caption(Label::lblPercentValveCapacity).empty()) {
-        summary.screen.setCaption(Label::lblComments, "You must size a valve before printing.");
+        summary.screen.setCaption(Label::lblComments, nothingSized);
         return std::nullopt;
     }
     // The stored material is judged afresh from the points of the last sizing.

@@ -21,6 +21,9 @@ struct SummaryContext
     std::string today; ///< in the user's short date form
 };
 
+/// What the comments say where nothing is sized.
+inline constexpr const char* nothingSized = "You must size a valve before printing.";
+
 /// The summary of the last sizing. Nothing sized: says so in `lblComments`. Throws when the points of the stored
 /// material cannot be judged.
 std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary);

@@ -19,17 +19,21 @@ PATIENCE = 30  # seconds for any one thing to happen
 SETUP = "^Halvor-ORM  Blanketing Valve Sizing Application"
 MAIN = "^Halvor-ORM Blanketing Valve Sizing Application"
 
-# Keys, and what is said then of the control with the focus: its name, and the beginning of its description.
+# Keys, and what is said then: name and description of the control that gets the focus ("" when it stays), and the
+# beginning of an announcement.
 SETUP_WALK = [
-    ("alt+3", "Series 63", ""),  # refills lists, which do not have the focus
-    ("alt+o alt+o", "ORM Representative", "Printed on the summary."),
-    ("Tab", "PSI", ""),  # the list, and which entry
+    ("alt+3", "Series 63", "", ""),  # refills lists, which do not have the focus
+    ("alt+o alt+o", "ORM Representative", "Printed on the summary.", ""),
+    ("Tab", "PSI", "", ""),  # the list, and which entry
 ]
+SIZED = 'Cv 1, body size 1", capacity 2560 SCFH, 41 % utilized.'
 MAIN_WALK = [
-    ("Tab", "Supply Pressure of Blanketing Gas", "PSI"),  # empty
-    ("alt+s", "Supply Pressure of Blanketing Gas", "Please enter Pressure and Pump-Rate information. PSI"),
-    ("6 0 Tab", "Tank Volume:", "Gallons"),
-    ("1 0 0 0 0 alt+s", "Select Valve Size", 'Cv 1, body size 1", capacity 2560 SCFH, 41 % utilized.'),
+    ("Tab", "Supply Pressure of Blanketing Gas", "PSI", ""),  # empty
+    ("alt+s", "", "", "Please enter Pressure and Pump-Rate information."),  # of the box that has the focus
+    ("6 0 Tab", "Tank Volume:", "Gallons", ""),
+    ("shift+F1", "", "", "Volume of the tank, in Gallons: above 0, up to 7560000."),
+    ("Escape 1 0 0 0 0 alt+s", "Select Valve Size", "", SIZED),
+    ("Return", "", "", SIZED),  # once more
 ]
 
 
@@ -48,18 +52,23 @@ def focus_window(title):
 
 
 class Listener:
-    """Keeps which controls were said to have got the focus."""
+    """Keeps which controls were said to have got the focus, and what was announced."""
 
     def __init__(self):
         import pyatspi
         from gi.repository import GLib
         self.context = GLib.MainContext.default()
-        self.focused = []
+        self.focused, self.announced = [], []
+        pyatspi.Registry.registerEventListener(self.on_showing, "object:state-changed:showing")
         pyatspi.Registry.registerEventListener(self.on_focus, "object:state-changed:focused")
 
     def on_focus(self, event):
         if event.detail1:
             self.focused.append(event.source)
+
+    def on_showing(self, event):
+        if event.detail1 and event.source.getRoleName() == "notification":
+            self.announced.append(event.source.name)
 
     def listen(self, seconds):
         end = time.monotonic() + seconds
@@ -68,21 +77,24 @@ class Listener:
                 pass
             time.sleep(0.01)
 
-    def press(self, keys, name, description):
+    def press(self, keys, name, description, announcement):
         self.focused.clear()
+        self.announced.clear()
         subprocess.run(["xdotool", "key", "--delay", "20", *keys.split()], check=True)
         end = time.monotonic() + PATIENCE
         said = []
-        while not said or said[-1] != name:
-            expect(time.monotonic() < end, f"after {keys}: heard of {said}, not of {name}")
+        while name and said[-1:] != [name] or announcement and not self.announced:
+            expect(time.monotonic() < end, f"after {keys}: heard of {said} and {self.announced}, not of {name}")
             self.listen(0.1)
             said = [source.name for source in self.focused]
         self.listen(0.3)
         said = [source.name for source in self.focused if source.name]
-        expect(said[-1] == name and len(set(said)) <= 2, f"after {keys}: heard of {said}")
-        heard = self.focused[-1].description
+        expect(not name or said[-1] == name and len(set(said)) <= 2, f"after {keys}: heard of {said}")
+        heard = self.focused[-1].description if name else ""
         expect(heard.startswith(description), f"after {keys}: described as {heard!r}")
-        print(f"ok: {keys}: {name}, {heard}", flush=True)
+        expect(len(self.announced) == bool(announcement), f"after {keys}: announced {self.announced}")
+        expect("".join(self.announced).startswith(announcement), f"after {keys}: announced {self.announced}")
+        print(f"ok: {keys}: {name} {heard} {' '.join(self.announced)}", flush=True)
 
 
 def walk(program):
