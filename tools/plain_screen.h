@@ -20,7 +20,7 @@ struct PlainScreen : MainScreen
     std::string caption(Label label) const override { return valueOf(captions, label); }
     void setCaption(Label label, const std::string& shown) override { captions[label] = shown; }
 
-    void goTo(Box box) override { current = box; }
+    void refusedAt(Box box) override { current = box; }
 
     void modClearData() override
     {

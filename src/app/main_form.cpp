@@ -314,7 +314,7 @@ void MainForm::setCaption(Label label, const std::string& shown)
     setLabelCaption(controlOf(label), shown);
 }
 
-void MainForm::goTo(Box box)
+void MainForm::refusedAt(Box box)
 {
     refused_ = &controls_.get<QLineEdit>(controlOf(box)); // when the click is over
 }

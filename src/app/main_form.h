@@ -27,7 +27,7 @@ public:
     std::string text(Box box) const override;
     std::string caption(Label label) const override;
     void setCaption(Label label, const std::string& shown) override;
-    void goTo(Box box) override;
+    void refusedAt(Box box) override;
     void modClearData() override;
     void setPrintEnabled(bool enabled) override;
 

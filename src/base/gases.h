@@ -7,7 +7,8 @@
 #include <limits>
 #include <string_view>
 
-/// A listed gas and its specific gravity (air = 1), in the order of the gas list.
+/// A listed gas and its specific gravity (air = 1), in the order of the gas list. The first two are those that the
+/// capacity tables are for; a new gas comes after them.
 struct Gas
 {
     const char* name;
@@ -21,7 +22,7 @@ inline constexpr std::array<Gas, 4> gases{{
     {"Natural Gas", 0.6F},
 }};
 
-/// The gas that a valve type starts with.
+/// The gas that a valve type starts with: the one that its capacity tables are for. Nitrogen for anything else.
 inline const Gas& firstGas(std::string_view valveType)
 {
     return valveType == choice::depad ? gases[1] : gases[0];

@@ -42,8 +42,8 @@ public:
     virtual std::string caption(Label label) const = 0;
     virtual void setCaption(Label label, const std::string& shown) = 0;
 
-    /// Puts the focus into a box: the one that a refusal is about.
-    virtual void goTo(Box box) = 0;
+    /// Which box a refusal of this click is about; of several, the last. It has the focus when the click is over.
+    virtual void refusedAt(Box box) = 0;
 
     /// Empties the inputs (the tank volume becomes "0") and results; the gas, its gravity and the choices stay.
     virtual void modClearData() = 0;

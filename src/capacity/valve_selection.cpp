@@ -37,7 +37,7 @@ void selectPad(SizingContext& sizing)
     if (const char* const message = brokenModelRule(sizing)) {
         modClearSizingData(sizing);
         refuse(sizing, message);
-        sizing.screen.goTo(Box::txtPressure);
+        sizing.screen.refusedAt(Box::txtPressure);
         return;
     }
     // The table capacity is rounded before it is multiplied; depad sizing and the valve check round the product.

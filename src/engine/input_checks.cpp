@@ -116,7 +116,7 @@ void modErrorCheck(SizingContext& sizing)
             return;
         if (refusal->message != nullptr)
             sizing.screen.setCaption(Label::lblComments, refusal->message);
-        sizing.screen.goTo(refusal->box);
+        sizing.screen.refusedAt(refusal->box);
         sizing.state.InputError = true;
     };
     withHandler(sizing.messageBox, errorCodes("modErrorCheck"), check, [&] { sizing.state.InputError = true; });

@@ -27,7 +27,7 @@ void modMaxMinCheck(SizingContext& sizing)
         if (offer == nullptr || (state.InputPressure >= offer->lowest && state.InputPressure <= offer->highest))
             return;
         sizing.screen.setCaption(Label::lblComments, offer->message);
-        sizing.screen.goTo(Box::txtPressure);
+        sizing.screen.refusedAt(Box::txtPressure);
         state.SizingError = true;
     };
     withHandler(sizing.messageBox, errorCodes("modMaxMinCheck"), check, [&] {
