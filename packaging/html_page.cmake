@@ -1,12 +1,13 @@
 # Makes a page of a Markdown file: cmake -DCMARK= -DFILE= -DPAGE= -P html_page.cmake
 execute_process(COMMAND ${CMARK} -e table ${FILE} OUTPUT_VARIABLE body COMMAND_ERROR_IS_FATAL ANY)
-string(REGEX MATCH "<h1>([^<]*)</h1>" heading "${body}")
+string(REGEX MATCH "<h1>([^<]*)</h1>" found "${body}")
+set(heading "${CMAKE_MATCH_1}")
 string(REGEX REPLACE "(href=\"[^\":]*)\\.md\"" "\\1.html\"" body "${body}")
 file(WRITE ${PAGE} "<!DOCTYPE html>
 <html lang=\"en\">
 <head>
 <meta charset=\"utf-8\">
-<title>${CMAKE_MATCH_1} - Halvor-ORM Blanketing Valve Sizing</title>
+<title>${heading} - Halvor-ORM Blanketing Valve Sizing</title>
 <style>
 body { max-width: 50em; margin: 2em auto; padding: 0 1em; font-family: sans-serif; line-height: 1.4 }
 table { border-collapse: collapse }

@@ -36,6 +36,7 @@ package dpkg-dev          names the packages that these libraries come from
 package lintian           holds the package to the rules of Debian
 package mmdebstrap        a clean system to install it into
 windows g++-mingw-w64-x86-64-posix builds for Windows
+windows g++               builds what makes SQLite and Qt
 windows cmake             configures these builds
 windows ninja-build       runs them
 windows make              does for SQLite

@@ -26,7 +26,7 @@ step() {
 # The sources that packages of this Debian were made from: fetch_sources PACKAGE... The lists of packages are the script's own: nothing of the
 # system's is changed.
 fetch_sources() {
-    local apt=$tree/apt
+    local apt=$tree/apt package
     mkdir -p "$apt/lists/partial" "$apt/cache/archives/partial" "$tree/sources"
     cat >"$apt/sources.list" <<'LIST'
 deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] http://deb.debian.org/debian bookworm main
@@ -36,6 +36,9 @@ LIST
     local options=(-q -o "Dir::Etc::SourceList=$apt/sources.list" -o Dir::Etc::SourceParts=- -o "Dir::State::Lists=$apt/lists"
                    -o "Dir::Cache=$apt/cache" -o APT::Sandbox::User=root)
     apt-get "${options[@]}" update
+    for package in "$@"; do # one that was interrupted would be taken for unpacked
+        rm -rf "$tree/sources/$package"-*/
+    done
     (cd "$tree/sources" && apt-get "${options[@]}" source "$@")
 }
 
@@ -65,7 +68,7 @@ build_csv() {
 # Only what the program needs; what Qt itself needs, it brings. As DLLs, so that a user may put another Qt in their place.
 build_qt() {
     local multiarch features=() feature
-    multiarch=/usr/lib/$(gcc -print-multiarch)/cmake
+    multiarch=/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake
     for feature in sql network dbus opengl dynamicgl vulkan xml concurrent tabletevent pkg_config \
                    system_zlib system_pcre2 system_png system_jpeg system_freetype system_harfbuzz; do
         features+=("-DFEATURE_$feature=OFF")
@@ -114,8 +117,9 @@ stage_files() {
     done
     find "$files" \( -name '*.exe' -o -name '*.dll' \) -exec "$host-strip" {} +
     cp -r "$tree/program/packaging/user_guide.html" docs/pictures docs/examples "$files"
+    rm "$files/pictures/windows.png" # the README's
     mkdir "$files/data"
-    cp data/*.csv "$files/data"
+    cp data/*.csv data/generate_nominal_tables.py "$files/data"
     cp "$tree/program/packaging/data.html" "$files/data/README.html"
     # Libraries under the LGPL are DLLs: another build of theirs may take their place.
     cp /usr/share/common-licenses/LGPL-3 "$files/licences/LGPL-3.txt"
@@ -125,6 +129,13 @@ stage_files() {
     cp "$(source_of sqlite3)/debian/copyright" "$files/licences/SQLite.txt"
     cp "$(source_of libcsv)/debian/copyright" "$files/licences/libcsv.txt"
     cp /usr/share/doc/gcc-mingw-w64-base/copyright "$files/licences/compiler-runtime.txt"
+    cp /usr/share/doc/mingw-w64-x86-64-dev/copyright "$files/licences/mingw-w64-runtime.txt"
+    cp packaging/copyright "$files/licences/program.txt"
+    cat >"$files/licences/README.txt" <<SOURCES
+The libraries beside the program were built from the source packages of Debian 12 (https://sources.debian.org):
+$(cd "$tree/sources" && ls -- *.dsc)
+Qt and libcsv are under the GNU Lesser General Public License: builds of your own may take the place of their DLLs.
+SOURCES
 }
 
 make_packages() {

@@ -168,6 +168,8 @@ press Tab Tab Tab Tab
 typeText "60"
 press alt+s
 import -silent -window root "$pictures/depad.png"
+expectResults "Total Flow Rate" "101 Nm3/Hr" "Valve Coefficient" 20 "Valve Body Size" '2"' "Max Valve Capacity" "105 Nm3/Hr" \
+              "Valve Capacity Utilized (%)" 96
 wine "$directory/size_valves.exe" --quiet "Z:$PWD/docs/examples/tanks.csv" 2>/dev/null | tr -d '\r' >"$scratch/sized.csv" || true
 diff <(tr -d '\r' <docs/examples/tanks_sized.csv) "$scratch/sized.csv" || fail "size_valves gives another answer"
 leave
@@ -227,10 +229,17 @@ wine taskkill /f /im hold.exe >/dev/null 2>&1 || true
 sleep 1
 press alt+s
 expectResults "Valve Coefficient" 1
+
+echo "== Installing once more, beside the running program and after it"
+chmod 644 "$directory/capacities.mdb"
+touch "$directory/capacities.mdb" # the user's own from now on
+own=$(cksum <"$directory/capacities.mdb")
+wine "$installer" /S && fail "installs over the running program"
 leave
+wine "$installer" /S || fail "does not install over the older version"
+[[ $(cksum <"$directory/capacities.mdb") == "$own" ]] || fail "the user's data file is not kept"
 
 echo "== Removing"
-chmod 644 "$directory/capacities.mdb"
 echo changed >>"$directory/capacities.mdb"
 wine "$directory/uninstall.exe" /S
 await "the end of the program's files" test ! -e "$program"
@@ -238,4 +247,12 @@ sleep 2
 left=$(find "$directory" -type f | sed 's|.*/||' | sort | tr '\n' ' ')
 [[ $left == "capacities.mdb " ]] || fail "removal leaves $left"
 find "$WINEPREFIX/drive_c" -name 'Halvor-ORM*.lnk' | grep -q . && fail "the entry in the start menu stays"
+rm -r "$directory"
+wine "$installer" /S
+await "the installed program" test -e "$directory/uninstall.exe"
+TZ=Asia/Tokyo wine "$directory/uninstall.exe" /S
+await "the end of the directory" test ! -e "$directory"
+sleep 1
+wine reg query 'HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\blanketing-valve-sizing' >/dev/null 2>&1 &&
+    fail "the registry entry stays"
 echo "== Everything held; see $pictures"

@@ -7,6 +7,7 @@
 Target amd64-unicode ; as the program is; no 32-bit Windows can start it
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
+AllowSkipFiles off
 ManifestDPIAware true
 
 !include MUI2.nsh
@@ -41,8 +42,10 @@ Page custom chooseUsers usersChosen
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
-Var allUsers ; 1 or 0
-Var forAll   ; the page's second choice
+Var allUsers    ; 1 or 0
+Var isElevated  ; 1: started again as administrator, for all users
+Var forAll      ; the page's second choice
+Var dataFileOwn ; 1: the data file that stands there is its user's
 
 ; Registry, start menu and directory of the chosen users.
 !macro useContext
@@ -54,7 +57,12 @@ Var forAll   ; the page's second choice
     SetRegView 64
 !macroend
 
+; Where it stands already, or else where programs of these users stand.
 Function proposeDirectory
+    ReadRegStr $INSTDIR SHCTX "${UNINSTALL}" "InstallLocation"
+    ${If} $INSTDIR != ""
+        Return
+    ${EndIf}
     ${If} $allUsers = 1
         StrCpy $INSTDIR "$PROGRAMFILES64\${DIRECTORY}"
     ${Else}
@@ -70,14 +78,15 @@ Function .onInit
     ${IfNot} ${Errors}
         StrCpy $allUsers 1
     ${EndIf}
+    StrCpy $isElevated $allUsers
+    !insertmacro useContext
     ${If} $INSTDIR == "" ; no /D=
         Call proposeDirectory
     ${EndIf}
-    !insertmacro useContext
 FunctionEnd
 
 Function chooseUsers
-    ${If} $allUsers = 1 ; started again as administrator
+    ${If} $isElevated = 1
         Abort
     ${EndIf}
     !insertmacro MUI_HEADER_TEXT "Who is it for?" "The program can be installed for you or for all users of this computer."
@@ -93,64 +102,92 @@ Function chooseUsers
 FunctionEnd
 
 Function usersChosen
+    StrCpy $1 $allUsers
     ${NSD_GetState} $forAll $0
-    ${If} $0 <> ${BST_CHECKED}
-        Return
+    StrCpy $allUsers 0
+    ${If} $0 = ${BST_CHECKED}
+        StrCpy $allUsers 1
     ${EndIf}
     UserInfo::GetAccountType
     Pop $0
-    ${If} $0 == "Admin"
-        StrCpy $allUsers 1
-        Call proposeDirectory
-        !insertmacro useContext
-    ${Else}
+    ${If} $allUsers = 1
+    ${AndIf} $0 != "Admin"
+        StrCpy $allUsers 0
+        ClearErrors
         ExecShell "runas" "$EXEPATH" "/ALLUSERS"
+        ${If} ${Errors} ; declined
+            Abort
+        ${EndIf}
         Quit
+    ${EndIf}
+    !insertmacro useContext
+    ${If} $allUsers <> $1
+        Call proposeDirectory
     ${EndIf}
 FunctionEnd
 
-; Whether the data file that stands there is not the one that was installed: $0 is 1 or 0.
-!macro dataFileIsOwn
-    StrCpy $0 0
+; Whether the data file that stands there is not the one that was installed, by its time to 100 ns, in no time zone.
+!macro findDataFileOwn
+    StrCpy $dataFileOwn 0
     ${If} ${FileExists} "$INSTDIR\capacities.mdb"
-        FileOpen $1 "$INSTDIR\capacities.mdb" r
-        FileSeek $1 0 END $2
-        FileClose $1
-        ${GetTime} "$INSTDIR\capacities.mdb" "M" $3 $4 $5 $6 $7 $8 $9
-        ReadRegStr $1 SHCTX "${UNINSTALL}" "DataFile"
-        ${If} $1 != "$2 $5-$4-$3 $7:$8:$9"
-            StrCpy $0 1
+        GetFileTime "$INSTDIR\capacities.mdb" $1 $2
+        ReadRegStr $3 SHCTX "${UNINSTALL}" "DataFile"
+        ${If} $3 != "$1 $2"
+            StrCpy $dataFileOwn 1
         ${EndIf}
     ${EndIf}
 !macroend
 
+; Ends with a message.
+!macro endBecause reason
+    MessageBox MB_OK|MB_ICONSTOP "$INSTDIR cannot be changed: ${reason}." /SD IDOK
+    SetErrorLevel 2
+    Quit
+!macroend
+
+; A program that runs cannot be opened for writing.
+!macro endWhenRunning
+    ${If} ${FileExists} "$INSTDIR\blanketing-valve-sizing.exe"
+        ClearErrors
+        FileOpen $1 "$INSTDIR\blanketing-valve-sizing.exe" a
+        ${If} ${Errors}
+            !insertmacro endBecause "the program is running, or the directory is somebody else's"
+        ${EndIf}
+        FileClose $1
+    ${EndIf}
+!macroend
+
 Section
+    !insertmacro endWhenRunning
+    ${If} ${FileExists} "$INSTDIR\uninstall.exe" ; what an older version has and this one has not
+        ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR' $1
+        ${If} $1 <> 0
+            !insertmacro endBecause "the older version cannot be removed"
+        ${EndIf}
+    ${EndIf}
     SetOutPath "$INSTDIR"
-    !insertmacro dataFileIsOwn
-    StrCpy $R0 $0
-    ${If} $R0 = 1
-    ${AndIf} ${Cmd} `MessageBox MB_YESNO|MB_ICONQUESTION "The valve capacities (capacities.mdb) in $INSTDIR are not those of an installation. Keep them?" /SD IDYES IDYES`
-        Rename "$INSTDIR\capacities.mdb" "$INSTDIR\capacities.kept"
+    ClearErrors
+    File /r /x capacities.mdb "${FILES}\*"
+    ${If} ${Errors}
+        !insertmacro endBecause "the files cannot be written"
     ${EndIf}
 
-    ClearErrors
-    File /r "${FILES}\*"
-    ${If} ${Errors}
-        MessageBox MB_OK|MB_ICONSTOP "The files cannot be written to $INSTDIR. Is the program running, or is the directory somebody else's?" /SD IDOK
-        SetErrorLevel 2
-        Quit
+    !insertmacro findDataFileOwn
+    ${If} $dataFileOwn = 1
+        ${IfNot} ${Cmd} `MessageBox MB_YESNO|MB_ICONQUESTION "The valve capacities (capacities.mdb) in $INSTDIR are not those of an installation. Keep them?" /SD IDYES IDYES`
+            StrCpy $dataFileOwn 0
+        ${EndIf}
+    ${EndIf}
+    ${If} $dataFileOwn = 0
+        ClearErrors
+        File "${FILES}\capacities.mdb"
+        ${If} ${Errors}
+            !insertmacro endBecause "the data file cannot be written"
+        ${EndIf}
+        GetFileTime "$INSTDIR\capacities.mdb" $1 $2
+        WriteRegStr SHCTX "${UNINSTALL}" "DataFile" "$1 $2"
     ${EndIf}
     WriteUninstaller "$INSTDIR\uninstall.exe"
-
-    FileOpen $1 "$INSTDIR\capacities.mdb" r
-    FileSeek $1 0 END $2
-    FileClose $1
-    ${GetTime} "$INSTDIR\capacities.mdb" "M" $3 $4 $5 $6 $7 $8 $9
-    WriteRegStr SHCTX "${UNINSTALL}" "DataFile" "$2 $5-$4-$3 $7:$8:$9"
-    ${If} ${FileExists} "$INSTDIR\capacities.kept"
-        Delete "$INSTDIR\capacities.mdb"
-        Rename "$INSTDIR\capacities.kept" "$INSTDIR\capacities.mdb"
-    ${EndIf}
 
     CreateShortcut "$SMPROGRAMS\${NAME}.lnk" "$INSTDIR\blanketing-valve-sizing.exe"
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayName" "${NAME}"
@@ -160,38 +197,55 @@ Section
     WriteRegStr SHCTX "${UNINSTALL}" "InstallLocation" "$INSTDIR"
     WriteRegDWORD SHCTX "${UNINSTALL}" "NoModify" 1
     WriteRegDWORD SHCTX "${UNINSTALL}" "NoRepair" 1
-    StrCpy $0 ""
-    ${If} $allUsers = 1
-        StrCpy $0 " /ALLUSERS"
-    ${EndIf}
-    WriteRegStr SHCTX "${UNINSTALL}" "UninstallString" '"$INSTDIR\uninstall.exe"$0'
-    WriteRegStr SHCTX "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninstall.exe"$0 /S'
+    WriteRegStr SHCTX "${UNINSTALL}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+    WriteRegStr SHCTX "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
     ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
     WriteRegDWORD SHCTX "${UNINSTALL}" "EstimatedSize" $0
 SectionEnd
 
+; For all users when this is the directory that stands in their part of the registry.
 Function un.onInit
-    StrCpy $allUsers 0
-    ${GetParameters} $0
-    ClearErrors
-    ${GetOptions} $0 "/ALLUSERS" $1
-    ${IfNot} ${Errors}
-        StrCpy $allUsers 1
-    ${EndIf}
+    StrCpy $allUsers 1
     !insertmacro useContext
+    ReadRegStr $0 SHCTX "${UNINSTALL}" "InstallLocation"
+    ${If} $0 != $INSTDIR
+        StrCpy $allUsers 0
+        !insertmacro useContext
+    ${EndIf}
+    UserInfo::GetAccountType
+    Pop $0
+    ${If} $allUsers = 1
+    ${AndIf} $0 != "Admin"
+        StrCpy $0 ""
+        ${If} ${Silent}
+            StrCpy $0 "/S"
+        ${EndIf}
+        ExecShell "runas" "$INSTDIR\uninstall.exe" $0
+        Quit
+    ${EndIf}
 FunctionEnd
 
 ; Only what was installed goes.
 Section "un."
-    !insertmacro dataFileIsOwn
-    ${If} $0 = 1
-    ${AndIf} ${Cmd} `MessageBox MB_YESNO|MB_ICONQUESTION "The valve capacities (capacities.mdb) in $INSTDIR were changed since the installation. Keep them?" /SD IDYES IDYES`
-    ${Else}
+    !insertmacro endWhenRunning
+    !insertmacro findDataFileOwn
+    ${If} $dataFileOwn = 1
+        ${IfNot} ${Cmd} `MessageBox MB_YESNO|MB_ICONQUESTION "The valve capacities (capacities.mdb) in $INSTDIR were changed since the installation. Keep them?" /SD IDYES IDYES`
+            StrCpy $dataFileOwn 0
+        ${EndIf}
+    ${EndIf}
+    ${If} $dataFileOwn = 0
         Delete "$INSTDIR\capacities.mdb"
     ${EndIf}
     !include "${REMOVALS}"
+    ${If} ${FileExists} "$INSTDIR\blanketing-valve-sizing.exe"
+        !insertmacro endBecause "its files cannot be deleted"
+    ${EndIf}
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR"
-    Delete "$SMPROGRAMS\${NAME}.lnk"
-    DeleteRegKey SHCTX "${UNINSTALL}"
+    ReadRegStr $0 SHCTX "${UNINSTALL}" "InstallLocation"
+    ${If} $0 == $INSTDIR ; not another installation's
+        Delete "$SMPROGRAMS\${NAME}.lnk"
+        DeleteRegKey SHCTX "${UNINSTALL}"
+    ${EndIf}
 SectionEnd

@@ -78,5 +78,5 @@ void openUserGuide(MessageBox& messageBox)
     if (guide.isEmpty())
         messageBox.show("The user guide is not installed.");
     else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(guide)))
-        messageBox.show("No program opens the user guide: " + guide.toStdString());
+        messageBox.show("No program opens the user guide: " + QDir::toNativeSeparators(guide).toStdString());
 }

@@ -12,10 +12,10 @@ class SystemLocale : public LocaleInfo
 public:
     std::uint32_t GetUserDefaultLCID() const override { return ::GetUserDefaultLCID(); }
 
-    // In the process's code page: the program needs a manifest that makes it UTF-8.
+    // In the process's code page instead of the locale's own: the program's manifest makes that UTF-8.
     int GetLocaleInfoA(std::uint32_t locale, LocaleItem item, char* buffer, int length) const override
     {
-        return ::GetLocaleInfoA(locale, static_cast<LCTYPE>(item), buffer, length);
+        return ::GetLocaleInfoA(locale, static_cast<LCTYPE>(item) | LOCALE_USE_CP_ACP, buffer, length);
     }
 };
 
