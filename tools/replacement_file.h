@@ -10,6 +10,19 @@
 /// The mode of an ordinary new file of this user: what the umask leaves of reading and writing for all.
 mode_t ordinaryMode();
 
+// A file on its way has the name of the one that it replaces, a mark, and an ending that no other run uses.
+inline constexpr std::string_view temporaryMark = ".new-";
+inline constexpr std::size_t ownEndingLength = 6;
+
+/// The name of the file that a temporary one was made for; "" of any other file.
+constexpr std::string_view replacedName(std::string_view temporary)
+{
+    constexpr std::size_t added = temporaryMark.size() + ownEndingLength;
+    if (temporary.size() <= added || !temporary.substr(temporary.size() - added).starts_with(temporaryMark))
+        return {};
+    return temporary.substr(0, temporary.size() - added);
+}
+
 /// Removes what killed runs have left in a directory of the files whose names `isOurs` knows.
 void removeLeftovers(const std::filesystem::path& directory, const std::function<bool(std::string_view name)>& isOurs);
 

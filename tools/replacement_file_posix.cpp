@@ -15,8 +15,8 @@ namespace fs = std::filesystem;
 namespace
 {
 
-constexpr std::string_view temporaryMark = ".new-";     // between the file's name and what makes it the run's own
-constexpr std::string_view temporaryPattern = "XXXXXX"; // which is as long
+constexpr std::string_view temporaryPattern = "XXXXXX";
+static_assert(temporaryPattern.size() == ownEndingLength);
 
 [[noreturn]] void failFor(int reason)
 {
@@ -34,15 +34,6 @@ fs::path linkTarget(fs::path file)
         file = target.is_absolute() ? target : file.parent_path() / target;
     }
     return file;
-}
-
-/// The name of the file that a temporary one was made for; "" of any other file.
-std::string_view replacedName(std::string_view temporary)
-{
-    const std::size_t added = temporaryMark.size() + temporaryPattern.size();
-    if (temporary.size() <= added || !temporary.substr(temporary.size() - added).starts_with(temporaryMark))
-        return {};
-    return temporary.substr(0, temporary.size() - added);
 }
 
 /// Removes a temporary file. A run that lives holds a lock on its own.

@@ -16,29 +16,17 @@ namespace fs = std::filesystem;
 namespace
 {
 
-constexpr std::string_view temporaryMark = ".new-"; // between the file's name and what makes it the run's own
-constexpr std::size_t ownLength = 6;
-
 [[noreturn]] void failFor(DWORD reason)
 {
     throw std::runtime_error(
         std::error_code(static_cast<int>(reason), std::system_category()).default_error_condition().message());
 }
 
-/// The name of the file that a temporary one was made for; "" of any other file.
-std::string_view replacedName(std::string_view temporary)
-{
-    const std::size_t added = temporaryMark.size() + ownLength;
-    if (temporary.size() <= added || !temporary.substr(temporary.size() - added).starts_with(temporaryMark))
-        return {};
-    return temporary.substr(0, temporary.size() - added);
-}
-
 std::string ownEnding()
 {
     static std::random_device random;
     std::string ending;
-    while (ending.size() < ownLength)
+    while (ending.size() < ownEndingLength)
         ending += static_cast<char>('a' + random() % 26);
     return ending;
 }
