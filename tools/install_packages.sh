@@ -51,14 +51,8 @@ windows googletest        the library of the tests, as source
 windows cmark-gfm         makes the user guide a page that a browser shows
 windows python3           makes the tables of the tests
 windows zip               makes the portable archive
-wine    wine              runs Windows programs
-wine    wine64            those of 64 bits
-wine    xvfb              their virtual display
-wine    xdotool           presses the keys
 wine    openbox           gives the windows their focus
-wine    imagemagick       takes and compares the pictures
 wine    xclip             reads what the program copies
-wine    cups              a print queue
 wine    ghostscript       makes a picture of what reaches it
 ci      clang-format      the common source format
 ci      devscripts        hardening-check

@@ -324,7 +324,7 @@ int run(const Options& options, const SizeCommandSystem& system)
         Results results(options.output);
         std::optional<SummaryFiles> summaries;
         if (options.summaries)
-            summaries.emplace(pathOf(*options.summaries), system.makePdf, system.today(), options.force);
+            summaries.emplace(pathOf(*options.summaries), system.makePdf, system.today, options.force);
         const Counts counts = sizeAll(list, results, summaries ? &*summaries : nullptr, options.quiet);
         if (!options.quiet)
             std::cerr << "size_valves: " << counts.rows() << " rows: " << counts.sized << " sized, " << counts.refused

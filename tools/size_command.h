@@ -11,7 +11,7 @@ struct SizeCommandSystem
 {
     std::string dataFile;                                   ///< of the valve tables
     std::function<std::string(const SummaryForm&)> makePdf; ///< the summary as a PDF file's bytes
-    std::function<std::string()> today;                     ///< in the user's short form
+    std::string today;                                      ///< in the user's short form
 };
 
 /// The whole command `size_valves`, `arguments` without the program name: reads a list of duties, writes it back with

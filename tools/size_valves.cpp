@@ -2,11 +2,10 @@
 #include "capacity/capacity_store.h"
 #include "capacity/tables_label.h"
 #include "platform/pdf_summary.h"
+#include "platform/user_locale.h"
 #include "size_command.h"
 
-#include <QDate>
 #include <QGuiApplication>
-#include <QLocale>
 
 #include <cstdio>
 
@@ -23,11 +22,8 @@ int main(int argc, char* argv[])
     char* program[] = {argv[0], nullptr};
     const QGuiApplication application(count, program);
     const QString dataFile = QCoreApplication::applicationDirPath() + QStringLiteral("/capacities.mdb");
-    const auto today = [] {
-        return QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat).toStdString();
-    };
     const NumberText numbers;
     CapacityStore store(dataFile.toStdString(), numbers);
     const auto makePdf = [label = tablesLabel(store)](const SummaryForm& page) { return summaryPdf(page, label); };
-    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), makePdf, today});
+    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), makePdf, userToday()});
 }

@@ -23,8 +23,8 @@ step() {
     echo "== $what: took $((SECONDS - start)) s"
 }
 
-# The sources that packages of this Debian were made from: fetch_sources PACKAGE... The lists of packages are the script's own: nothing of the
-# system's is changed.
+# The sources that packages of this Debian were made from: fetch_sources PACKAGE... The lists of packages are the
+# script's own: nothing of the system's is changed.
 fetch_sources() {
     local apt=$tree/apt package
     mkdir -p "$apt/lists/partial" "$apt/cache/archives/partial" "$tree/sources"

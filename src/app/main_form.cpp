@@ -327,12 +327,12 @@ void MainForm::selectValve()
         refused_->setFocus();
         refused_->selectAll();
     }
-    announcer_.say(outcome());
-    showOutcome();
+    tellOutcome();
 }
 
-void MainForm::showOutcome()
+void MainForm::tellOutcome()
 {
+    announcer_.say(outcome());
     if (!caption(Label::lblPercentValveCapacity).empty()) // the last of them, should they not all fit
         for (const MainControl shown : {MainControl("lblPercentValveCapacity"), MainControl("lblCVlbl")})
             scrollIntoView(controls_.get<QWidget>(shown));
@@ -345,8 +345,7 @@ void MainForm::requestSummary(void (MainForm::*request)())
     emit(this->*request)();
     if (caption(Label::lblComments) != nothingSized)
         return;
-    announcer_.say(outcome());
-    showOutcome();
+    tellOutcome();
 }
 
 QString MainForm::resultsText() const

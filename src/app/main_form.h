@@ -63,8 +63,8 @@ private:
 
     /// What a click has come to, in one sentence: the valve with the comments, or why there is none.
     QString outcome() const;
-    /// Scrolls what a click has come to into view.
-    void showOutcome();
+    /// Has what a click has come to heard by a screen reader, and scrolls it into view.
+    void tellOutcome();
 
     /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
     void nameGas();

@@ -10,15 +10,14 @@
 #include "capacity/tables_label.h"
 #include "platform/about.h"
 #include "platform/pdf_summary.h"
+#include "platform/user_locale.h"
 #include "report/file_name.h"
 #include "report/print_command.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QDate>
 #include <QFileDialog>
-#include <QLocale>
 #include <QSaveFile>
 #include <QScreen>
 #include <QScrollArea>
@@ -121,8 +120,7 @@ void Screens::showMain()
 
 SummaryContext Screens::summaryContext(MainForm& mainForm)
 {
-    const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
-    return {state_, mainForm, messageBox_, numbers_, today.toStdString()};
+    return {state_, mainForm, messageBox_, numbers_, userToday()};
 }
 
 void Screens::saveSummary(MainForm& mainForm)
@@ -160,7 +158,7 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
     add("About", {}, [this] { showAbout(messageBox_, store_, dataFile_); });
 
     // The toolkit shows the help by itself, but no screen reader says it.
-    auto* const announcer = new Announcer(form);
+    auto* const announcer = form.findChild<Announcer*>();
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F1, &form), &QShortcut::activated, &form, [announcer] {
         QWidget* const box = QApplication::focusWidget();
         if (box == nullptr || box->whatsThis().isEmpty())

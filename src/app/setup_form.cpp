@@ -1,5 +1,6 @@
 #include "app/setup_form.h"
 
+#include "app/announcer.h"
 #include "app/box_help.h"
 #include "app/key_filter.h"
 #include "app/list_box.h"
@@ -134,6 +135,7 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
         label.setBuddy(&list);
         list.setAccessibleName(label.text());
     }
+    new Announcer(*this);
     for (const auto& [control, help] : helps)
         setHelp(controls_.get<QWidget>(control), QString::fromLatin1(help));
     const Handlers handlers{*this, state};

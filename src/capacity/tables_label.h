@@ -12,6 +12,12 @@ struct TablesLabel
     std::string date; ///< of the build, YYYY-MM-DD
 };
 
+/// "nominal, computed (2026-11-23)".
+inline std::string describe(const TablesLabel& tables)
+{
+    return tables.label + " (" + tables.date + ')';
+}
+
 /// The label in the table `Label` of the data file. Begins a click of its own. A file without a label, or one that
 /// cannot be read, has none.
 std::optional<TablesLabel> tablesLabel(CapacityStore& store);

@@ -32,7 +32,7 @@ constexpr const char* systemsLibraries = "CUPS: Apache License 2.0, https://www.
 std::string describeTables(CapacityStore& store)
 {
     if (const std::optional<TablesLabel> label = tablesLabel(store))
-        return label->label + " (" + label->date + ')';
+        return describe(*label);
     try {
         store.beginClick();
         store.table(offers[0].valveTable, {"CV"});

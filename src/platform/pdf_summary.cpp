@@ -24,7 +24,7 @@ std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>
         const bool hasLetter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
         writer.setPageLayout({QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait, {}});
         writer.setTitle(QString::fromUtf8(SummaryForm::caption));
-        const std::string label = tables ? tables->label + " (" + tables->date + ')' : "not labelled";
+        const std::string label = tables ? describe(*tables) : "not labelled";
         writer.setCreator(QStringLiteral("Halvor-ORM Blanketing Valve Sizing " SIZING_VERSION ", capacities: ") +
                           QString::fromStdString(label));
         paintSummary(page, writer);

@@ -1,5 +1,8 @@
 #include "platform/user_locale.h"
 
+#include <QDate>
+#include <QLocale>
+
 #ifdef _WIN32
 
 #include <windows.h>
@@ -123,4 +126,9 @@ const LocaleInfo& userLocale()
 {
     static const SystemLocale locale;
     return locale;
+}
+
+std::string userToday()
+{
+    return QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat).toStdString();
 }

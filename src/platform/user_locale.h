@@ -2,5 +2,10 @@
 
 #include "base/locale_info.h"
 
+#include <string>
+
 /// The user's own locale, read afresh at every call: kernel32 on Windows, LC_NUMERIC and LC_MONETARY elsewhere.
 const LocaleInfo& userLocale();
+
+/// Today's date in the user's short form.
+std::string userToday();
