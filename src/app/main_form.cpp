@@ -169,7 +169,7 @@ void MainForm::describeControls()
     }
     controls_.get<QLabel>("lblComments").setAccessibleDescription(controls_.get<QGroupBox>("frmComments").title());
     for (std::size_t box = 0; box < boxes.size(); ++box)
-        setHelp(controls_.get<QWidget>(boxes[box]), helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
+        controls_.get<QWidget>(boxes[box]).setToolTip(helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
 }
 
 void MainForm::connectHandlers()
@@ -184,11 +184,7 @@ void MainForm::connectHandlers()
     connect(&gas_, &QComboBox::activated, this, &MainForm::cmbBlanketingGas_Click);
 
     const auto onClick = [this](MainControl name, auto handler) {
-        connect(&controls_.get<QPushButton>(name), &QPushButton::clicked, this, [handler] {
-            // A screen reader can press a button behind a message box, in the middle of the handler that shows it.
-            if (QApplication::activeModalWidget() == nullptr)
-                handler();
-        });
+        ::onClick(controls_.get<QPushButton>(name), *this, handler);
     };
     onClick("cmdCalcFlowRate", [this] { selectValve(); });
     onClick("cmdPrint", [this] { requestSummary(&MainForm::printRequested); });
@@ -316,17 +312,15 @@ void MainForm::setCaption(Label label, const std::string& shown)
 
 void MainForm::refusedAt(Box box)
 {
-    refused_ = &controls_.get<QLineEdit>(controlOf(box)); // when the click is over
+    refused_ = &controls_.get<NumericBox>(controlOf(box)); // when the click is over
 }
 
 void MainForm::selectValve()
 {
     refused_ = nullptr;
     cmdCalcFlowRate_Click(sizing_);
-    if (refused_ != nullptr) {
-        refused_->setFocus();
-        refused_->selectAll();
-    }
+    if (refused_ != nullptr)
+        refused_->enter();
     tellOutcome();
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/announcer.h"
 #include "app/box_accessible.h"
+#include "app/bubble.h"
 #include "app/form_layout.h"
 #include "app/key_repeat.h"
 #include "app/main_form.h"
@@ -18,13 +19,13 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QMenu>
 #include <QSaveFile>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QStandardPaths>
 #include <QTimer>
-#include <QWhatsThis>
 
 #include <stdexcept>
 
@@ -52,17 +53,19 @@ QWidget* windowAround(QWidget* form)
 /// Has the user name the file; "" when he does not.
 QString askForPdf(QWidget& form, const std::string& tagNumber)
 {
-    static QString directory = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); // then the last one
+    // One dialog, which is never deleted: a dialog that goes writes the toolkit's own settings file. It stays in the
+    // directory where it was last.
+    static auto* const dialog = new QFileDialog(nullptr, QStringLiteral("Save Summary as PDF"),
+                                                QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
+                                                QStringLiteral("PDF files (*.pdf)"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("pdf"));
     const std::string name = fileNameOf(tagNumber);
-    QFileDialog dialog(form.window(), QStringLiteral("Save Summary as PDF"), directory,
-                       QStringLiteral("PDF files (*.pdf)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("pdf"));
-    dialog.selectFile(QString::fromStdString((name.empty() ? "Valve Sizing Summary" : name) + ".pdf"));
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    directory = dialog.directory().path();
-    return dialog.selectedFiles().value(0);
+    dialog->selectFile(QString::fromStdString((name.empty() ? "Valve Sizing Summary" : name) + ".pdf"));
+    dialog->setParent(form.window(), dialog->windowFlags()); // it stands before the form
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    dialog->setParent(nullptr, dialog->windowFlags()); // and does not go with it
+    return isAccepted ? dialog->selectedFiles().value(0) : QString();
 }
 
 void writeFile(const QString& name, const std::string& bytes)
@@ -147,7 +150,15 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
         form.addAction(action);
         return action;
     };
-    form.setContextMenuPolicy(Qt::ActionsContextMenu);
+    // Not the toolkit's own menu of the actions: that lives on the stack, and a screen reader can have the form go
+    // meanwhile.
+    form.setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&form, &QWidget::customContextMenuRequested, &form, [&form](const QPoint& at) {
+        auto* const menu = new QMenu(&form);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->addActions(form.actions());
+        menu->popup(form.mapToGlobal(at));
+    });
     add("User Guide (F1)", Qt::Key_F1, [this] { openUserGuide(messageBox_); })->setShortcutVisibleInContextMenu(false);
     QAction* const ofResults[] = {add("Save Summary as PDF...", Qt::CTRL | Qt::Key_S,
                                       [mainForm] { mainForm->requestSummary(&MainForm::saveRequested); }),
@@ -157,14 +168,14 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
         action->setEnabled(mainForm != nullptr);
     add("About", {}, [this] { showAbout(messageBox_, store_, dataFile_); });
 
-    // The toolkit shows the help by itself, but no screen reader says it.
+    // Not the toolkit's own help of this key (QWhatsThis), which takes the next key or click for itself.
     auto* const announcer = form.findChild<Announcer*>();
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F1, &form), &QShortcut::activated, &form, [announcer] {
         QWidget* const box = QApplication::focusWidget();
-        if (box == nullptr || box->whatsThis().isEmpty())
+        if (box == nullptr)
             return;
-        QWhatsThis::showText(box->mapToGlobal(box->rect().bottomLeft()), box->whatsThis(), box);
-        announcer->say(box->whatsThis());
+        showBubble(*box, box->toolTip());
+        announcer->say(box->toolTip());
     });
 }
 
