@@ -1,9 +1,12 @@
 #include "app/bubble.h"
 
 #include <QApplication>
-#include <QEvent>
+#include <QKeyEvent>
 #include <QToolTip>
 #include <QWidget>
+
+#include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -18,7 +21,9 @@ public:
 protected:
     bool eventFilter(QObject*, QEvent* event) override
     {
-        if (event->type() == QEvent::KeyPress) {
+        constexpr int modifiers[] = {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_AltGr, Qt::Key_Meta};
+        if (event->type() == QEvent::KeyPress &&
+            std::ranges::find(modifiers, static_cast<QKeyEvent*>(event)->key()) == std::end(modifiers)) {
             QToolTip::hideText();
             deleteLater();
         }
@@ -30,6 +35,8 @@ protected:
 
 void showBubble(QWidget& control, const QString& text)
 {
-    QToolTip::showText(control.mapToGlobal(control.rect().bottomLeft()), text, &control);
+    // A place outside of the rectangle makes a bubble that is being closed a new one.
+    const QPoint below = control.rect().bottomLeft() + QPoint(0, 1);
+    QToolTip::showText(control.mapToGlobal(below), text, &control, control.rect());
     qApp->installEventFilter(new CloserByKey(&control));
 }

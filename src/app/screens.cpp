@@ -6,6 +6,7 @@
 #include "app/form_layout.h"
 #include "app/key_repeat.h"
 #include "app/main_form.h"
+#include "app/menu_bell.h"
 #include "app/setup_form.h"
 #include "base/message_box.h"
 #include "capacity/tables_label.h"
@@ -84,6 +85,7 @@ Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& pri
 {
     installBoxAccessibility();
     qApp->installEventFilter(new KeyRepeatFilter(this));
+    qApp->installEventFilter(new MenuBell(this));
     connect(qApp, &QApplication::focusChanged, this, [](QWidget*, QWidget* now) {
         if (now != nullptr)
             scrollIntoView(*now);
