@@ -495,7 +495,7 @@ void Walk::compare(const char* what, const QString& expected, const QString& fou
         std::cout << ' ' << key;
     std::cout << (isHeld_ ? ", held" : "") << " at " << expected_.focus.toStdString() << " of "
               << expected_.form.toStdString() << ": " << what << " \"" << found.toStdString() << "\", not \""
-              << expected.toStdString() << "\"\n";
+              << expected.toStdString() << "\"" << std::endl;
     ++differences_;
 }
 

@@ -4,7 +4,10 @@
 #include "support/temporary_directory.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QFileDialog>
+#include <QSettings>
+#include <QToolTip>
 
 namespace
 {
@@ -116,6 +119,11 @@ TEST_F(MainFormTest, NumericBoxesTakeDigitsSeparatorAndBackspace)
     key(Qt::Key_Backspace);
     QApplication::clipboard()->setText("-5 x");
     key(Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier); // a shortcut of the form, but not here
+    EXPECT_EQ(QApplication::clipboard()->text(), "-5 x");
+    QKeyEvent ofAnotherLayout(QEvent::ShortcutOverride, 0x42B, Qt::ControlModifier); // where S stands, in Russian
+    QApplication::sendEvent(&box, &ofAnotherLayout);
+    EXPECT_TRUE(ofAnotherLayout.isAccepted());
     EXPECT_EQ(box.text(), "12.3");
     key(Qt::Key_Home);
     key(Qt::Key_Delete);
@@ -169,6 +177,23 @@ TEST_F(MainFormTest, EnteringABoxSelectsItsFirstTenCharacters)
     focusIn(Qt::PopupFocusReason);
     QTest::mouseClick(&box, Qt::LeftButton, {}, at);
     EXPECT_EQ(box.selectedText(), "") << "nor from the context menu";
+    box.setText(QStringLiteral("100.25"));
+    QTest::mouseDClick(&box, Qt::LeftButton, {}, at);
+    EXPECT_EQ(box.selectedText(), "100.25") << "not only what stands on one side of the separator";
+}
+
+/// Keys as the window system hands them on, which a popup would take for itself.
+TEST_F(MainFormTest, HelpTakesNoKey)
+{
+    openMain();
+    for (const auto& [key, modifier] : {std::pair{Qt::Key_F1, Qt::ShiftModifier},
+                                        {Qt::Key_2, Qt::NoModifier},
+                                        {Qt::Key_5, Qt::NoModifier},
+                                        {Qt::Key_0, Qt::NoModifier}}) {
+        QTest::keyClick(screens.form()->window()->windowHandle(), key, modifier);
+        EXPECT_EQ(QToolTip::text(), get<QWidget>("txtPumpRate").toolTip()) << "closing by itself, after a moment";
+    }
+    EXPECT_EQ(entered("txtPumpRate"), "250");
 }
 
 TEST_F(MainFormTest, KeyboardReachesEverything)
@@ -228,36 +253,44 @@ TEST_F(MainFormTest, ScreenReadersMayAskForEveryWord)
         }
 }
 
-/// A screen reader can press a button behind a message box, which mouse and keyboard cannot.
+/// A screen reader can press a button behind a message box or a menu, which mouse and keyboard cannot.
 TEST_F(MainFormTest, NoFormGoesWhileAMessageStandsOnIt)
 {
     QtMessageBox boxes;
     Screens others(locale, boxes, printers, testTables());
-    others.showMain();
-    const QPointer<QWidget> form = others.form();
-    for (const char* const box : {"txtPumpRate", "txtPressure", "txtTankVolume", "txtSpecGrav"})
-        form->findChild<QLineEdit*>(box)->setText("0" + QString(box == std::string("txtSpecGrav") ? "" : "1"));
-    bool shown = false;
-    QTimer::singleShot(0, form, [&] {
-        shown = QApplication::activeModalWidget() != nullptr;
-        form->findChild<QPushButton*>("cmdNewCalc")->click();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QApplication::activeModalWidget()->close();
-    });
-    form->findChild<QPushButton*>("cmdCalcFlowRate")->click();
-    EXPECT_TRUE(shown);
-    EXPECT_EQ(others.form(), form);
+    others.showSetup();
+    for (const char* const goOn : {"cmdContinue", "cmdNewCalc"}) {
+        const QPointer<QWidget> form = others.form();
+        const auto press = [&] {
+            form->findChild<QPushButton*>(QLatin1String(goOn))->click();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        };
+        bool shown = false;
+        QTimer::singleShot(0, form, [&] {
+            shown = QApplication::activeModalWidget() != nullptr;
+            press();
+            QApplication::activeModalWidget()->close();
+        });
+        form->actions().last()->trigger(); // About
+        EXPECT_TRUE(shown);
+        EXPECT_EQ(others.form(), form);
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(5, 5), form->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(form, &menu);
+        EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+        press();
+        EXPECT_EQ(form, nullptr) << "the menu goes with it";
+    }
 }
 
 TEST_F(MainFormTest, ARefusalLeadsToItsBox)
 {
     openMain();
-    set("txtPumpRate", "1.2.3"); // pasted; nothing is said of it
+    set("txtPumpRate", "1.2.3.4.5.6"); // pasted; nothing is said of it
     set("txtPressure", "60");
     set("txtTankVolume", "1000");
     press("cmdCalcFlowRate");
     EXPECT_EQ(focus(), "txtPumpRate");
-    EXPECT_EQ(get<QLineEdit>("txtPumpRate").selectedText(), "1.2.3");
+    EXPECT_EQ(get<QLineEdit>("txtPumpRate").selectedText(), "1.2.3.4.5.") << "entered as by Tab";
 }
 
 /// A key that is held repeats by itself: printed pages and emptied forms would follow.
@@ -267,16 +300,21 @@ TEST_F(MainFormTest, AHeldKeyActsOnce)
     sizeDepad();
     auto& button = get<QPushButton>("cmdPrint");
     button.setFocus();
-    const auto enter = [&](bool isRepeated) {
-        for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
-            QKeyEvent event(type, Qt::Key_Return, Qt::NoModifier, "\r", isRepeated);
+    quint64 now = 1000; // milliseconds
+    const auto prints = [&](Qt::Key key, quint64 later) {
+        now += later;
+        for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, Qt::NoModifier);
+            event.setTimestamp(now);
             QApplication::sendEvent(&button, &event);
         }
         return std::exchange(printers.printed, std::nullopt).has_value();
     };
-    EXPECT_TRUE(enter(false));
-    EXPECT_FALSE(enter(true));
-    EXPECT_TRUE(enter(false));
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Select}) {
+        EXPECT_TRUE(prints(key, 100));
+        EXPECT_FALSE(prints(key, 0)) << "the key is held while the program is busy";
+        EXPECT_TRUE(prints(key, 100));
+    }
     dynamic_cast<MainScreen&>(*screens.form()).setPrintEnabled(false);
     EXPECT_EQ(focus(), "cmdCalcFlowRate") << "Enter again must not clear the form";
 }
@@ -284,7 +322,9 @@ TEST_F(MainFormTest, AHeldKeyActsOnce)
 TEST_F(MainFormTest, TheSummaryIsSavedAndResultsAreCopied)
 {
     const TemporaryDirectory temporary;
-    const QString file = QString::fromStdString(temporary.path.string()) + "/TK-1";
+    const QString directory = QString::fromStdString(temporary.path.string());
+    const QString file = directory + "/TK-1";
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, directory);
     const auto pressCtrlS = [&](const char* control) {
         bool isAsked = false;
         QTimer::singleShot(0, &get<QWidget>(control), [&] {
@@ -309,6 +349,7 @@ TEST_F(MainFormTest, TheSummaryIsSavedAndResultsAreCopied)
     QFile saved(file + ".pdf");
     EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
     EXPECT_TRUE(saved.readAll().startsWith("%PDF"));
+    EXPECT_EQ(QDir(directory).entryList(QDir::Files), QStringList("TK-1.pdf")) << "and nothing else";
 
     activate();
     key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
