@@ -37,6 +37,7 @@ void showBubble(QWidget& control, const QString& text)
 {
     // A place outside of the rectangle makes a bubble that is being closed a new one.
     const QPoint below = control.rect().bottomLeft() + QPoint(0, 1);
-    QToolTip::showText(control.mapToGlobal(below), text, &control, control.rect());
+    const QString wrapped = text.isEmpty() ? text : QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped());
+    QToolTip::showText(control.mapToGlobal(below), wrapped, &control, control.rect());
     qApp->installEventFilter(new CloserByKey(&control));
 }

@@ -191,7 +191,7 @@ TEST_F(MainFormTest, HelpTakesNoKey)
                                         {Qt::Key_5, Qt::NoModifier},
                                         {Qt::Key_0, Qt::NoModifier}}) {
         QTest::keyClick(screens.form()->window()->windowHandle(), key, modifier);
-        EXPECT_EQ(QToolTip::text(), get<QWidget>("txtPumpRate").toolTip()) << "closing by itself, after a moment";
+        EXPECT_TRUE(QToolTip::text().contains(get<QWidget>("txtPumpRate").toolTip())) << "it closes after a moment";
     }
     EXPECT_EQ(entered("txtPumpRate"), "250");
 }
