@@ -22,6 +22,7 @@ tour    imagemagick       takes and compares the pictures
 tour    cups              a print queue for the summary
 tour    poppler-utils     makes a picture of it
 test    libbenchmark-dev  the benchmarks, built only when asked for
+test    libxtst-dev       presses the keys of key_walk, built only when asked for
 test    fonts-liberation  as for the program
 test    locales           sources of the locales that the tests build for themselves
 test    cups              a real print queue for the print check
