@@ -1,6 +1,7 @@
 #include "gui/screens_fixture.h"
 
 #include "platform/qt_message_box.h"
+#include "support/full_disk.h"
 #include "support/temporary_directory.h"
 
 #include <QAccessible>
@@ -292,6 +293,7 @@ TEST_F(MainFormTest, TheSummaryIsSavedAndResultsAreCopied)
             if (dialog == nullptr)
                 return;
             isAsked = true;
+            dialog->setOption(QFileDialog::DontConfirmOverwrite);
             dialog->selectFile(file);
             QMetaObject::invokeMethod(dialog, "accept");
         });
@@ -308,7 +310,19 @@ TEST_F(MainFormTest, TheSummaryIsSavedAndResultsAreCopied)
     EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
     QFile saved(file + ".pdf");
     EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(saved.readAll().startsWith("%PDF"));
+    const QByteArray whole = saved.readAll();
+    EXPECT_TRUE(whole.startsWith("%PDF"));
+    saved.close();
+
+    activate();
+    {
+        const FullDisk disk(20'000);
+        EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
+    }
+    EXPECT_EQ(messages.texts, std::vector<std::string>{"The summary is not saved: File too large"});
+    EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(saved.readAll() == whole);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(temporary.path), {}), 1);
 
     activate();
     key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);

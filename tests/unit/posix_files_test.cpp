@@ -1,11 +1,11 @@
 #include "support/build_fixture.h"
 #include "support/data_file_fixture.h"
+#include "support/full_disk.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <optional>
 
 // What modes, owners, links, limits and the environment of POSIX systems have to do with files.
 
@@ -17,17 +17,11 @@ TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
     ASSERT_EQ(build(), 0) << messages;
     fs::copy_file(database, root / "built.mdb");
     write(database, before);
-    rlimit limitBefore;
-    getrlimit(RLIMIT_FSIZE, &limitBefore);
-    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small{12'500, limitBefore.rlim_max}; // as a full disk
-    setrlimit(RLIMIT_FSIZE, &small);
+    std::optional<FullDisk> disk(12'500);
     expectRefused("");
     const std::string whenBuilt = messages;
-    const int exported = command({"--export", (root / "built.mdb").string(), (root / "csv").string()});
-    setrlimit(RLIMIT_FSIZE, &limitBefore);
-    std::signal(SIGXFSZ, signalBefore);
-    EXPECT_EQ(exported, 1);
+    EXPECT_EQ(command({"--export", (root / "built.mdb").string(), (root / "csv").string()}), 1);
+    disk.reset();
     EXPECT_TRUE(reported((root / "csv" / "psi_Depad.csv").string() + ": error", "File too large")) << messages;
     EXPECT_TRUE(fs::is_empty(root / "csv")) << "what was written would be in the way";
     messages = whenBuilt;
