@@ -130,6 +130,7 @@ TEST(DutyList, RefusesListsThatCannotBeRead)
     EXPECT_TRUE(refusalOf("\nGas,Pumprate\n").starts_with("2: column 2, \"Pumprate\": a column is Tag Number, Valve"));
     EXPECT_EQ(refusalOf("Gas,Notes,gas\n"), "1: column 3, \"gas\": it stands twice");
     EXPECT_TRUE(refusalOf("Gas;Pressure\nx;1.5\ny;\u00A02,5 \n").starts_with("3: numbers are written in two ways"));
+    EXPECT_EQ(refusalOf("Gas,Notes\nx,\"a\n\xBD\"\n"), "3: the text is not UTF-8: save it as CSV in UTF-8");
     EXPECT_TRUE(refusalOf("Gas\n", "/nowhere").starts_with("the valve tables cannot be read: no data file"));
 }
 
