@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
 #include <sstream>
 
@@ -172,10 +173,12 @@ TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
         EXPECT_EQ(write(files, tag), "");
     for (const char* const name : {"T-1.pdf", "t-1 (2).pdf", "line 2.pdf"})
         EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / name)) << name;
+    std::ofstream(temporary.path / "new" / "T-1.pdf.new-backup") << "somebody's own";
     SummaryFiles again(temporary.path / "new", pdf, "today", false);
     EXPECT_NE(write(again, "T-1").find("it exists already"), std::string::npos);
     SummaryFiles forced(temporary.path / "new", pdf, "today", true);
     EXPECT_EQ(write(forced, "T-1"), "");
+    EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / "T-1.pdf.new-backup"));
 }
 
 } // namespace
