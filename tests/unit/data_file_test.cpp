@@ -42,6 +42,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         tables += "; CREATE TABLE t" + own + " (x)";
     }
     view += " SELECT * FROM a17";
+    const std::string schemaRow = "; PRAGMA writable_schema = ON; INSERT INTO sqlite_schema VALUES ('table', ";
     struct Fault
     {
         const char* name;
@@ -70,12 +71,12 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
              {"a huge column", [&] { sql("ALTER TABLE psi_Pad ADD x AS (zeroblob(400000000))" + noChecksum); }},
              {"a view that grows", [&] { sql(view + noChecksum); }, "20 64"},
              {"and is a table, too",
+              [&] { sql(view + schemaRow + "'V', 'V', 2, 'CREATE TABLE IF NOT EXISTS V(x)')" + noChecksum); }},
+             {"and is read by a virtual table",
               [&] {
-                  sql(view +
-                      "; PRAGMA writable_schema = ON; INSERT INTO sqlite_schema VALUES "
-                      "('table', 'V', 'V', 2, 'CREATE TABLE IF NOT EXISTS V(x)')" +
-                      noChecksum);
-              }},
+                  sql(view + schemaRow + "'f', 'f', 0, 'CREATE VIRTUAL TABLE f USING fts4(content=v)')" + noChecksum);
+              },
+              "20 64"},
              {"a column that grows", [&] { sql(generated + ")" + noChecksum); }},
              {"very many tables", [&] { sql("SELECT 1" + tables + noChecksum); }},
              {"a table with a very long text",
