@@ -155,10 +155,11 @@ private:
     {
         keptFile_ = createTemporaryFile();
         kept_.open(keptFile_, std::ios::in | std::ios::out | std::ios::binary);
-        removeKept();                                     // at once, where the system lets an open file go
-        if (pipe.peek() != std::char_traits<char>::eof()) // nothing to write counts as a failure
+        removeKept(); // at once, where the system lets an open file go
+        constexpr int end = std::char_traits<char>::eof();
+        if (pipe.peek() != end) // nothing to write counts as a failure
             kept_ << pipe.rdbuf();
-        if (std::ferror(stdin) != 0 || pipe.bad() || !kept_.flush())
+        if (std::ferror(stdin) != 0 || pipe.bad() || !kept_.flush() || pipe.peek() != end) // a part is no list
             throw Stopped(name + " cannot be read or kept: " + std::strerror(errno));
         kept_.seekg(0);
     }
@@ -346,12 +347,11 @@ int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSyste
         std::cerr << usage;
         return 2;
     }
-    if (options->told != nullptr) {
-        std::cout << options->told;
-        return 0;
-    }
     try {
-        return run(*options, system);
+        if (options->told == nullptr)
+            return run(*options, system);
+        Results("-").write(options->told);
+        return 0;
     } catch (const std::exception& failure) {
         std::cerr << "size_valves: " << failure.what() << '\n';
         return 2;

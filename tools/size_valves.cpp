@@ -4,6 +4,7 @@
 #include "platform/pdf_summary.h"
 #include "platform/user_locale.h"
 #include "size_command.h"
+#include "system.h"
 
 #include <QGuiApplication>
 
@@ -11,6 +12,7 @@
 
 int main(int argc, char* argv[])
 {
+    holdStandardStreams();
     // What Qt warns of is nothing that a user of a list could mend; what ends the program must be said.
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
         if (type == QtFatalMsg)

@@ -29,6 +29,7 @@
 #include <QTimer>
 
 #include <stdexcept>
+#include <string_view>
 
 namespace
 {
@@ -69,12 +70,20 @@ QString askForPdf(QWidget& form, const std::string& tagNumber)
     return isAccepted ? dialog->selectedFiles().value(0) : QString();
 }
 
-void writeFile(const QString& name, const std::string& bytes)
+void writeFile(const QString& name, std::string_view bytes)
 {
     QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), static_cast<qint64>(bytes.size())) < 0 ||
-        !file.commit())
-        throw std::runtime_error(file.errorString().toStdString());
+    const auto require = [&file](bool success) {
+        if (!success)
+            throw std::runtime_error(file.errorString().toStdString());
+    };
+    require(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)); // commit() hides a buffer that finds no room
+    while (!bytes.empty()) { // a disk that fills up takes a part, and gives the reason when it is asked for the rest
+        const qint64 taken = file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+        require(taken > 0);
+        bytes.remove_prefix(static_cast<std::size_t>(taken));
+    }
+    require(file.commit());
 }
 
 } // namespace

@@ -18,6 +18,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto longestLookup = 2000ms;           // beyond it a file is hostile or broken
 constexpr std::uint64_t largestFile = 256 << 20; // bytes: some thousand times the shipped one
 constexpr int largestValue = 1 << 16;            // bytes of a text or a row
+constexpr std::int64_t mostMemory = 512 << 20;   // bytes in SQLite's hands: the largest file and as much again
 constexpr int stepsBetweenLooks = 1000;          // of SQLite's machine, between two looks at the clock
 
 /// What SQLite advises for a file that somebody else may have made: nothing in it is run.
@@ -29,6 +30,8 @@ void distrust(sqlite3* file)
                                      {SQLITE_DBCONFIG_ENABLE_VIEW, 0}})
         sqlite3_db_config(file, option, on, nullptr);
     for (const auto& [limit, most] : {std::pair{SQLITE_LIMIT_LENGTH, largestValue},
+                                      {SQLITE_LIMIT_SQL_LENGTH, 10'000},
+                                      {SQLITE_LIMIT_VDBE_OP, 100'000},
                                       {SQLITE_LIMIT_EXPR_DEPTH, 100},
                                       {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50},
                                       {SQLITE_LIMIT_ATTACHED, 0}})
@@ -36,9 +39,9 @@ void distrust(sqlite3* file)
     sqlite3_exec(file, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr); // there is no other place to sort in
 }
 
-int isLate(void* deadline)
+int isTooMuch(void* deadline)
 {
-    return Clock::now() > *static_cast<Clock::time_point*>(deadline) ? 1 : 0;
+    return Clock::now() > *static_cast<Clock::time_point*>(deadline) || sqlite3_memory_used() > mostMemory ? 1 : 0;
 }
 
 /// Waits a little for another program's lock while the click has time left for that.
@@ -270,7 +273,7 @@ CapacityRows CapacityStore::open(const std::string& table)
         throw SilentFailure("cannot open " + file_);
     distrust(file);
     *rows.deadline_ = Clock::now() + longestLookup;
-    sqlite3_progress_handler(file, stepsBetweenLooks, isLate, rows.deadline_.get());
+    sqlite3_progress_handler(file, stepsBetweenLooks, isTooMuch, rows.deadline_.get());
     sqlite3_busy_handler(file, waitForLock, &lockWaitLeft_);
     check(file, *stamp);
     const auto isWanted = [&](const std::string& name) { return sqlite3_stricmp(name.c_str(), table.c_str()) == 0; };

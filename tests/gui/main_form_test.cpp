@@ -1,6 +1,7 @@
 #include "gui/screens_fixture.h"
 
 #include "platform/qt_message_box.h"
+#include "support/full_disk.h"
 #include "support/temporary_directory.h"
 
 #include <QAccessible>
@@ -332,6 +333,7 @@ TEST_F(MainFormTest, TheSummaryIsSavedAndResultsAreCopied)
             if (dialog == nullptr)
                 return;
             isAsked = true;
+            dialog->setOption(QFileDialog::DontConfirmOverwrite);
             dialog->selectFile(file);
             QMetaObject::invokeMethod(dialog, "accept");
         });
@@ -348,8 +350,20 @@ TEST_F(MainFormTest, TheSummaryIsSavedAndResultsAreCopied)
     EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
     QFile saved(file + ".pdf");
     EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(saved.readAll().startsWith("%PDF"));
-    EXPECT_EQ(QDir(directory).entryList(QDir::Files), QStringList("TK-1.pdf")) << "and nothing else";
+    const QByteArray whole = saved.readAll();
+    EXPECT_TRUE(whole.startsWith("%PDF"));
+    saved.close();
+
+    activate();
+    {
+        const FullDisk disk(20'000);
+        EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
+    }
+    EXPECT_EQ(messages.texts, std::vector<std::string>{"The summary is not saved: File too large"});
+    EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(saved.readAll() == whole);
+    EXPECT_EQ(QDir(directory).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("TK-1.pdf"))
+        << "and nothing else";
 
     activate();
     key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);

@@ -29,6 +29,20 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
     const std::string endless =
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i AS TankVol, i "
         "AS Pad, i AS DepadHFP, i AS DepadLFP FROM n";
+    // Each is small, and worked out in full takes 100 MB or more.
+    std::string view = "CREATE VIEW v AS WITH a0 AS (SELECT 1 AS x)";
+    std::string generated = "CREATE TABLE g (w0";
+    std::string tables;
+    for (int i = 1; i < 200; ++i) {
+        const std::string own = std::to_string(i), before = std::to_string(i - 1);
+        if (i < 18)
+            view += ", a" + own + " AS (SELECT one.x FROM a" + before + " AS one, a" + before + " AS two)";
+        if (i < 20)
+            generated += ", w" + own + " INT NOT NULL AS (w" + before + " + w" + before + ")";
+        tables += "; CREATE TABLE t" + own + " (x)";
+    }
+    view += " SELECT * FROM a17";
+    const std::string schemaRow = "; PRAGMA writable_schema = ON; INSERT INTO sqlite_schema VALUES ('table', ";
     struct Fault
     {
         const char* name;
@@ -55,6 +69,18 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
              {"an endless view",
               [&] { sql("DROP TABLE USLargeTank; CREATE VIEW USLargeTank AS " + endless + noChecksum); }},
              {"a huge column", [&] { sql("ALTER TABLE psi_Pad ADD x AS (zeroblob(400000000))" + noChecksum); }},
+             {"a view that grows", [&] { sql(view + noChecksum); }, "20 64"},
+             {"and is a table, too",
+              [&] { sql(view + schemaRow + "'V', 'V', 2, 'CREATE TABLE IF NOT EXISTS V(x)')" + noChecksum); }},
+             {"and is read by a virtual table",
+              [&] {
+                  sql(view + schemaRow + "'f', 'f', 0, 'CREATE VIRTUAL TABLE f USING fts4(content=v)')" + noChecksum);
+              },
+              "20 64"},
+             {"a column that grows", [&] { sql(generated + ")" + noChecksum); }},
+             {"very many tables", [&] { sql("SELECT 1" + tables + noChecksum); }},
+             {"a table with a very long text",
+              [&] { sql("CREATE TABLE t (x DEFAULT '" + std::string(10'000, 'x') + "')" + noChecksum); }},
              {"no table", [&] { sql("DROP TABLE psi_Pad" + noChecksum); }},
              {"no index", [&] { sql("DROP INDEX \"psi_Pad.Index\"" + noChecksum); }},
              {"no Cv column", [&] { sql("ALTER TABLE psi_Pad RENAME CV TO Kv" + noChecksum); }},
@@ -68,7 +94,9 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         fault.make();
         const auto before = everything();
         const auto start = std::chrono::steady_clock::now();
+        sqlite3_memory_highwater(1);
         EXPECT_EQ(size(), fault.answer) << fault.name;
+        EXPECT_LT(sqlite3_memory_highwater(0), 20'000'000) << fault.name;
         EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << fault.name; // on a busy machine
         EXPECT_EQ(everything(), before) << fault.name;
     }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
 #include <sstream>
 
@@ -130,6 +131,7 @@ TEST(DutyList, RefusesListsThatCannotBeRead)
     EXPECT_TRUE(refusalOf("\nGas,Pumprate\n").starts_with("2: column 2, \"Pumprate\": a column is Tag Number, Valve"));
     EXPECT_EQ(refusalOf("Gas,Notes,gas\n"), "1: column 3, \"gas\": it stands twice");
     EXPECT_TRUE(refusalOf("Gas;Pressure\nx;1.5\ny;\u00A02,5 \n").starts_with("3: numbers are written in two ways"));
+    EXPECT_EQ(refusalOf("Gas,Notes\nx,\"a\n\xBD\"\n"), "3: the text is not UTF-8: save it as CSV in UTF-8");
     EXPECT_TRUE(refusalOf("Gas\n", "/nowhere").starts_with("the valve tables cannot be read: no data file"));
 }
 
@@ -171,10 +173,12 @@ TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
         EXPECT_EQ(write(files, tag), "");
     for (const char* const name : {"T-1.pdf", "t-1 (2).pdf", "line 2.pdf"})
         EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / name)) << name;
+    std::ofstream(temporary.path / "new" / "T-1.pdf.new-backup") << "somebody's own";
     SummaryFiles again(temporary.path / "new", pdf, "today", false);
     EXPECT_NE(write(again, "T-1").find("it exists already"), std::string::npos);
     SummaryFiles forced(temporary.path / "new", pdf, "today", true);
     EXPECT_EQ(write(forced, "T-1"), "");
+    EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / "T-1.pdf.new-backup"));
 }
 
 } // namespace
