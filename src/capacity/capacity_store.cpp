@@ -81,14 +81,6 @@ int position(sqlite3_stmt* statement, const char* column)
     throw SilentFailure(std::string("no column ") + column);
 }
 
-std::string quoted(const std::string& name)
-{
-    std::string text = "\"";
-    for (const char c : name)
-        text += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return text + '"';
-}
-
 } // namespace
 
 void CapacityRows::Closer::operator()(sqlite3* file) const
@@ -308,7 +300,7 @@ void CapacityStore::check(sqlite3* file, const FileStamp& stamp)
 CapacityRows CapacityStore::table(const std::string& name, const Columns& columns)
 {
     CapacityRows rows = open(name);
-    rows.prepare("SELECT * FROM " + quoted(name) + " INDEXED BY " + quoted(name + ".Index") +
+    rows.prepare("SELECT * FROM " + sqlName(name) + " INDEXED BY " + sqlName(name + ".Index") +
                      " ORDER BY Pressure, flow",
                  columns);
     rows.step();

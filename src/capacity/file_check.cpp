@@ -93,16 +93,11 @@ private:
     std::uint64_t value_ = 0xCBF29CE484222325;
 };
 
-std::string quoted(const std::string& name)
-{
-    return '"' + name + '"'; // names with a quotation mark are sorted out before
-}
-
 bool hasGeneratedColumn(sqlite3* file, const std::string& table)
 {
     constexpr int hidden = 6; // column of the answer
     bool generated = false;
-    forEachRow(file, "PRAGMA table_xinfo(" + quoted(table) + ")",
+    forEachRow(file, "PRAGMA table_xinfo(" + sqlName(table) + ")",
                [&](sqlite3_stmt* row) { generated |= sqlite3_column_int(row, hidden) != 0; });
     return generated;
 }
@@ -163,7 +158,7 @@ std::uint64_t checksumOf(sqlite3* file, const std::vector<std::string>& tables)
                addRow);
     for (const std::string& table : tables)
         if (table != checksumTable)
-            forEachRow(file, "SELECT * FROM " + quoted(table) + " NOT INDEXED", addRow);
+            forEachRow(file, "SELECT * FROM " + sqlName(table) + " NOT INDEXED", addRow);
     return hash.value();
 }
 
@@ -199,4 +194,12 @@ void writeChecksum(sqlite3* file)
                             "'); PRAGMA application_id = " + std::to_string(idOfCheckedFiles);
     if (sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
         fail(file);
+}
+
+std::string sqlName(const std::string& name)
+{
+    std::string text = "\"";
+    for (const char c : name)
+        text += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return text + '"';
 }

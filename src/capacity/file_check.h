@@ -19,5 +19,8 @@ struct FileContents
 /// Reads all of it: in a transaction, what is read after it is what was checked.
 FileContents checkFile(sqlite3* file);
 
+/// A name of a table or an index as SQL text writes it.
+std::string sqlName(const std::string& name);
+
 /// Writes the checksum of all tables into an open data file. Throws SilentFailure when that fails.
 void writeChecksum(sqlite3* file);
