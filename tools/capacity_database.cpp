@@ -107,7 +107,7 @@ bool isReadable(CapacityStore& store, const std::filesystem::path& file, Finding
     try {
         store.query("SELECT value FROM Checksum", {});
     } catch (const SilentFailure& failure) {
-        const bool isWhole = store.hasReadOneFile();
+        const bool isWhole = store.whyUnreadable().empty();
         findings.report(isWhole ? hasChecksum : canBeRead, textOf(file), 0, reasonOf(failure));
         return isWhole;
     }

@@ -325,13 +325,18 @@ int run(const Options& options, const SizeCommandSystem& system)
         Results results(options.output);
         std::optional<SummaryFiles> summaries;
         if (options.summaries)
-            summaries.emplace(pathOf(*options.summaries), system.makePdf, system.today, options.force);
+            summaries.emplace(
+                pathOf(*options.summaries),
+                [&, tables = list.tables()](const SummaryForm& page) { return system.makePdf(page, tables); },
+                system.today, options.force);
         const Counts counts = sizeAll(list, results, summaries ? &*summaries : nullptr, options.quiet);
         if (!options.quiet)
             std::cerr << "size_valves: " << counts.rows() << " rows: " << counts.sized << " sized, " << counts.refused
                       << " refused, " << counts.failed << " failed\n";
         if (counts.withoutSummary > 0)
             std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
+        if (list.isDataFileReplaced())
+            std::cerr << "size_valves: the data file was changed meanwhile; all rows are sized on the earlier one\n";
         return counts.refused + counts.failed + counts.withoutSummary == 0 ? 0 : 1;
     } catch (const CsvProblem& problem) {
         throw Stopped(options.list + ':' + std::to_string(problem.line) + ": " + problem.what());

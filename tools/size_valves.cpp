@@ -1,6 +1,3 @@
-#include "base/number_text.h"
-#include "capacity/capacity_store.h"
-#include "capacity/tables_label.h"
 #include "platform/pdf_summary.h"
 #include "platform/user_locale.h"
 #include "size_command.h"
@@ -24,8 +21,5 @@ int main(int argc, char* argv[])
     char* program[] = {argv[0], nullptr};
     const QGuiApplication application(count, program);
     const QString dataFile = QCoreApplication::applicationDirPath() + QStringLiteral("/capacities.mdb");
-    const NumberText numbers;
-    CapacityStore store(dataFile.toStdString(), numbers);
-    const auto makePdf = [label = tablesLabel(store)](const SummaryForm& page) { return summaryPdf(page, label); };
-    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), makePdf, userToday()});
+    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), summaryPdf, userToday()});
 }

@@ -140,12 +140,12 @@ SummaryContext Screens::summaryContext(MainForm& mainForm)
 void Screens::saveSummary(MainForm& mainForm)
 {
     try {
+        if (const std::string reason = store_.whyUnreadable(); !reason.empty())
+            throw std::runtime_error(reason); // the figures of an older sizing may stand beside this one's
         const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
         const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();
-        // Where the data file is another one than that of the sizing, its label says nothing of it.
-        const bool isSameFile = store_.hasReadOneFile();
         if (!file.isEmpty())
-            writeFile(file, summaryPdf(*page, isSameFile ? tablesLabel(store_) : std::nullopt));
+            writeFile(file, summaryPdf(*page, tablesLabel(store_)));
     } catch (const std::exception& reason) {
         messageBox_.show(std::string("The summary is not saved: ") + reason.what());
     }
@@ -177,7 +177,7 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
                                       [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
-    add("About", {}, [this] { showAbout(messageBox_, store_, dataFile_); });
+    add("About", {}, [this] { showAbout(messageBox_, dataFile_); });
 
     // Not the toolkit's own help of this key (QWhatsThis), which takes the next key or click for itself.
     auto* const announcer = form.findChild<Announcer*>();

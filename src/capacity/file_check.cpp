@@ -23,7 +23,8 @@ constexpr int mostEntries = 200; // of the schema, which each lookup reads anew;
 
 [[noreturn]] void fail(sqlite3* file)
 {
-    throw SilentFailure(sqlite3_errmsg(file));
+    const bool isLate = sqlite3_errcode(file) == SQLITE_INTERRUPT;
+    throw SilentFailure(isLate ? "takes too long to read" : std::string("is damaged: ") + sqlite3_errmsg(file));
 }
 
 /// Hands every row of `sql` to `onRow`.
@@ -115,14 +116,14 @@ FileContents listTables(sqlite3* file)
     int entries = 0;
     forEachRow(file, "SELECT type, name, sql FROM sqlite_schema ORDER BY name", [&](sqlite3_stmt* row) {
         if (++entries > mostEntries)
-            throw SilentFailure("the data file has too many tables and indexes");
+            throw SilentFailure("has too many tables and indexes");
         const std::string type = textOf(row, 0);
         const std::string name = textOf(row, 1);
         if (isAlike(type, "index") || isAlike(type, "trigger") || sqlite3_strnicmp(name.c_str(), "sqlite_", 7) == 0)
             return;
         for (const auto* const names : {&contents.plain, &contents.notPlain})
             if (std::ranges::any_of(*names, [&](const std::string& other) { return isAlike(other, name); }))
-                throw SilentFailure("the data file has two tables " + name);
+                throw SilentFailure("is damaged: it has two tables " + name);
         const bool stored = textOf(row, 2).starts_with("CREATE TABLE ") && name.find('"') == std::string::npos;
         (stored ? contents.plain : contents.notPlain).push_back(name);
     });
@@ -144,7 +145,7 @@ void refuseComputedIndexes(sqlite3* file)
                "WHERE i.partial OR c.cid = -2 LIMIT 1",
                [&](sqlite3_stmt*) { computed = true; });
     if (computed)
-        throw SilentFailure("the data file has an index that is computed");
+        throw SilentFailure("has an index that is computed");
 }
 
 std::uint64_t checksumOf(sqlite3* file, const std::vector<std::string>& tables)
@@ -177,13 +178,12 @@ FileContents checkFile(sqlite3* file)
     FileContents contents = listTables(file);
     refuseComputedIndexes(file);
     if (firstText(file, "PRAGMA integrity_check(1)") != "ok")
-        throw SilentFailure("the data file is damaged");
-    contents.checksum = checksumOf(file, contents.plain);
+        throw SilentFailure("is damaged");
     const bool hasTable = std::ranges::find(contents.plain, checksumTable) != contents.plain.end();
     const bool hasId = firstText(file, "PRAGMA application_id") == std::to_string(idOfCheckedFiles);
-    if ((hasId && !hasTable) ||
-        (hasTable && firstText(file, "SELECT value FROM Checksum NOT INDEXED") != asText(contents.checksum)))
-        throw SilentFailure("the data file is not as it was built");
+    if ((hasId && !hasTable) || (hasTable && firstText(file, "SELECT value FROM Checksum NOT INDEXED") !=
+                                                 asText(checksumOf(file, contents.plain))))
+        throw SilentFailure("is damaged: it is not as it was built");
     return contents;
 }
 

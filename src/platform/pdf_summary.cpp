@@ -48,7 +48,7 @@ std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>
     return pdfOn({usersPaper(), QPageLayout::Portrait, {}}, page, ", capacities: " + label);
 }
 
-std::string summaryPdf(const SummaryForm& page, const QPageLayout& paper)
+std::string summaryPdfOn(const QPageLayout& paper, const SummaryForm& page)
 {
     return pdfOn(paper, page, "");
 }

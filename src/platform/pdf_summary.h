@@ -17,7 +17,7 @@ void paintWithoutDisplay();
 std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables);
 
 /// The same on other paper; its properties name the program only.
-std::string summaryPdf(const SummaryForm& page, const QPageLayout& paper);
+std::string summaryPdfOn(const QPageLayout& paper, const SummaryForm& page);
 
 /// The paper of the user's country.
 QPageSize usersPaper();

@@ -83,5 +83,5 @@ int SystemPrinters::count() const
 void SystemPrinters::print(const SummaryForm& page)
 {
     PrintQueue queue({QStringLiteral("print"), QString::fromUtf8(SummaryForm::caption)}, deadline_);
-    queue.send(summaryPdf(page, paperOf(queue.answer())));
+    queue.send(summaryPdfOn(paperOf(queue.answer()), page));
 }
