@@ -61,7 +61,7 @@ std::string figures(const Value&... value)
 /// The figures in a line of the guide, without those in names (API-2000, m3, psi_Pad) and the numbers of steps.
 std::string figuresIn(const std::string& line)
 {
-    static const std::regex names(R"(^\d+\. |step \d|API-2000|Series 6\d|1/2")");
+    static const std::regex names(R"(^\d+\. |step \d|API-2000|Series 6\d)");
     static const std::regex figure(R"((^|[^A-Za-z0-9_])(\d[\d,]*(\.\d+)?))");
     const std::string rest = std::regex_replace(line, names, "");
     std::string all;
@@ -106,14 +106,9 @@ struct Duty : FreshSizing
 };
 
 /// Of a pump rate and a tank volume of 1: the flows are the factors.
-SizingState factors(const char* type, const char* unitSystem, double flashPoint = 0)
+SizingState factors(const char* type, const char* pressUnits, double flashPoint = 0)
 {
-    const bool us = unitSystem == std::string(choice::us);
-    const bool pad = type == std::string(choice::pad);
-    return Duty(choice::series63, type, choice::api2000,
-                us    ? "PSI"
-                : pad ? "kPa"
-                      : "mbar",
+    return Duty(choice::series63, type, choice::api2000, pressUnits,
                 {{Box::txtPumpRate, 1},
                  {Box::txtTankVolume, 1},
                  {Box::txtPressure, 1},
@@ -166,22 +161,24 @@ double rootOfTables(const char* type)
     return static_cast<double>(gasFactor(type, 0.0001)) / 100;
 }
 
-std::string ranges(const char* model, const char* type)
+/// Of each pressure unit that a model is offered in.
+std::string pressures(const char* model, const char* type, std::string (*figuresOf)(const Offer&))
 {
     std::string all;
     for (const Offer& offer : offers)
         if (offer.valveModel == std::string(model) && offer.valveType == std::string(type))
-            all += (all.empty() ? "" : " ") + figures(offer.lowest, offer.highest);
+            all += (all.empty() ? "" : " ") + figuresOf(offer);
     return all;
 }
 
-std::string leastPressures(const char* model)
+std::string range(const Offer& offer)
 {
-    std::string all;
-    for (const Offer& offer : offers)
-        if (offer.valveModel == std::string(model) && offer.minimum.message != nullptr)
-            all += (all.empty() ? "" : " ") + text(offer.minimum.lowest);
-    return all;
+    return figures(offer.lowest, offer.highest);
+}
+
+std::string least(const Offer& offer)
+{
+    return text(offer.minimum.lowest);
 }
 
 std::string series(const char* type)
@@ -244,22 +241,23 @@ struct Row
 
 std::vector<Row> constants()
 {
-    const SizingState padUs = factors(choice::pad, choice::us);
-    const SizingState padMetric = factors(choice::pad, choice::metric);
-    const SizingState lowUs = factors(choice::depad, choice::us);
-    const SizingState lowMetric = factors(choice::depad, choice::metric);
-    const SizingState highUs = factors(choice::depad, choice::us, 999);
-    const SizingState highMetric = factors(choice::depad, choice::metric, 999);
+    const SizingState padUs = factors(choice::pad, "PSI");
+    const SizingState padMetric = factors(choice::pad, "kPa");
+    const SizingState lowUs = factors(choice::depad, "PSI");
+    const SizingState lowMetric = factors(choice::depad, "mbar");
+    const SizingState highUs = factors(choice::depad, "PSI", 999);
+    const SizingState highMetric = factors(choice::depad, "mbar", 999);
     const auto seven = [](double value) { return text(static_cast<float>(value)); };
     const auto perUnit = [&](double us, double metric) { return seven(us) + " " + seven(metric); };
     Duty halves(choice::series63, choice::depad, choice::api2000, "mbar",
                 {{Box::txtPumpRate, 50}, {Box::txtPressure, 50}, {Box::txtTankVolume, 500}, {Box::txtFlashPoint, 60}});
+    const std::string leastPressures = pressures(choice::series61, choice::pad, least);
     constexpr Label advice = Label::lblComments;
     constexpr Label percent = Label::lblPercentValveCapacity;
 
     EXPECT_EQ(perUnit(padUs.BreathingFlow, padMetric.BreathingFlow),
               perUnit(lowUs.BreathingFlow, lowMetric.BreathingFlow));
-    EXPECT_EQ(leastPressures(choice::series61), leastPressures(choice::series63));
+    EXPECT_EQ(leastPressures, pressures(choice::series63, choice::pad, least));
     return {
         {"| Pump flow: pad; Direct", perUnit(padUs.PumpFlow, padMetric.PumpFlow)},
         {"| Pump flow: depad API-2000, high", perUnit(highUs.PumpFlow, highMetric.PumpFlow)},
@@ -272,10 +270,10 @@ std::vector<Row> constants()
         {"| Largest tank", figures(largestTankGallons, largestTankCubicMeters)},
         {"| Largest pump rate", figures(largestPumpRate, largestPumpRate)},
         {"| k: pad; depad", figures(rootOfTables(choice::pad), rootOfTables(choice::depad))},
-        {"| Pressure: Series 61", ranges(choice::series61, choice::pad)},
-        {"| Pressure: Series 63, pad", ranges(choice::series63, choice::pad)},
-        {"| Pressure: Series 63, depad", ranges(choice::series63, choice::depad)},
-        {"| Least pressure", figures(halfInchCv, leastPressures(choice::series61))},
+        {"| Pressure: Series 61", pressures(choice::series61, choice::pad, range)},
+        {"| Pressure: Series 63, pad", pressures(choice::series63, choice::pad, range)},
+        {"| Pressure: Series 63, depad", pressures(choice::series63, choice::depad, range)},
+        {"| Least pressure", figures(halfInchCv, leastPressures)},
         {"| Cv series: pad", series(choice::pad)},
         {"| Cv series: depad", series(choice::depad)},
         {"| Advice, pad", figures(shareWhere(choice::pad, advice, "Consider", false),
@@ -331,7 +329,7 @@ void addPadDuty(std::vector<Row>& rows)
     Duty duty(choice::series61, choice::pad, choice::api2000, "PSI",
               {{Box::txtSpecGrav, 0.6}, {Box::txtPumpRate, 150}, {Box::txtPressure, 45}, {Box::txtTankVolume, 20000}});
     const SizingState& state = duty.state;
-    const SizingState factor = factors(choice::pad, choice::us);
+    const SizingState factor = factors(choice::pad, "PSI");
     const double pressure = state.InputPressure;
     const double flow = duty.tableFlow(state.ShownTotalFlow);
     const double capacity = duty.tableCapacity();
@@ -378,7 +376,7 @@ void addDepadDuty(std::vector<Row>& rows)
 
     rows.push_back(
         {"**Depad, metric:**", figures(state.SpecGrav, state.PumpRate, pressure, state.TankVolume, state.FlashPoint)});
-    addFlows(rows, duty, factors(choice::depad, choice::metric, 60).PumpFlow, tank.line(state.TankVolume));
+    addFlows(rows, duty, factors(choice::depad, "mbar", 60).PumpFlow, tank.line(state.TankVolume));
     rows.insert(rows.end(),
                 {
                     {"| Cv, size", figures(pressure, duty.tableFlow(state.ShownTotalFlow), around.x2, around.y2,
