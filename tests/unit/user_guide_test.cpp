@@ -281,7 +281,7 @@ std::vector<Row> constants()
         {"| Advice, depad", figures(shareWhere(choice::depad, advice, "Consider", false),
                                     shareWhere(choice::depad, advice, "If utilized", true))},
         {"| No advice of less pressure", figures(models[0].lowestPressure, models[1].lowestPressure)},
-        {"| Flows shown", figures(shown(0.999), shown(2.97), shown(12.5), shown(13.5))},
+        {"| Flows shown", figures(shown(0.999), shown(0.29), shown(2.97), shown(12.5), shown(13.5))},
         {"| N |", figures(readBack(0.45), readBack(2.5), readBack(3.5), halves.screen.caption(Label::lblPRFlow),
                           halves.screen.caption(Label::lblBRFlow), halves.screen.caption(Label::lblTotalFlow),
                           halves.state.PumpFlow, halves.state.BreathingFlow, halves.state.TotalFlow)},
