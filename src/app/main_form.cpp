@@ -323,6 +323,7 @@ void MainForm::refusedAt(Box box)
 void MainForm::selectValve()
 {
     refused_ = nullptr;
+    gas_.hidePopup(); // a screen reader can press the button behind the list, which would take the next keys
     cmdCalcFlowRate_Click(sizing_);
     if (refused_ != nullptr)
         refused_->enter();
@@ -333,6 +334,8 @@ void MainForm::selectValve()
         comments.setToolTip(QString::fromStdString(reason));
         showBubble(comments, comments.toolTip());
     }
+    if (refused_ != nullptr) // last: both may not fit
+        scrollIntoView(*refused_);
 }
 
 void MainForm::tellOutcome()

@@ -95,6 +95,7 @@ Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& pri
     installBoxAccessibility();
     qApp->installEventFilter(new KeyRepeatFilter(this));
     qApp->installEventFilter(new MenuBell(this));
+    qApp->installEventFilter(new BubbleFilter(this));
     connect(qApp, &QApplication::focusChanged, this, [](QWidget*, QWidget* now) {
         if (now != nullptr)
             scrollIntoView(*now);
