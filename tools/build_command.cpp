@@ -82,7 +82,6 @@ bool isReplaceable(const fs::path& file)
 bool writeFile(const fs::path& file, const std::string& bytes, void (ReplacementFile::*put)(), Findings& findings)
 {
     try {
-        prepareConsole(); // so that Ctrl+C leaves no half file behind
         ReplacementFile replacement(file);
         replacement.write(bytes);
         if (isInterrupted())
@@ -252,6 +251,7 @@ int buildCapacities(const std::vector<std::string>& arguments, std::ostream& out
     }
     if (isCommand("--check", 1))
         return check(pathOf(arguments[1]), messages);
+    prepareConsole(); // so that Ctrl+C leaves no half file behind
     if (isCommand("--export", 2))
         return exportTables(pathOf(arguments[1]), pathOf(arguments[2]), messages);
     if (const auto options = readBuildOptions(arguments); options && options->operands.size() == 2)

@@ -249,6 +249,7 @@ CapacityTables readDatabase(const std::filesystem::path& file, Findings& finding
     }
     const NumberText numbers;
     CapacityStore store(textOf(file), numbers);
+    store.keepFile();
     if (!isReadable(store, file, findings))
         return tables;
     const auto read = [&]<typename Row>(const std::string& name, Table<Row>& table) {

@@ -288,17 +288,16 @@ void DutyList::readHeader()
     }
 }
 
-/// Without a data file every row would be refused for its flow.
+/// Without a data file every row would fail.
 void DutyList::expectDataFile()
 {
     std::string reason;
     store_.keepFile();
     for (const Offer& offer : offers) {
-        store_.beginClick();
         try {
             store_.table(offer.valveTable, {});
             return;
-        } catch (const SilentFailure& failure) {
+        } catch (const SilentFailure& failure) { // of this table alone, or of the file
             reason = failure.what();
         }
     }

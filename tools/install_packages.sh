@@ -7,13 +7,13 @@ table='
 build   g++               C++20 compiler with the C and C++ libraries
 build   cmake             configures the build
 build   ninja-build       runs it
-build   qt6-base-dev      windows, printing and simulated input (Widgets, PrintSupport, Test)
+build   qt6-base-dev      windows and simulated input (Widgets, Test)
 build   libsqlite3-dev    the valve capacity file
 build   libcsv-dev        reads the data files that the capacity file is built from
 build   libcups2-dev      the print queues of the machine
 build   libgtest-dev      the tests
 build   cmark-gfm         makes the user guide a page that a browser shows
-build   python3           runs the print check; looked for as soon as the build is configured
+build   python3           runs the end-to-end checks; looked for as soon as the build is configured
 run     fonts-liberation  the typefaces that the fixed layouts of screens and report are measured for
 wayland qt6-wayland       windows on a Wayland session without an X server
 tour    xvfb              the virtual display

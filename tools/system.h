@@ -1,8 +1,9 @@
 #pragma once
 
+#include "base/path_text.h"
+
 #include <filesystem>
 #include <string>
-#include <string_view>
 
 // What the tools ask of the operating system; one of system_posix.cpp and system_windows.cpp answers.
 
@@ -22,15 +23,3 @@ std::string whyUnreadable(const std::filesystem::path& file);
 
 /// A new empty file in the directory for temporary ones. Throws std::runtime_error with the system's reason.
 std::filesystem::path createTemporaryFile();
-
-/// Paths and their texts: these are UTF-8 everywhere, whatever the system's own narrow texts are.
-inline std::filesystem::path pathOf(std::string_view text)
-{
-    return std::u8string(text.begin(), text.end());
-}
-
-inline std::string textOf(const std::filesystem::path& path)
-{
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}

@@ -3,7 +3,6 @@
 #include "app/modifier_keys.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -38,20 +37,22 @@ bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event)
         case QEvent::KeyPress: {
             auto* const target = qobject_cast<QWidget*>(watched);
             const int key = static_cast<QKeyEvent*>(event)->key();
-            return target != nullptr && !isModifier(key) && isRepeatedTooFar(*target, key);
+            if (target == nullptr || isModifier(key))
+                return false;
+            if (!isRepeated_ && beganAt_.isNull()) // a press that nobody wants goes on to the parents: the first counts
+                beganAt_ = target;
+            return isRepeated_ && isTooFar(*target, key);
         }
         default:
             return false;
     }
 }
 
-/// A press that nobody wants goes on from a control to its parents: the first to see it is where it began.
-bool KeyRepeatFilter::isRepeatedTooFar(QWidget& target, int key)
+/// Whether a repeated key has left the control where it began.
+bool KeyRepeatFilter::isTooFar(QWidget& target, int key) const
 {
-    if (!isRepeated_ && beganAt_.isNull())
-        beganAt_ = &target;
     constexpr int focusMovers[] = {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down};
-    if (!isRepeated_ || std::ranges::find(focusMovers, key) != std::end(focusMovers))
+    if (std::ranges::find(focusMovers, key) != std::end(focusMovers))
         return false;
     if (qobject_cast<QAbstractButton*>(&target) != nullptr || beganAt_.isNull())
         return true;

@@ -17,10 +17,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    bool isRepeatedTooFar(QWidget& target, int key);
+    bool isTooFar(QWidget& target, int key) const;
 
     int releasedKey_ = 0;
     quint64 releasedAt_ = 0;    ///< milliseconds of the window system
     bool isRepeated_ = false;   ///< of the key that was pressed last
-    QPointer<QWidget> beganAt_; ///< where its first press went; nowhere: it was a shortcut
+    QPointer<QWidget> beganAt_; ///< the widget that got its first press; null: a shortcut took it
 };

@@ -13,7 +13,6 @@
 #include "engine/sizing_driver.h"
 #include "report/print_command.h"
 
-#include <QApplication>
 #include <QGroupBox>
 #include <QPushButton>
 
@@ -186,14 +185,14 @@ void MainForm::connectHandlers()
     connect(&gas_, &QComboBox::editTextChanged, this, &MainForm::cmbBlanketingGas_Change);
     connect(&gas_, &QComboBox::activated, this, &MainForm::cmbBlanketingGas_Click);
 
-    const auto onClick = [this](MainControl name, auto handler) {
-        ::onClick(controls_.get<QPushButton>(name), *this, handler);
+    const auto on = [this](MainControl name, auto handler) {
+        onClick(controls_.get<QPushButton>(name), *this, handler);
     };
-    onClick("cmdCalcFlowRate", [this] { selectValve(); });
-    onClick("cmdPrint", [this] { requestSummary(&MainForm::printRequested); });
-    onClick("cmdClear", [this] { cmdClear_Click(); });
-    onClick("cmdNewCalc", [this] { cmdNewCalc_Click(); });
-    onClick("cmdExit", [this] { cmdExit_Click(); });
+    on("cmdCalcFlowRate", [this] { selectValve(); });
+    on("cmdPrint", [this] { requestSummary(&MainForm::printRequested); });
+    on("cmdClear", [this] { cmdClear_Click(); });
+    on("cmdNewCalc", [this] { cmdNewCalc_Click(); });
+    on("cmdExit", [this] { cmdExit_Click(); });
 }
 
 void MainForm::load()
@@ -311,7 +310,7 @@ std::string MainForm::caption(Label label) const
 void MainForm::setCaption(Label label, const std::string& shown)
 {
     setLabelCaption(controlOf(label), shown);
-    if (label == Label::lblComments)
+    if (label == Label::lblComments) // the reason of an unreadable file stands there as long as its comment
         controls_.get<QLabel>(controlOf(label)).setToolTip({});
 }
 

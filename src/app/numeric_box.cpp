@@ -18,7 +18,7 @@ namespace
 bool isControlCharacter(const QKeyEvent& event)
 {
     const Qt::KeyboardModifiers held = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
-    return held == Qt::ControlModifier && event.key() < Qt::Key_Escape;
+    return held == Qt::ControlModifier && event.key() < Qt::Key_Escape; // from there on keys are no characters
 }
 
 /// What a key types. Keys that type nothing (arrows, Home, Delete, Shift+Insert) give an empty text.
@@ -106,7 +106,7 @@ void NumericBox::focusInEvent(QFocusEvent* event)
 void NumericBox::enter()
 {
     setFocus();
-    selectStart(); // where it had the focus already
+    selectStart(); // focusInEvent does it only when the focus was elsewhere
 }
 
 void NumericBox::selectStart()

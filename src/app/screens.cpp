@@ -55,8 +55,8 @@ QWidget* windowAround(QWidget* form)
 /// Has the user name the file; "" when he does not.
 QString askForPdf(QWidget& form, const std::string& tagNumber)
 {
-    // One dialog, which is never deleted: a dialog that goes writes the toolkit's own settings file. It stays in the
-    // directory where it was last.
+    // One dialog for all saves: the destructor of QFileDialog writes a settings file. It also remembers the last
+    // directory.
     static auto* const dialog = new QFileDialog(nullptr, QStringLiteral("Save Summary as PDF"),
                                                 QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
                                                 QStringLiteral("PDF files (*.pdf)"));
@@ -77,8 +77,9 @@ void writeFile(const QString& name, std::string_view bytes)
         if (!success)
             throw std::runtime_error(file.errorString().toStdString());
     };
-    require(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)); // commit() hides a buffer that finds no room
-    while (!bytes.empty()) { // a disk that fills up takes a part, and gives the reason when it is asked for the rest
+    require(
+        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)); // with a buffer, commit() would not see a full disk
+    while (!bytes.empty()) {                                      // a full disk takes a part; the next write says why
         const qint64 taken = file.write(bytes.data(), static_cast<qint64>(bytes.size()));
         require(taken > 0);
         bytes.remove_prefix(static_cast<std::size_t>(taken));
@@ -162,8 +163,8 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
         form.addAction(action);
         return action;
     };
-    // Not the toolkit's own menu of the actions: that lives on the stack, and a screen reader can have the form go
-    // meanwhile.
+    // Not the toolkit's own menu of the actions: it lives on the stack, and a screen reader may let the form be deleted
+    // under it.
     form.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&form, &QWidget::customContextMenuRequested, &form, [&form](const QPoint& at) {
         auto* const menu = new QMenu(&form);

@@ -2,6 +2,7 @@
 
 #include "base/failure.h"
 #include "base/number_text.h"
+#include "capacity/file_check.h"
 
 #include <sqlite3.h>
 
@@ -26,12 +27,12 @@ const NumberText& storedNumbers()
     return numbers;
 }
 
-CapacityRows::Spent::Spent(CapacityClick& ofClick) : click(ofClick)
+TimeTaken::TimeTaken(CapacityClick& ofClick) : click(ofClick)
 {
     click.deadline = start + click.timeLeft;
 }
 
-CapacityRows::Spent::~Spent()
+TimeTaken::~TimeTaken()
 {
     click.timeLeft -= CapacityClick::Clock::now() - start;
 }
@@ -42,16 +43,16 @@ void CapacityRows::Closer::operator()(sqlite3_stmt* statement) const
 }
 
 CapacityRows::CapacityRows(sqlite3* file, CapacityClick& click, const std::string& sql, const Columns& columns,
-                           double parameter)
-    : spent_(std::make_unique<Spent>(click)), current_(columns.size()), before_(columns.size())
+                           std::optional<double> parameter)
+    : time_(click), current_(columns.size()), before_(columns.size())
 {
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v2(file, sql.c_str(), -1, &statement, nullptr);
     statement_.reset(statement);
     if (result != SQLITE_OK || statement == nullptr)
         fail(file);
-    if (sqlite3_bind_parameter_count(statement) > 0)
-        sqlite3_bind_double(statement, 1, parameter);
+    if (parameter)
+        sqlite3_bind_double(statement, 1, *parameter);
     for (const char* const column : columns)
         positions_.push_back(position(statement, column));
     step();
@@ -60,12 +61,9 @@ CapacityRows::CapacityRows(sqlite3* file, CapacityClick& click, const std::strin
 /// What is missing in a whole file (SQLITE_ERROR: no such table, column or index) is a failure of this lookup alone.
 void CapacityRows::fail(sqlite3* file) const
 {
-    const std::string reason = sqlite3_errmsg(file);
-    if (sqlite3_errcode(file) == SQLITE_INTERRUPT)
-        spent_->click.unreadable = "takes too long to read";
-    else if (sqlite3_errcode(file) != SQLITE_ERROR)
-        spent_->click.unreadable = "is damaged: " + reason;
-    throw SilentFailure(reason);
+    if (sqlite3_errcode(file) != SQLITE_ERROR)
+        time_.click.unreadable = whyFailed(file);
+    throw SilentFailure(sqlite3_errmsg(file));
 }
 
 void CapacityRows::step()
@@ -83,7 +81,7 @@ void CapacityRows::step()
 
 void CapacityRows::read(int position, Cell& into) const
 {
-    // One locked call a value instead of two; unlocked reads are safe because no other thread knows this statement.
+    // One call a value. It may be read unprotected, for no other thread uses this connection.
     sqlite3_value* const value = sqlite3_column_value(statement_.get(), position);
     into.type = sqlite3_value_type(value);
     if (into.type == SQLITE_TEXT) {

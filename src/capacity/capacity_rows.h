@@ -23,16 +23,27 @@ struct CapacityClick
     std::string unreadable;                             ///< "": it can be read so far
 };
 
+/// As long as it lives, its time is taken from that of the click.
+struct TimeTaken
+{
+    CapacityClick& click;
+    CapacityClick::Clock::time_point start = CapacityClick::Clock::now();
+
+    explicit TimeTaken(CapacityClick& ofClick);
+    TimeTaken(const TimeTaken&) = delete;
+    ~TimeTaken();
+};
+
 /// Rows of one table or query, walked one after the other. The columns named when the rows are opened are read in every
 /// row and numbered in that order.
 ///
 /// An empty value where one is needed and a read without a current row are silent failures; a value that cannot be read
 /// as the number or text wanted is a type mismatch. A file that fails while it is walked, or takes too long, cannot be
-/// read for the rest of the click.
+/// read for the rest of the click. Rows must be gone before the next click begins and before the store goes.
 class CapacityRows
 {
 public:
-    CapacityRows(CapacityRows&&) = default;
+    CapacityRows(const CapacityRows&) = delete;
 
     /// True once the walk has passed the last row.
     bool atEnd() const { return atEnd_; }
@@ -52,15 +63,6 @@ public:
 private:
     friend class CapacityStore;
 
-    /// Takes the time of the walk from that of the click.
-    struct Spent
-    {
-        CapacityClick& click;
-        CapacityClick::Clock::time_point start = CapacityClick::Clock::now();
-
-        explicit Spent(CapacityClick& ofClick);
-        ~Spent();
-    };
     struct Closer
     {
         void operator()(sqlite3_stmt* statement) const;
@@ -78,7 +80,7 @@ private:
 
     /// Begins the walk of a query of the file; `parameter` stands for its "?1".
     CapacityRows(sqlite3* file, CapacityClick& click, const std::string& sql, const Columns& columns,
-                 double parameter = 0);
+                 std::optional<double> parameter = {});
 
     [[noreturn]] void fail(sqlite3* file) const;
     void step();
@@ -86,7 +88,7 @@ private:
     const Cell& cell(std::size_t column) const;
     Cell cellOf(const char* column) const;
 
-    std::unique_ptr<Spent> spent_;
+    TimeTaken time_;
     std::unique_ptr<sqlite3_stmt, Closer> statement_;
     std::vector<int> positions_; ///< of the walked columns in the statement's rows
     Row current_;

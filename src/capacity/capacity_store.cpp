@@ -2,12 +2,13 @@
 
 #include "base/failure.h"
 #include "base/number_text.h"
+#include "base/path_text.h"
 #include "capacity/data_file.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <filesystem>
+#include <utility>
 
 namespace
 {
@@ -15,10 +16,11 @@ namespace
 constexpr int largestValue = 1 << 16;          // bytes of a text or a row
 constexpr std::int64_t mostMemory = 256 << 20; // bytes in SQLite's hands
 constexpr int stepsBetweenLooks = 1000;        // of SQLite's machine, between two looks at the clock
-constexpr std::size_t versionOfWriting = 18;   // place in the file; 2 there: it wants a write-ahead log beside it
+constexpr std::size_t writeVersionAt = 18;     // in the header of the file; 2 there means WAL mode
 
-/// What SQLite advises for a file that somebody else may have made: nothing in it is run.
-void distrust(sqlite3* file)
+/// What SQLite advises for a file that somebody else may have made: nothing in it is run. No temporary file is made,
+/// and with room for all its pages each is brought into SQLite's hands once, not once a lookup.
+void prepare(sqlite3* file)
 {
     for (const auto& [option, on] : {std::pair{SQLITE_DBCONFIG_DEFENSIVE, 1},
                                      {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
@@ -32,7 +34,6 @@ void distrust(sqlite3* file)
                                       {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50},
                                       {SQLITE_LIMIT_ATTACHED, 0}})
         sqlite3_limit(file, limit, most);
-    // With room for all its pages, each is brought into SQLite's hands once, not once a lookup.
     const std::string settings = "PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON; "
                                  "PRAGMA ignore_check_constraints = ON; PRAGMA cache_size = -" +
                                  std::to_string(2 * largestDataFile / 1024);
@@ -62,8 +63,6 @@ void CapacityStore::Closer::operator()(sqlite3* file) const
     sqlite3_close(file);
 }
 
-CapacityStore::~CapacityStore() = default;
-
 void CapacityStore::beginClick()
 {
     isRead_ = isKept_ && open_ != nullptr;
@@ -73,8 +72,7 @@ void CapacityStore::beginClick()
 bool CapacityStore::isReplaced() const
 {
     try {
-        std::string bytes = bytes_;
-        return readDataFile(file_, bytes);
+        return readDataFile(pathOf(file_), bytes_).has_value();
     } catch (const SilentFailure&) {
         return true;
     }
@@ -82,11 +80,7 @@ bool CapacityStore::isReplaced() const
 
 std::string CapacityStore::whyUnreadable() const
 {
-    if (click_.unreadable.empty())
-        return {};
-    const std::filesystem::path path(std::u8string(file_.begin(), file_.end()));
-    const std::u8string name = path.filename().u8string();
-    return std::string(name.begin(), name.end()) + ' ' + click_.unreadable;
+    return click_.unreadable.empty() ? "" : textOf(pathOf(file_).filename()) + ' ' + click_.unreadable;
 }
 
 /// Reads and checks the file, unless this click has done so.
@@ -96,7 +90,11 @@ void CapacityStore::read()
         return;
     isRead_ = true;
     try {
-        if (readDataFile(file_, bytes_) || !open_)
+        if (auto now = readDataFile(pathOf(file_), bytes_)) {
+            open_.reset();
+            bytes_ = std::move(*now);
+        }
+        if (!open_)
             openBytes();
     } catch (const SilentFailure& failure) {
         open_.reset();
@@ -106,8 +104,9 @@ void CapacityStore::read()
 
 void CapacityStore::openBytes()
 {
-    open_.reset();
-    const CapacityRows::Spent spent(click_);
+    if (bytes_.size() > writeVersionAt && bytes_[writeVersionAt] == 2)
+        throw SilentFailure("is in WAL mode, in which other files belong to it");
+    const TimeTaken time(click_);
     sqlite3* file = nullptr;
     const int result = sqlite3_open_v2(":memory:", &file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     std::unique_ptr<sqlite3, Closer> opened(file);
@@ -116,10 +115,8 @@ void CapacityStore::openBytes()
     if (result != SQLITE_OK ||
         sqlite3_deserialize(file, "main", bytes, size, size, SQLITE_DESERIALIZE_READONLY) != SQLITE_OK)
         throw SilentFailure("cannot be read: there is no memory for it");
-    if (bytes_.size() > versionOfWriting && bytes_[versionOfWriting] == 2)
-        throw SilentFailure("is in WAL mode, in which other files belong to it");
     sqlite3_progress_handler(file, stepsBetweenLooks, isTooMuch, &click_);
-    distrust(file);
+    prepare(file);
     contents_ = checkFile(file);
     open_ = std::move(opened);
 }

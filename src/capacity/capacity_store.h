@@ -21,8 +21,7 @@ class CapacityStore
 public:
     /// `file` is a path in UTF-8. `numbers` reads the Cv literal of a query text in the user's number format.
     CapacityStore(std::string file, const NumberText& numbers) : file_(std::move(file)), numbers_(&numbers) {}
-    CapacityStore(const CapacityStore&) = delete; // the open bytes refer to it
-    ~CapacityStore();
+    CapacityStore(const CapacityStore&) = delete; // SQLite keeps pointers to the bytes and to the click
 
     /// A new click begins: its first lookup reads the file again.
     void beginClick();
@@ -58,9 +57,9 @@ private:
     const NumberText* numbers_;
     bool isKept_ = false;
 
+    CapacityClick click_;
     std::string bytes_;                     ///< of the file, as they were read last
     std::unique_ptr<sqlite3, Closer> open_; ///< SQLite's view of these bytes, when they have passed the check
     FileContents contents_;                 ///< of them
     bool isRead_ = false;                   ///< in this click
-    CapacityClick click_;
 };

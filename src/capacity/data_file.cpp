@@ -2,14 +2,12 @@
 
 #include "base/failure.h"
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <thread>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -49,19 +47,21 @@ std::uint64_t sizeOf(const fs::path& path)
     if (size == 0)
         throw SilentFailure("is empty");
     if (size > largestDataFile)
-        throw SilentFailure("is too large: " + std::to_string(size >> 20) + " MB, at most " +
-                            std::to_string(largestDataFile >> 20));
+        throw SilentFailure("is too large: more than " + std::to_string(largestDataFile >> 20) + " MB");
     return size;
 }
 
 /// Whether another program is in the middle of a change, or has crashed there. A journal that is done with is empty or
 /// has its beginning wiped out.
-bool isInChange(const std::string& path)
+bool isInChange(const fs::path& path)
 {
     const auto firstByte = [&](const char* ending) {
-        std::ifstream in(fs::path(std::u8string(path.begin(), path.end()) += reinterpret_cast<const char8_t*>(ending)),
-                         std::ios::binary);
-        return in ? in.get() : std::char_traits<char>::eof();
+        fs::path beside = path;
+        beside += ending;
+        std::error_code unknown;
+        if (!fs::is_regular_file(beside, unknown))
+            return std::char_traits<char>::eof();
+        return std::ifstream(beside, std::ios::binary).get();
     };
     return firstByte("-journal") > 0 || firstByte("-wal") >= 0;
 }
@@ -71,9 +71,9 @@ bool holds(const fs::path& path, const std::string& bytes)
     if (sizeOf(path) != bytes.size())
         return false;
     std::ifstream in = open(path);
-    static std::array<char, 1 << 16> block;
+    std::vector<char> block(1 << 16);
     std::size_t at = 0;
-    while (in.read(block.data(), block.size()) || in.gcount() > 0) {
+    while (in.read(block.data(), static_cast<std::streamsize>(block.size())) || in.gcount() > 0) {
         const auto count = static_cast<std::size_t>(in.gcount());
         if (count > bytes.size() - at || std::memcmp(block.data(), bytes.data() + at, count) != 0)
             return false;
@@ -95,19 +95,16 @@ std::string read(const fs::path& path)
 
 } // namespace
 
-bool readDataFile(const std::string& name, std::string& bytes)
+std::optional<std::string> readDataFile(const fs::path& path, const std::string& before)
 {
-    const fs::path path(std::u8string(name.begin(), name.end()));
     const auto end = std::chrono::steady_clock::now() + longestWait;
     for (;; std::this_thread::sleep_for(betweenLooks)) {
-        if (!isInChange(name)) {
-            if (!bytes.empty() && holds(path, bytes))
-                return false;
-            std::string now = read(path);
-            if (holds(path, now) && !isInChange(name)) { // the same twice: nobody is writing it
-                bytes = std::move(now);
-                return true;
-            }
+        if (!isInChange(path)) {
+            if (holds(path, before))
+                return std::nullopt;
+            std::string bytes = read(path);
+            if (holds(path, bytes) && !isInChange(path)) // the same twice: nobody is writing it
+                return bytes;
         }
         if (std::chrono::steady_clock::now() > end)
             throw SilentFailure("is being changed by another program");

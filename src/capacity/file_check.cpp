@@ -19,12 +19,11 @@ namespace
 constexpr int idOfCheckedFiles = 0x50414444; // application_id; "PADD"
 constexpr std::string_view checksumTable = "Checksum";
 
-constexpr int mostEntries = 200; // of the schema, which each lookup reads anew; a right file has less than twenty
+constexpr int mostEntries = 200; // of the schema; a right file has less than twenty
 
 [[noreturn]] void fail(sqlite3* file)
 {
-    const bool isLate = sqlite3_errcode(file) == SQLITE_INTERRUPT;
-    throw SilentFailure(isLate ? "takes too long to read" : std::string("is damaged: ") + sqlite3_errmsg(file));
+    throw SilentFailure(whyFailed(file));
 }
 
 /// Hands every row of `sql` to `onRow`.
@@ -171,6 +170,13 @@ std::string asText(std::uint64_t checksum)
 }
 
 } // namespace
+
+std::string whyFailed(sqlite3* file)
+{
+    if (sqlite3_errcode(file) == SQLITE_INTERRUPT)
+        return "takes too much time or memory to read";
+    return std::string("is damaged: ") + sqlite3_errmsg(file);
+}
 
 FileContents checkFile(sqlite3* file)
 {

@@ -13,6 +13,9 @@ struct FileContents
     std::vector<std::string> notPlain; ///< views, virtual tables, tables with generated columns: never read
 };
 
+/// Why SQLite failed on an open data file, to follow the file's name.
+std::string whyFailed(sqlite3* file);
+
 /// Checks an open data file by SQLite's own means and against the checksum that `writeChecksum` has left in it; a file
 /// without one is checked by SQLite's means alone. Throws SilentFailure when the file is not whole, with the reason,
 /// which follows the file's name.

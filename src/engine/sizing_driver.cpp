@@ -81,7 +81,7 @@ void size(SizingContext& sizing)
     if (state.SizingError)
         return;
     modCheckValveData(sizing);
-    if (!sizing.store.whyUnreadable().empty()) { // a valve of half a file is none
+    if (!sizing.store.whyUnreadable().empty()) { // what was found before the file failed is no valve
         modClearSizingData(sizing);
         refuseForCapacity(sizing);
         return;

@@ -12,8 +12,6 @@
 #include <cups/cups.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstring>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -23,15 +21,17 @@
 namespace
 {
 
-[[noreturn]] void fail()
+std::string lastReason()
 {
-    throw std::runtime_error(cupsLastErrorString());
+    const char* const reason = cupsLastErrorString();
+    return reason != nullptr ? reason : "unknown failure";
 }
 
+/// That nothing was found only says that there is no printer.
 void expectSuccess()
 {
     if (cupsLastError() > IPP_STATUS_OK_EVENTS_COMPLETE && cupsLastError() != IPP_STATUS_ERROR_NOT_FOUND)
-        fail();
+        throw std::runtime_error(lastReason());
 }
 
 struct Closer
@@ -42,20 +42,20 @@ struct Closer
 using Scheduler = std::unique_ptr<http_t, Closer>;
 
 /// The installed printers with the options that the user keeps for them.
-class Printers
+class Queues
 {
 public:
-    explicit Printers(http_t* scheduler) : count_(cupsGetDests2(scheduler, &all_)) { expectSuccess(); }
-    Printers(const Printers&) = delete;
-    ~Printers() { cupsFreeDests(count_, all_); }
+    explicit Queues(http_t* scheduler) : count_(cupsGetDests2(scheduler, &all_)) { expectSuccess(); }
+    Queues(const Queues&) = delete;
+    ~Queues() { cupsFreeDests(count_, all_); }
 
     int count() const { return count_; }
 
     cups_dest_t& chosen() const
     {
-        cups_dest_t* const standard = cupsGetDest(nullptr, nullptr, count_, all_);
         if (count_ == 0)
             throw std::runtime_error("there is no printer");
+        cups_dest_t* const standard = cupsGetDest(nullptr, nullptr, count_, all_);
         return standard != nullptr ? *standard : all_[0];
     }
 
@@ -92,13 +92,13 @@ void printPage(http_t* scheduler, const cups_dest_t& printer, const char* title,
 {
     const int job = cupsCreateJob(scheduler, printer.name, title, printer.num_options, printer.options);
     if (job == 0)
-        fail();
+        throw std::runtime_error(lastReason());
     const bool isSent =
         cupsStartDocument(scheduler, printer.name, job, title, CUPS_FORMAT_AUTO, 1) == HTTP_STATUS_CONTINUE &&
         cupsWriteRequestData(scheduler, page.data(), page.size()) == HTTP_STATUS_CONTINUE &&
         cupsFinishDocument(scheduler, printer.name) <= IPP_STATUS_OK_EVENTS_COMPLETE;
     if (!isSent) {
-        const std::string reason = cupsLastErrorString();
+        const std::string reason = lastReason();
         cupsCancelJob2(scheduler, printer.name, job, 0);
         throw std::runtime_error(reason);
     }
@@ -118,12 +118,12 @@ void run(int count, char* arguments[])
         std::cout << 0 << std::endl;
         return;
     }
-    const Printers printers(scheduler.get());
+    const Queues queues(scheduler.get());
     if (task == "count") {
-        std::cout << printers.count() << std::endl;
+        std::cout << queues.count() << std::endl;
         return;
     }
-    cups_dest_t& printer = printers.chosen();
+    cups_dest_t& printer = queues.chosen();
     tellPaper(scheduler.get(), printer);
     printPage(scheduler.get(), printer, arguments[2], readPage());
 }

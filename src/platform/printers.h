@@ -12,5 +12,5 @@ public:
     void print(const SummaryForm& page) override;
 
 private:
-    mutable QDeadlineTimer deadline_; ///< of the press of "Prin&t" that counts and then prints (CUPS)
+    mutable QDeadlineTimer deadline_; ///< set by count(), which comes before print() (CUPS only)
 };

@@ -3,6 +3,7 @@
 #include "support/data_file_fixture.h"
 
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <thread>
 
@@ -65,7 +66,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
               "is damaged: it is not as it was built"},
              {"a body size changed", [&] { sql("UPDATE psi_Pad SET Bodysize = '9'"); }},
              {"too large", [&] { std::filesystem::resize_file(file, largestDataFile + 1); }, refusal,
-              "is too large: 48 MB, at most 48"},
+              "is too large: more than 48 MB"},
              {"a figure changed and the checksum gone",
               [&] { sql("UPDATE psi_Pad SET flow = 9; DROP TABLE Checksum"); }},
              {"a file without a checksum", [&] { sql("SELECT 1" + noChecksum); }, "20 64"},
@@ -109,7 +110,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         sqlite3_memory_highwater(1);
         EXPECT_EQ(size(), fault.answer) << fault.name;
         if (!fault.reason.empty()) {
-            EXPECT_EQ(store.whyUnreadable(), "capacities.mdb " + fault.reason);
+            EXPECT_EQ(store.whyUnreadable(), "capacities.mdb " + fault.reason) << fault.name;
         }
         EXPECT_LT(sqlite3_memory_highwater(0), 20'000'000) << fault.name;
         EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << fault.name; // on a busy machine

@@ -12,11 +12,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <map>
 #include <regex>
 #include <sstream>
+#include <string>
+#include <vector>
 
 // The guide's chapter "How a valve is found" says how to work a duty by hand. Each figure in it is worked out here by
 // the program, on the nominal tables: text and program cannot part.
@@ -31,8 +36,10 @@ CapacityStore& nominalTables()
     static const TemporaryDirectory directory;
     static const std::string file = (directory.path / "capacities.mdb").string();
     std::ostringstream said;
-    [[maybe_unused]] static const int status = buildCapacities({SIZING_NOMINAL_DIR, file}, said, said);
+    static const int status = buildCapacities({SIZING_NOMINAL_DIR, file}, said, said);
+    EXPECT_EQ(status, 0) << said.str();
     static CapacityStore store(file, numbers);
+    store.keepFile();
     return store;
 }
 
