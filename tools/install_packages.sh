@@ -7,7 +7,7 @@ table='
 build   g++               C++20 compiler with the C and C++ libraries
 build   cmake             configures the build
 build   ninja-build       runs it
-build   qt6-base-dev      windows, printing and simulated input (Widgets, PrintSupport, Test)
+build   qt6-base-dev      windows, painting and simulated input (Widgets, Test)
 build   libsqlite3-dev    the valve capacity file
 build   libcsv-dev        reads the data files that the capacity file is built from
 build   libcups2-dev      the print queues of the machine

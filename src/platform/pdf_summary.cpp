@@ -15,19 +15,26 @@ void paintWithoutDisplay()
 #endif
 }
 
-std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables)
+std::string pagePdf(const SummaryForm& page, const QPageLayout& paper, const QString& creator)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     {
         QPdfWriter writer(&buffer);
-        const bool hasLetter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
-        writer.setPageLayout({QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait, {}});
+        writer.setPageLayout(paper);
         writer.setTitle(QString::fromUtf8(SummaryForm::caption));
-        const std::string label = tables ? describe(*tables) : "not labelled";
-        writer.setCreator(QStringLiteral("Halvor-ORM Blanketing Valve Sizing " SIZING_VERSION ", capacities: ") +
-                          QString::fromStdString(label));
+        writer.setCreator(creator);
         paintSummary(page, writer);
     } // complete when the writer is gone
     return buffer.data().toStdString();
+}
+
+std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables)
+{
+    const bool hasLetter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
+    const QPageLayout paper(QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait, {});
+    const std::string label = tables ? describe(*tables) : "not labelled";
+    return pagePdf(page, paper,
+                   QStringLiteral("Halvor-ORM Blanketing Valve Sizing " SIZING_VERSION ", capacities: ") +
+                       QString::fromStdString(label));
 }

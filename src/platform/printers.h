@@ -6,6 +6,5 @@
 class SystemPrinters : public Printers
 {
 public:
-    int count() const override;
-    void print(const SummaryForm& page) override;
+    PrintPage defaultPrinter() override;
 };

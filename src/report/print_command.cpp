@@ -26,14 +26,14 @@ std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary)
 void cmdPrint_Click(const SummaryContext& summary, Printers& printers)
 {
     try {
-        const bool hasPrinter = printers.count() >= 1;
-        if (!hasPrinter)
+        const PrintPage print = printers.defaultPrinter();
+        if (!print)
             summary.messageBox.show("There is no printer installed on this computer.");
-        summary.screen.setPrintEnabled(hasPrinter);
-        if (!hasPrinter)
+        summary.screen.setPrintEnabled(static_cast<bool>(print));
+        if (!print)
             return;
         if (const std::optional<SummaryForm> page = summaryOfSizing(summary))
-            printers.print(*page);
+            print(*page);
     } catch (const std::exception&) {
         summary.messageBox.show("cmdPrint: A printing error has occurred");
     }

@@ -13,11 +13,14 @@ struct RecordingPrinters : Printers
     bool broken = false;
     std::optional<SummaryForm> printed;
 
-    int count() const override { return installed; }
-    void print(const SummaryForm& page) override
+    PrintPage defaultPrinter() override
     {
-        if (broken)
-            throw std::runtime_error("broken");
-        printed = page;
+        if (installed == 0)
+            return {};
+        return [this](const SummaryForm& page) {
+            if (broken)
+                throw std::runtime_error("broken");
+            printed = page;
+        };
     }
 };

@@ -1,0 +1,38 @@
+#include "platform/printers.h"
+
+#include "platform/summary_painter.h"
+#include "report/summary_form.h"
+
+#include <QPrinter>
+#include <QPrinterInfo>
+
+#include <stdexcept>
+
+namespace
+{
+
+void printOn(const QString& name, const SummaryForm& page)
+{
+    const QPrinterInfo info = QPrinterInfo::printerInfo(name);
+    QPrinter printer(info, QPrinter::HighResolution);
+    if (const QPageSize paper = info.defaultPageSize(); paper.isValid())
+        printer.setPageSize(paper); // left alone, it has the paper of the user's country
+    printer.setFullPage(true);
+    printer.setPageOrientation(QPageLayout::Portrait);
+    printer.setColorMode(QPrinter::Color); // a printer without colours makes its own greys of the pictures
+    printer.setDocName(QString::fromUtf8(SummaryForm::caption));
+    paintSummary(page, printer);
+    if (printer.printerState() == QPrinter::Error)
+        throw std::runtime_error("the printer failed");
+}
+
+} // namespace
+
+PrintPage SystemPrinters::defaultPrinter()
+{
+    const QStringList names = QPrinterInfo::availablePrinterNames();
+    if (names.isEmpty())
+        return {};
+    const QString preferred = QPrinterInfo::defaultPrinterName();
+    return [name = preferred.isEmpty() ? names.first() : preferred](const SummaryForm& page) { printOn(name, page); };
+}
