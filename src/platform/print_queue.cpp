@@ -1,14 +1,15 @@
-// Does all the talking with the print scheduler for the desktop program: print_queue TITLE
+// Does all the talking with the print scheduler for the desktop program: print_queue PROCESS TITLE
 // Tells the paper of the default printer (the first one where none is the default), or that there is none, on standard
 // output. Then reads the page, a PDF, and hands it over as one job. Exit status 0 when there is no printer and when the
-// queue has taken the job.
+// queue has taken the job. Ends with PROCESS, the desktop program.
 
 #include <cups/cups.h>
 
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <csignal>
-#include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <iterator>
 #include <memory>
@@ -67,9 +68,9 @@ int talk(http_t* scheduler, int count, cups_dest_t* printers, const char* title)
 
 int main(int argc, char* argv[])
 {
-    if (argc != 2)
+    if (argc != 3 || prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 ||
+        getppid() != std::atoi(argv[1])) // it may have ended before
         return 1;
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // ends with the desktop program
     // No question for a password on a terminal that nobody sees.
     cupsSetPasswordCB2([](const char*, http_t*, const char*, const char*, void*) -> const char* { return nullptr; },
                        nullptr);
@@ -79,7 +80,7 @@ int main(int argc, char* argv[])
     cups_dest_t* printers = nullptr;
     const int count = scheduler ? cupsGetDests2(scheduler.get(), &printers) : 0;
     if (count > 0) {
-        const int status = talk(scheduler.get(), count, printers, argv[1]);
+        const int status = talk(scheduler.get(), count, printers, argv[2]);
         cupsFreeDests(count, printers);
         return status;
     }

@@ -54,7 +54,7 @@ PrintPage SystemPrinters::defaultPrinter()
     QElapsedTimer waiting;
     waiting.start();
     program->start(QCoreApplication::applicationDirPath() + QStringLiteral("/print_queue"),
-                   {QString::fromUtf8(SummaryForm::caption)});
+                   {QString::number(QCoreApplication::applicationPid()), QString::fromUtf8(SummaryForm::caption)});
     program->waitForReadyRead(patience);
     const QByteArray answer = program->readAll();
     if (answer == "none\n")

@@ -4,25 +4,30 @@
 usage: print_check.py PROGRAM DIRECTORY      leaves the pages there; letter.pdf is the one with every row
        print_check.py --queue COMMAND...     runs a command beside a scheduler whose queue keeps the jobs
 
-What the texts say is tested without a printer; this shows that they reach a queue, and their places on its paper. The
-scheduler lives in a temporary directory; the program runs on an X display of its own and is worked by keystrokes. Exit
-status 77 (skipped) where a tool is missing, 1 on a fault and, in CI, on a missing tool.
+What the texts say is tested without a printer; this shows that they reach a queue, their places on its paper, and what
+becomes of a press when the scheduler fails. The scheduler lives in a temporary directory; the program runs on an X
+display of its own and is worked by keystrokes. Exit status 77 (skipped) where a tool is missing, 1 on a fault and, in CI,
+on a missing tool.
 """
 
 import os
 import re
 import shutil
 import signal
+import socket
+import socketserver
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 from collections import namedtuple
-from contextlib import contextmanager
+from contextlib import contextmanager, suppress
 from pathlib import Path
 
 TOOLS = "cupsd lpadmin cupsaccept cupsreject lpstat Xvfb xdotool pdftotext pdfimages pdffonts".split()
 PATIENCE = 30  # seconds for any one thing to happen
+LATE = 8  # seconds: the message comes after five, and a loaded machine is slow
 SETUP = "^Halvor-ORM  Blanketing Valve Sizing Application"
 MAIN = "^Halvor-ORM Blanketing Valve Sizing Application"
 MESSAGE = "^Halvor-ORM Blanketing Valve Sizing$"
@@ -75,6 +80,62 @@ class Started(subprocess.Popen):
         super().__exit__(*exception)
 
 
+class Passage(socketserver.BaseRequestHandler):
+    """One connection through Between."""
+
+    def handle(self):
+        with socket.socket(socket.AF_UNIX) as scheduler:
+            scheduler.connect("socket")
+            threading.Thread(target=self.answer, args=[scheduler], daemon=True).start()
+            while data := self.request.recv(65536):
+                if data.startswith(b"POST "):
+                    self.server.questions += 1
+                    self.server.treat(self.server.questions, self.request)
+                scheduler.sendall(data)
+
+    def answer(self, scheduler):
+        with suppress(OSError):  # who asked is gone
+            while data := scheduler.recv(65536):
+                self.request.sendall(data)
+
+
+class Between(socketserver.ThreadingUnixStreamServer):
+    """Stands before the scheduler. `treat` gets each question first: its number, and the connection of who asks."""
+
+    daemon_threads = True
+    questions = 0
+
+    def __enter__(self):
+        self.treat = lambda number, client: None
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+        return self
+
+    def handle_error(self, request, client_address):
+        pass  # who asked is gone
+
+
+def silence_after(answers):
+    return lambda number, client: number <= answers or threading.Event().wait()
+
+
+def dribble(number, client):
+    for byte in b"HTTP/1.1 200 OK\r\n" + b"Name: value\r\n" * PATIENCE:
+        client.sendall(bytes([byte]))
+        time.sleep(0.2)
+
+
+def children(process):
+    tasks = Path(f"/proc/{process.pid}/task").iterdir()
+    return [child for task in tasks for child in (task / "children").read_text().split()]
+
+
+def has_ended(process):
+    try:
+        return Path(f"/proc/{process}/stat").read_text().split()[2] == "Z"
+    except OSError:
+        return True
+
+
 def add_queue(name):
     """A queue that keeps its jobs: it accepts, but does not print. No two edges of its paper stay equally blank."""
     paper, width, height, foot = QUEUES[name]
@@ -109,7 +170,7 @@ def press(*keys):
 @contextmanager
 def sized(program, sizing, customer):
     """The program with a valve selected."""
-    with Started([program]):
+    with Started([program]) as process:
         focus(SETUP)
         press(*(f"alt+{key}" for key in sizing[0]), "alt+n")
         run("xdotool", "type", "--delay", "2", customer)
@@ -117,7 +178,7 @@ def sized(program, sizing, customer):
         focus(MAIN)
         run("xdotool", "type", "--delay", "2", sizing[1])
         press("alt+s")
-        yield
+        yield process
 
 
 def print_in_vain():
@@ -132,16 +193,15 @@ def print_in_vain():
 
 
 def print_page(queue, directory, every_row=True):
-    """Presses "Prin&t", checks the page that reaches the queue, and returns the seconds that it takes."""
+    """Presses "Prin&t" and checks the page that reaches the queue."""
     before, start, page = len(jobs()), time.monotonic(), f"{directory}/{queue}.pdf"
     press("alt+t")
     wait_for("the print job", lambda: len(jobs()) > before)
-    seconds = time.monotonic() - start
+    milliseconds = (time.monotonic() - start) * 1000
     shutil.copyfile(jobs()[-1], page)
     expect(run("lpstat", "-o", queue), f"not printed into {queue}")
     check_page(page, *QUEUES[queue], every_row)
-    print(f"ok: {queue}, in the queue after {seconds * 1000:.0f} ms", flush=True)
-    return seconds
+    print(f"ok: {queue}, in the queue after {milliseconds:.0f} ms", flush=True)
 
 
 def check_page(page, paper, width, height, foot, every_row):
@@ -197,18 +257,46 @@ def check(program, pages):
         expect(not jobs(), "printed with a button that must be dead")
     add_queue("letter")
     with sized(program, PAD, CUSTOMER):
-        seconds = [print_page("first", pages, every_row=False)]  # as there is no default
+        print_page("first", pages, every_row=False)  # as there is no default
     run("lpadmin", "-d", "letter")
     with sized(program, DEPAD, CUSTOMER):
         run("cupsreject", "letter")
         print_in_vain()
         run("cupsaccept", "letter")
-        seconds.append(print_page("letter", pages))
+        print_page("letter", pages)
     add_queue("deep")
     run("lpadmin", "-d", "deep")
     with sized(program, DEPAD, LONG_CUSTOMER):
-        seconds.append(print_page("deep", pages))
-    expect(min(seconds) < 0.5, "no print took less than half a second")
+        print_page("deep", pages)
+    with Between("between", Passage) as between:
+        check_failures(program, pages, between)
+
+
+def check_failures(program, pages, between):
+    """However the scheduler fails in the middle of a print, the message comes soon, and the program goes on as before."""
+    scheduler, os.environ["CUPS_SERVER"] = os.environ["CUPS_SERVER"], f"{Path.cwd()}/between"
+    with sized(program, DEPAD, LONG_CUSTOMER) as process:
+        os.environ["CUPS_SERVER"] = scheduler  # for the tools of this check
+        print_page("deep", pages)
+        failures = {f"silence after {count} answers": silence_after(count) for count in range(between.questions)}
+        failures["answers that are two seconds late"] = lambda number, client: time.sleep(2)
+        failures["an answer byte by byte"] = dribble
+        failures["nonsense"] = lambda number, client: (client.sendall(b"\x80\n" * 1000), client.close())
+        threads = len(os.listdir(f"/proc/{process.pid}/task"))
+        for failure, between.treat in failures.items():
+            between.questions, start = 0, time.monotonic()
+            print_in_vain()
+            seconds = time.monotonic() - start
+            expect(seconds < LATE, f"{failure}: the message came after {seconds:.1f} s")
+            expect(not children(process), f"{failure}: a process is left")
+            print(f"ok: {failure}, told after {seconds:.1f} s", flush=True)
+        expect(len(os.listdir(f"/proc/{process.pid}/task")) == threads, "a thread is left")
+        between.treat = dribble
+        press("alt+t")
+        wait_for("the program that talks with the scheduler", lambda: children(process))
+        [talker] = children(process)
+        process.kill()
+        wait_for("its end with the program that started it", lambda: has_ended(talker))
 
 
 def main(mode, *rest):
