@@ -5,7 +5,6 @@
 
 #include <QBuffer>
 #include <QLocale>
-#include <QPageLayout>
 #include <QPdfWriter>
 
 void paintWithoutDisplay()
@@ -13,6 +12,12 @@ void paintWithoutDisplay()
 #ifndef Q_OS_WIN // where there always is one
     qputenv("QT_QPA_PLATFORM", "offscreen");
 #endif
+}
+
+QPageLayout userPaper()
+{
+    const bool hasLetter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
+    return {QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait, {}};
 }
 
 std::string pagePdf(const SummaryForm& page, const QPageLayout& paper, const QString& creator)
@@ -31,10 +36,8 @@ std::string pagePdf(const SummaryForm& page, const QPageLayout& paper, const QSt
 
 std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables)
 {
-    const bool hasLetter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
-    const QPageLayout paper(QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait, {});
     const std::string label = tables ? describe(*tables) : "not labelled";
-    return pagePdf(page, paper,
+    return pagePdf(page, userPaper(),
                    QStringLiteral("Halvor-ORM Blanketing Valve Sizing " SIZING_VERSION ", capacities: ") +
                        QString::fromStdString(label));
 }

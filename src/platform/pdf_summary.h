@@ -2,15 +2,18 @@
 
 #include "capacity/tables_label.h"
 
+#include <QPageLayout>
 #include <QString>
 
 #include <string>
 
-class QPageLayout;
 class SummaryForm;
 
 /// Lets summaries be painted where there is no display. Before the application's object is made.
 void paintWithoutDisplay();
+
+/// The paper of the user's country.
+QPageLayout userPaper();
 
 /// The summary on the given paper, as the bytes of a PDF. Throws when it cannot be painted. Wants a QGuiApplication,
 /// for the fonts.

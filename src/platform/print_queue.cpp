@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <iterator>
@@ -20,18 +21,16 @@ namespace
 
 constexpr int connectWait = 60'000; // milliseconds: longer than the desktop program waits
 
-/// Width, height and the margins at left, top, right and foot, in hundredths of a millimetre. False without an answer.
-bool tellPaper(http_t* scheduler, cups_dest_t& printer, cups_dinfo_t* properties)
+/// Width, height and the margins at left, top, right and foot, in hundredths of a millimetre; 0 where the printer does
+/// not say.
+void tellPaper(http_t* scheduler, cups_dest_t& printer, cups_dinfo_t* properties)
 {
-    ipp_attribute_t* const media = cupsFindDestDefault(scheduler, &printer, properties, "media-col");
-    if (media == nullptr)
-        return false;
-    ipp_t* const paper = ippGetCollection(media, 0);
+    ipp_t* const paper = ippGetCollection(cupsFindDestDefault(scheduler, &printer, properties, "media-col"), 0);
     for (const char* const length : {"media-size/x-dimension", "media-size/y-dimension", "media-left-margin",
                                      "media-top-margin", "media-right-margin", "media-bottom-margin"})
-        std::cout << ippGetInteger(ippFindAttribute(paper, length, IPP_TAG_INTEGER), 0) << ' ';
-    std::cout << std::endl;
-    return true;
+        std::printf("%d ", ippGetInteger(ippFindAttribute(paper, length, IPP_TAG_INTEGER), 0));
+    std::puts("");
+    std::fflush(stdout);
 }
 
 /// Hands the page over with the options that the user keeps for the printer.
@@ -57,8 +56,9 @@ int talk(http_t* scheduler, int count, cups_dest_t* printers, const char* title)
     cups_dest_t& printer = preferred != nullptr ? *preferred : printers[0];
     const std::unique_ptr<cups_dinfo_t, decltype(&cupsFreeDestInfo)> properties(cupsCopyDestInfo(scheduler, &printer),
                                                                                 cupsFreeDestInfo);
-    if (!properties || !tellPaper(scheduler, printer, properties.get()))
+    if (!properties)
         return 1;
+    tellPaper(scheduler, printer, properties.get());
     const std::string page{std::istreambuf_iterator<char>(std::cin), {}};
     // A page that ends too soon comes from a desktop program that has ended.
     return page.ends_with("%%EOF\n") && submit(scheduler, printer, properties.get(), title, page) ? 0 : 1;
@@ -68,8 +68,7 @@ int talk(http_t* scheduler, int count, cups_dest_t* printers, const char* title)
 
 int main(int argc, char* argv[])
 {
-    if (argc != 3 || prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 ||
-        getppid() != std::atoi(argv[1])) // it may have ended before
+    if (argc != 3 || prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || getppid() != std::atoi(argv[1])) // it has ended already
         return 1;
     // No question for a password on a terminal that nobody sees.
     cupsSetPasswordCB2([](const char*, http_t*, const char*, const char*, void*) -> const char* { return nullptr; },
@@ -87,6 +86,6 @@ int main(int argc, char* argv[])
     // A scheduler without printers says that it has not found any.
     if (scheduler && cupsLastError() > IPP_STATUS_OK_CONFLICTING && cupsLastError() != IPP_STATUS_ERROR_NOT_FOUND)
         return 1;
-    std::cout << "none" << std::endl;
+    std::puts("none");
     return 0;
 }

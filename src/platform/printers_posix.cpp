@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QSizeF>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <sstream>
@@ -26,7 +27,7 @@ void end(QProcess* program)
     delete program;
 }
 
-/// The paper as `print_queue` tells it.
+/// The paper as `print_queue` tells it; that of the user's country where the printer says nothing of paper.
 QPageLayout readPaper(const QByteArray& answer)
 {
     std::istringstream words(answer.toStdString());
@@ -38,6 +39,8 @@ QPageLayout readPaper(const QByteArray& answer)
     if (!words)
         throw std::runtime_error("the printing system does not answer");
     const auto [width, height, left, top, right, foot] = lengths;
+    if (std::min(width, height) <= 0)
+        return userPaper();
     QPageLayout paper(QPageSize(QSizeF(width, height), QPageSize::Millimeter), QPageLayout::Portrait, {},
                       QPageLayout::Millimeter, {left, top, right, foot});
     paper.setMode(QPageLayout::FullPageMode);
@@ -59,7 +62,7 @@ PrintPage SystemPrinters::defaultPrinter()
     const QByteArray answer = program->readAll();
     if (answer == "none\n")
         return {};
-    const int left = patience - static_cast<int>(waiting.elapsed());
+    const int left = std::max(0, patience - static_cast<int>(waiting.elapsed())); // -1 waits without an end
     return [program, left, paper = readPaper(answer)](const SummaryForm& page) {
         program->write(QByteArray::fromStdString(pagePdf(page, paper)));
         program->closeWriteChannel();

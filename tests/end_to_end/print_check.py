@@ -48,7 +48,8 @@ Text = namedtuple("Text", "left top right bottom words")
 NEAR = 0.5
 
 # The paper of each queue, its width and height, and how much of its foot stays blank.
-QUEUES = {"first": ("A4", 595, 842, 20), "letter": ("Letter", 612, 792, 20), "deep": ("Letter", 612, 792, 50)}
+QUEUES = {"first": ("A4", 595, 842, 20), "letter": ("Letter", 612, 792, 20), "deep": ("Letter", 612, 792, 50),
+          "plain": ("", 595, 842, 0)}  # says nothing of its paper
 CUPSD_CONF = "Listen {}/socket\nBrowsing No\n<Policy default>\n<Limit All>\nAllow all\n</Limit>\n</Policy>\n"
 CUPS_FILES = {"ServerRoot": "", "TempDir": "", "RequestRoot": "/spool", "CacheDir": "/cache", "StateDir": "/state",
               "AccessLog": "/access_log", "ErrorLog": "/error_log", "PageLog": "/page_log"}
@@ -145,7 +146,7 @@ def add_queue(name):
 *ImageableArea {paper}: "12 {foot} {width - 18} {height - 6}"
 *PaperDimension {paper}: "{width} {height}"
 """)
-    run("lpadmin", "-p", name, "-v", "file:/dev/null", "-P", "printer.ppd")
+    run("lpadmin", "-p", name, "-v", "file:/dev/null", *(["-P", "printer.ppd"] if paper else []))
     run("cupsaccept", name)
 
 
@@ -268,6 +269,11 @@ def check(program, pages):
     run("lpadmin", "-d", "deep")
     with sized(program, DEPAD, LONG_CUSTOMER):
         print_page("deep", pages)
+    add_queue("plain")
+    run("lpadmin", "-d", "plain")
+    with sized(program, DEPAD, CUSTOMER):
+        print_page("plain", pages)
+    run("lpadmin", "-d", "deep")
     with Between("between", Passage) as between:
         check_failures(program, pages, between)
 
