@@ -7,7 +7,7 @@ table='
 build   g++               C++20 compiler with the C and C++ libraries
 build   cmake             configures the build
 build   ninja-build       runs it
-build   qt6-base-dev      windows, painting and simulated input (Widgets, Test)
+build   qt6-base-dev      windows, printing and simulated input (Widgets, PrintSupport, Test)
 build   libsqlite3-dev    the valve capacity file
 build   libcsv-dev        reads the data files that the capacity file is built from
 build   libcups2-dev      the print queues of the machine
@@ -22,6 +22,7 @@ tour    imagemagick       takes and compares the pictures
 tour    cups              a print queue for the summary
 tour    poppler-utils     makes a picture of it
 test    libbenchmark-dev  the benchmarks, built only when asked for
+test    libxtst-dev       presses the keys of key_walk, built only when asked for
 test    fonts-liberation  as for the program
 test    locales           sources of the locales that the tests build for themselves
 test    cups              a real print queue for the print check

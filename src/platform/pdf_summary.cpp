@@ -5,7 +5,29 @@
 
 #include <QBuffer>
 #include <QLocale>
+#include <QPageLayout>
 #include <QPdfWriter>
+
+namespace
+{
+
+/// The bytes of the PDF; what made it follows the program's name in its properties.
+std::string pdfOn(const QPageLayout& paper, const SummaryForm& page, const std::string& madeWith)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&buffer);
+        writer.setPageLayout(paper);
+        writer.setTitle(QString::fromUtf8(SummaryForm::caption));
+        writer.setCreator(QStringLiteral("Halvor-ORM Blanketing Valve Sizing " SIZING_VERSION) +
+                          QString::fromStdString(madeWith));
+        paintSummary(page, writer);
+    } // complete when the writer is gone
+    return buffer.data().toStdString();
+}
+
+} // namespace
 
 void paintWithoutDisplay()
 {
@@ -14,30 +36,19 @@ void paintWithoutDisplay()
 #endif
 }
 
-QPageLayout userPaper()
+QPageSize usersPaper()
 {
     const bool hasLetter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
-    return {QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait, {}};
-}
-
-std::string pagePdf(const SummaryForm& page, const QPageLayout& paper, const QString& creator)
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    {
-        QPdfWriter writer(&buffer);
-        writer.setPageLayout(paper);
-        writer.setTitle(QString::fromUtf8(SummaryForm::caption));
-        writer.setCreator(creator);
-        paintSummary(page, writer);
-    } // complete when the writer is gone
-    return buffer.data().toStdString();
+    return QPageSize(hasLetter ? QPageSize::Letter : QPageSize::A4);
 }
 
 std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables)
 {
     const std::string label = tables ? describe(*tables) : "not labelled";
-    return pagePdf(page, userPaper(),
-                   QStringLiteral("Halvor-ORM Blanketing Valve Sizing " SIZING_VERSION ", capacities: ") +
-                       QString::fromStdString(label));
+    return pdfOn({usersPaper(), QPageLayout::Portrait, {}}, page, ", capacities: " + label);
+}
+
+std::string summaryPdfOn(const QPageLayout& paper, const SummaryForm& page)
+{
+    return pdfOn(paper, page, "");
 }

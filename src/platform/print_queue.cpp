@@ -1,91 +1,143 @@
-// Does all the talking with the print scheduler for the desktop program: print_queue PROCESS TITLE
-// Tells the paper of the default printer (the first one where none is the default), or that there is none, on standard
-// output. Then reads the page, a PDF, and hands it over as one job. Exit status 0 when there is no printer and when the
-// queue has taken the job. Ends with PROCESS, the desktop program.
+// Talks with the print scheduler for the desktop program, which would freeze with a scheduler that does not answer:
+//
+//   print_queue count          says how many printers there are
+//   print_queue print TITLE    says the paper of the default printer (the first where none is), its width, height and
+//                              left, top, right and bottom margin in 1/100 mm; "none" when the printer tells none. Then
+//                              prints what it reads: a line with the number of bytes, and so many bytes of PDF.
+//
+// Exit status 1, with the reason on standard error, when the printing system fails.
+
+#include "platform/print_queue.h"
 
 #include <cups/cups.h>
-
-#include <sys/prctl.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
+#include <cstring>
+#include <exception>
 #include <iostream>
-#include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 namespace
 {
 
-constexpr int connectWait = 60'000; // milliseconds: longer than the desktop program waits
-
-/// Width, height and the margins at left, top, right and foot, in hundredths of a millimetre; 0 where the printer does
-/// not say.
-void tellPaper(http_t* scheduler, cups_dest_t& printer, cups_dinfo_t* properties)
+[[noreturn]] void fail()
 {
-    ipp_t* const paper = ippGetCollection(cupsFindDestDefault(scheduler, &printer, properties, "media-col"), 0);
-    for (const char* const length : {"media-size/x-dimension", "media-size/y-dimension", "media-left-margin",
-                                     "media-top-margin", "media-right-margin", "media-bottom-margin"})
-        std::printf("%d ", ippGetInteger(ippFindAttribute(paper, length, IPP_TAG_INTEGER), 0));
-    std::puts("");
-    std::fflush(stdout);
+    throw std::runtime_error(cupsLastErrorString());
 }
 
-/// Hands the page over with the options that the user keeps for the printer.
-bool submit(http_t* scheduler, cups_dest_t& printer, cups_dinfo_t* properties, const char* title,
-            const std::string& page)
+void expectSuccess()
 {
-    int job = 0;
-    cupsCreateDestJob(scheduler, &printer, properties, &job, title, printer.num_options, printer.options);
+    if (cupsLastError() > IPP_STATUS_OK_EVENTS_COMPLETE && cupsLastError() != IPP_STATUS_ERROR_NOT_FOUND)
+        fail();
+}
+
+struct Closer
+{
+    void operator()(http_t* scheduler) const { httpClose(scheduler); }
+    void operator()(cups_dinfo_t* info) const { cupsFreeDestInfo(info); }
+};
+using Scheduler = std::unique_ptr<http_t, Closer>;
+
+/// The installed printers with the options that the user keeps for them.
+class Printers
+{
+public:
+    explicit Printers(http_t* scheduler) : count_(cupsGetDests2(scheduler, &all_)) { expectSuccess(); }
+    Printers(const Printers&) = delete;
+    ~Printers() { cupsFreeDests(count_, all_); }
+
+    int count() const { return count_; }
+
+    cups_dest_t& chosen() const
+    {
+        cups_dest_t* const standard = cupsGetDest(nullptr, nullptr, count_, all_);
+        if (count_ == 0)
+            throw std::runtime_error("there is no printer");
+        return standard != nullptr ? *standard : all_[0];
+    }
+
+private:
+    cups_dest_t* all_ = nullptr; // first: it is filled while they are counted
+    int count_;
+};
+
+void tellPaper(http_t* scheduler, cups_dest_t& printer)
+{
+    const std::unique_ptr<cups_dinfo_t, Closer> info(cupsCopyDestInfo(scheduler, &printer));
+    cups_size_t size = {};
+    if (info && cupsGetDestMediaDefault(scheduler, &printer, info.get(), 0, &size) != 0 && size.width > 0)
+        std::cout << size.width << ' ' << size.length << ' ' << size.left << ' ' << size.top << ' ' << size.right << ' '
+                  << size.bottom << std::endl;
+    else
+        std::cout << "none" << std::endl;
+}
+
+std::string readPage()
+{
+    std::size_t size = 0;
+    std::string page;
+    if (std::cin >> size && std::cin.get() == '\n') {
+        page.resize(size);
+        std::cin.read(page.data(), static_cast<std::streamsize>(size));
+    }
+    if (page.empty() || !std::cin)
+        throw std::runtime_error("the page has not come whole");
+    return page;
+}
+
+void printPage(http_t* scheduler, const cups_dest_t& printer, const char* title, const std::string& page)
+{
+    const int job = cupsCreateJob(scheduler, printer.name, title, printer.num_options, printer.options);
     if (job == 0)
-        return false;
-    if (cupsStartDestDocument(scheduler, &printer, properties, job, title, CUPS_FORMAT_AUTO, printer.num_options,
-                              printer.options, 1) == HTTP_STATUS_CONTINUE &&
+        fail();
+    const bool isSent =
+        cupsStartDocument(scheduler, printer.name, job, title, CUPS_FORMAT_AUTO, 1) == HTTP_STATUS_CONTINUE &&
         cupsWriteRequestData(scheduler, page.data(), page.size()) == HTTP_STATUS_CONTINUE &&
-        cupsFinishDestDocument(scheduler, &printer, properties) <= IPP_STATUS_OK_CONFLICTING)
-        return true;
-    cupsCancelDestJob(scheduler, &printer, job);
-    return false;
+        cupsFinishDocument(scheduler, printer.name) <= IPP_STATUS_OK_EVENTS_COMPLETE;
+    if (!isSent) {
+        const std::string reason = cupsLastErrorString();
+        cupsCancelJob2(scheduler, printer.name, job, 0);
+        throw std::runtime_error(reason);
+    }
 }
 
-int talk(http_t* scheduler, int count, cups_dest_t* printers, const char* title)
+void run(int count, char* arguments[])
 {
-    cups_dest_t* const preferred = cupsGetDest(nullptr, nullptr, count, printers);
-    cups_dest_t& printer = preferred != nullptr ? *preferred : printers[0];
-    const std::unique_ptr<cups_dinfo_t, decltype(&cupsFreeDestInfo)> properties(cupsCopyDestInfo(scheduler, &printer),
-                                                                                cupsFreeDestInfo);
-    if (!properties)
-        return 1;
-    tellPaper(scheduler, printer, properties.get());
-    const std::string page{std::istreambuf_iterator<char>(std::cin), {}};
-    // A page that ends too soon comes from a desktop program that has ended.
-    return page.ends_with("%%EOF\n") && submit(scheduler, printer, properties.get(), title, page) ? 0 : 1;
+    const std::string task = count > 1 ? arguments[1] : "";
+    if (!(task == "count" && count == 2) && !(task == "print" && count == 3))
+        throw std::runtime_error("usage: print_queue count | print_queue print TITLE");
+    // Never a question for a password on a terminal that nobody sees.
+    cupsSetPasswordCB2([](const char*, http_t*, const char*, const char*, void*) -> const char* { return nullptr; },
+                       nullptr);
+    const Scheduler scheduler(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
+                                           static_cast<int>(printPatience) * 1000, nullptr));
+    if (!scheduler && task == "count") { // without a scheduler there is no printer
+        std::cout << 0 << std::endl;
+        return;
+    }
+    const Printers printers(scheduler.get());
+    if (task == "count") {
+        std::cout << printers.count() << std::endl;
+        return;
+    }
+    cups_dest_t& printer = printers.chosen();
+    tellPaper(scheduler.get(), printer);
+    printPage(scheduler.get(), printer, arguments[2], readPage());
 }
 
 } // namespace
 
-int main(int argc, char* argv[])
+int main(int count, char* arguments[])
 {
-    if (argc != 3 || prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || getppid() != std::atoi(argv[1])) // it has ended already
+    alarm(printPatience + 1); // ends this program even when the desktop program is gone
+    try {
+        run(count, arguments);
+        return 0;
+    } catch (const std::exception& failure) {
+        std::cerr << "print_queue: " << failure.what() << '\n';
         return 1;
-    // No question for a password on a terminal that nobody sees.
-    cupsSetPasswordCB2([](const char*, http_t*, const char*, const char*, void*) -> const char* { return nullptr; },
-                       nullptr);
-    const std::unique_ptr<http_t, decltype(&httpClose)> scheduler(
-        httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, connectWait, nullptr),
-        httpClose);
-    cups_dest_t* printers = nullptr;
-    const int count = scheduler ? cupsGetDests2(scheduler.get(), &printers) : 0;
-    if (count > 0) {
-        const int status = talk(scheduler.get(), count, printers, argv[2]);
-        cupsFreeDests(count, printers);
-        return status;
     }
-    // A scheduler without printers says that it has not found any.
-    if (scheduler && cupsLastError() > IPP_STATUS_OK_CONFLICTING && cupsLastError() != IPP_STATUS_ERROR_NOT_FOUND)
-        return 1;
-    std::puts("none");
-    return 0;
 }

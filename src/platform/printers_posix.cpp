@@ -1,73 +1,87 @@
+// All talking with the print scheduler is done by a small program of its own, print_queue. A scheduler that is silent
+// or talks on and on holds that program only, which is ended when it is late.
+
 #include "platform/printers.h"
 
 #include "platform/pdf_summary.h"
+#include "platform/print_queue.h"
 #include "report/summary_form.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QPageLayout>
 #include <QProcess>
 #include <QSizeF>
 
-#include <algorithm>
-#include <array>
-#include <memory>
-#include <sstream>
+#include <chrono>
 #include <stdexcept>
 
 namespace
 {
 
-constexpr int patience = 5000; // milliseconds that one press of "Print" waits for the print scheduler, all in all
-
-void end(QProcess* program)
+/// print_queue at work. Whatever does not come in time ends in an exception, and the program with it.
+class PrintQueue
 {
-    program->kill();
-    program->waitForFinished();
-    delete program;
-}
-
-/// The paper as `print_queue` tells it; that of the user's country where the printer says nothing of paper.
-QPageLayout readPaper(const QByteArray& answer)
-{
-    std::istringstream words(answer.toStdString());
-    std::array<double, 6> lengths{}; // width, height, margins at left, top, right and foot
-    for (double& length : lengths) {
-        words >> length;
-        length /= 100; // of hundredths of a millimetre
+public:
+    PrintQueue(const QStringList& arguments, const QDeadlineTimer& deadline) : deadline_(deadline)
+    {
+        program_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        program_.start(QCoreApplication::applicationDirPath() + QStringLiteral("/print_queue"), arguments);
     }
-    if (!words)
-        throw std::runtime_error("the printing system does not answer");
-    const auto [width, height, left, top, right, foot] = lengths;
-    if (std::min(width, height) <= 0)
-        return userPaper();
-    QPageLayout paper(QPageSize(QSizeF(width, height), QPageSize::Millimeter), QPageLayout::Portrait, {},
-                      QPageLayout::Millimeter, {left, top, right, foot});
+
+    ~PrintQueue()
+    {
+        program_.kill(); // it has nothing left to do, or is late
+        program_.waitForFinished();
+    }
+
+    QList<QByteArray> answer()
+    {
+        while (!program_.canReadLine())
+            if (!program_.waitForReadyRead(timeLeft()))
+                throw std::runtime_error("the printing system does not answer");
+        return program_.readLine().trimmed().split(' ');
+    }
+
+    /// Hands over what is to be printed, with its size first, so that a part of it is never taken for the whole.
+    void send(const std::string& bytes)
+    {
+        program_.write(QByteArray::number(static_cast<qsizetype>(bytes.size())) + '\n');
+        program_.write(bytes.data(), static_cast<qint64>(bytes.size()));
+        program_.closeWriteChannel();
+        if (!program_.waitForFinished(timeLeft()) || program_.exitStatus() != QProcess::NormalExit ||
+            program_.exitCode() != 0)
+            throw std::runtime_error("the queue did not take the job");
+    }
+
+private:
+    int timeLeft() const { return static_cast<int>(deadline_.remainingTime()); }
+
+    const QDeadlineTimer& deadline_;
+    QProcess program_;
+};
+
+/// The queue's paper and its printable part; where the queue tells none, the paper of the user's country.
+QPageLayout paperOf(const QList<QByteArray>& answer)
+{
+    const auto points = [&](int at) { return answer.value(at).toInt() * 72 / 2540.0; }; // from 1/100 mm
+    const QPageSize size = answer.size() < 6 ? usersPaper() : QPageSize(QSizeF(points(0), points(1)), QPageSize::Point);
+    QPageLayout paper(size, QPageLayout::Portrait, {});
     paper.setMode(QPageLayout::FullPageMode);
+    paper.setUnits(QPageLayout::Point);
+    paper.setMinimumMargins({points(2), points(3), points(4), points(5)});
     return paper;
 }
 
 } // namespace
 
-/// A scheduler that stops answering can hold who talks with it for minutes. So `print_queue` does that, and is ended
-/// when it is late.
-PrintPage SystemPrinters::defaultPrinter()
+int SystemPrinters::count() const
 {
-    const std::shared_ptr<QProcess> program(new QProcess, end);
-    QElapsedTimer waiting;
-    waiting.start();
-    program->start(QCoreApplication::applicationDirPath() + QStringLiteral("/print_queue"),
-                   {QString::number(QCoreApplication::applicationPid()), QString::fromUtf8(SummaryForm::caption)});
-    program->waitForReadyRead(patience);
-    const QByteArray answer = program->readAll();
-    if (answer == "none\n")
-        return {};
-    const int left = std::max(0, patience - static_cast<int>(waiting.elapsed())); // -1 waits without an end
-    return [program, left, paper = readPaper(answer)](const SummaryForm& page) {
-        program->write(QByteArray::fromStdString(pagePdf(page, paper)));
-        program->closeWriteChannel();
-        if (!program->waitForFinished(left) || program->exitStatus() != QProcess::NormalExit ||
-            program->exitCode() != 0)
-            throw std::runtime_error("the queue did not take the job");
-    };
+    deadline_.setRemainingTime(std::chrono::seconds(printPatience));
+    return PrintQueue({QStringLiteral("count")}, deadline_).answer().value(0).toInt();
+}
+
+void SystemPrinters::print(const SummaryForm& page)
+{
+    PrintQueue queue({QStringLiteral("print"), QString::fromUtf8(SummaryForm::caption)}, deadline_);
+    queue.send(summaryPdfOn(paperOf(queue.answer()), page));
 }

@@ -8,11 +8,17 @@
 
 #include <stdexcept>
 
-namespace
+int SystemPrinters::count() const
 {
+    return static_cast<int>(QPrinterInfo::availablePrinterNames().size());
+}
 
-void printOn(const QString& name, const SummaryForm& page)
+void SystemPrinters::print(const SummaryForm& page)
 {
+    const QString standard = QPrinterInfo::defaultPrinterName();
+    const QString name = standard.isEmpty() ? QPrinterInfo::availablePrinterNames().value(0) : standard;
+    if (name.isEmpty())
+        throw std::runtime_error("no printer");
     const QPrinterInfo info = QPrinterInfo::printerInfo(name);
     QPrinter printer(info, QPrinter::HighResolution);
     if (const QPageSize paper = info.defaultPageSize(); paper.isValid())
@@ -24,15 +30,4 @@ void printOn(const QString& name, const SummaryForm& page)
     paintSummary(page, printer);
     if (printer.printerState() == QPrinter::Error)
         throw std::runtime_error("the printer failed");
-}
-
-} // namespace
-
-PrintPage SystemPrinters::defaultPrinter()
-{
-    const QStringList names = QPrinterInfo::availablePrinterNames();
-    if (names.isEmpty())
-        return {};
-    const QString preferred = QPrinterInfo::defaultPrinterName();
-    return [name = preferred.isEmpty() ? names.first() : preferred](const SummaryForm& page) { printOn(name, page); };
 }

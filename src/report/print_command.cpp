@@ -26,14 +26,14 @@ std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary)
 void cmdPrint_Click(const SummaryContext& summary, Printers& printers)
 {
     try {
-        const PrintPage print = printers.defaultPrinter();
-        if (!print)
+        const bool hasPrinter = printers.count() >= 1;
+        if (!hasPrinter)
             summary.messageBox.show("There is no printer installed on this computer.");
-        summary.screen.setPrintEnabled(static_cast<bool>(print));
-        if (!print)
+        summary.screen.setPrintEnabled(hasPrinter);
+        if (!hasPrinter)
             return;
         if (const std::optional<SummaryForm> page = summaryOfSizing(summary))
-            print(*page);
+            printers.print(*page);
     } catch (const std::exception&) {
         summary.messageBox.show("cmdPrint: A printing error has occurred");
     }

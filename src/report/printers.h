@@ -1,11 +1,6 @@
 #pragma once
 
-#include <functional>
-
 class SummaryForm;
-
-/// Prints a page as one job. Throws when the page cannot be painted and when the printing system does not take the job.
-using PrintPage = std::function<void(const SummaryForm&)>;
 
 /// The printers of the computer.
 class Printers
@@ -13,7 +8,10 @@ class Printers
 public:
     virtual ~Printers() = default;
 
-    /// Prints on the default printer (the first one where none is the default); empty where no printer is installed.
-    /// Throws when the printing system fails or does not answer within some seconds.
-    virtual PrintPage defaultPrinter() = 0;
+    /// How many are installed. Throws when the printing system does not answer within some seconds.
+    virtual int count() const = 0;
+
+    /// Prints the page as one job on the default printer (the first one where none is the default). Throws when the
+    /// page cannot be painted and when the printing system does not take the job.
+    virtual void print(const SummaryForm& page) = 0;
 };
