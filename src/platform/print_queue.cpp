@@ -10,7 +10,6 @@
 #include "platform/print_queue.h"
 
 #include <cups/cups.h>
-#include <cups/pwg.h>
 #include <unistd.h>
 
 #include <cstdio>
