@@ -2,8 +2,6 @@
 
 #include "report/printers.h"
 
-#include <QDeadlineTimer>
-
 /// The installed printers: CUPS queues, or those of Windows.
 class SystemPrinters : public Printers
 {
@@ -12,5 +10,5 @@ public:
     void print(const SummaryForm& page) override;
 
 private:
-    mutable QDeadlineTimer deadline_; ///< set by count(), which comes before print() (CUPS only)
+    mutable long long timeLeft_ = 0; ///< milliseconds that count() has left for print() to wait (CUPS only)
 };

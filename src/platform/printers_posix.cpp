@@ -8,6 +8,7 @@
 #include "report/summary_form.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QPageLayout>
 #include <QProcess>
 #include <QSizeF>
@@ -76,12 +77,15 @@ QPageLayout paperOf(const QList<QByteArray>& answer)
 
 int SystemPrinters::count() const
 {
-    deadline_.setRemainingTime(std::chrono::seconds(printPatience));
-    return PrintQueue({QStringLiteral("count")}, deadline_).answer().value(0).toInt();
+    const QDeadlineTimer deadline(std::chrono::seconds{printPatience});
+    const int found = PrintQueue({QStringLiteral("count")}, deadline).answer().value(0).toInt();
+    timeLeft_ = deadline.remainingTime(); // a message that the user reads in between takes none of it
+    return found;
 }
 
 void SystemPrinters::print(const SummaryForm& page)
 {
-    PrintQueue queue({QStringLiteral("print"), QString::fromUtf8(SummaryForm::caption)}, deadline_);
+    const QDeadlineTimer deadline(timeLeft_);
+    PrintQueue queue({QStringLiteral("print"), QString::fromUtf8(SummaryForm::caption)}, deadline);
     queue.send(summaryPdfOn(paperOf(queue.answer()), page));
 }

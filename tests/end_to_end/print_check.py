@@ -21,7 +21,7 @@ from collections import namedtuple
 from contextlib import contextmanager
 from pathlib import Path
 
-TOOLS = "cupsd lpadmin cupsaccept cupsreject lpstat Xvfb xdotool pdftotext pdfimages pdffonts".split()
+TOOLS = "cupsd lpadmin cupsaccept cupsreject lpoptions lpstat Xvfb xdotool pdftotext pdfimages pdffonts".split()
 PATIENCE = 30  # seconds for any one thing to happen
 SETUP = "^Halvor-ORM  Blanketing Valve Sizing Application"
 MAIN = "^Halvor-ORM Blanketing Valve Sizing Application"
@@ -42,8 +42,9 @@ ROWS = [Row(name, *(int(twips) / 20 for twips in rest[:4]), *rest[4:]) for name,
 Text = namedtuple("Text", "left top right bottom words")
 NEAR = 0.5
 
-# The paper of each queue, its width and height, and how much of its foot stays blank.
-QUEUES = {"first": ("A4", 595, 842, 20), "letter": ("Letter", 612, 792, 20), "deep": ("Letter", 612, 792, 50)}
+# Every queue takes both papers. The one that each prints on, and how much of its foot stays blank.
+PAPERS = {"A4": (595, 842), "Letter": (612, 792)}
+QUEUES = {"first": ("A4", 20), "letter": ("Letter", 20), "deep": ("Letter", 50)}
 CUPSD_CONF = "Listen {}/socket\nBrowsing No\n<Policy default>\n<Limit All>\nAllow all\n</Limit>\n</Policy>\n"
 CUPS_FILES = {"ServerRoot": "", "TempDir": "", "RequestRoot": "/spool", "CacheDir": "/cache", "StateDir": "/state",
               "AccessLog": "/access_log", "ErrorLog": "/error_log", "PageLog": "/page_log"}
@@ -75,15 +76,15 @@ class Started(subprocess.Popen):
         super().__exit__(*exception)
 
 
-def add_queue(name):
+def add_queue(name, drivers_paper=None):
     """A queue that keeps its jobs: it accepts, but does not print. No two edges of its paper stay equally blank."""
-    paper, width, height, foot = QUEUES[name]
-    Path("printer.ppd").write_text(f"""*PPD-Adobe: "4.3"
-*DefaultPageSize: {paper}
-*PageSize {paper}: ""
-*ImageableArea {paper}: "12 {foot} {width - 18} {height - 6}"
-*PaperDimension {paper}: "{width} {height}"
-""")
+    paper, foot = QUEUES[name]
+    papers = "".join(f"""*PageSize {each}: ""
+*ImageableArea {each}: "12 {foot} {width - 18} {height - 6}"
+*PaperDimension {each}: "{width} {height}"
+""" for each, (width, height) in PAPERS.items())
+    default = f"*DefaultPageSize: {drivers_paper or paper}\n"
+    Path("printer.ppd").write_text(f'*PPD-Adobe: "4.3"\n*OpenUI *PageSize: PickOne\n{default}{papers}*CloseUI: *PageSize\n')
     run("lpadmin", "-p", name, "-v", "file:/dev/null", "-P", "printer.ppd")
     run("cupsaccept", name)
 
@@ -143,7 +144,7 @@ def print_page(queue, directory, every_row=True):
     print(f"ok: {queue}, in the queue after {seconds * 1000:.0f} ms", flush=True)
 
 
-def check_page(page, paper, width, height, foot, every_row):
+def check_page(page, paper, foot, every_row):
     """The rows of the table, and only they, stand in the middle of the paper, or higher where its foot stays blank."""
     listed = [line.split() for line in run("pdfimages", "-list", page).splitlines()[2:]]
     pictures = [" ".join(words[3:6] + words[-4:-2]) for words in listed]  # the last two: dots an inch
@@ -151,6 +152,7 @@ def check_page(page, paper, width, height, foot, every_row):
     expect("Bold" in run("pdffonts", page), "nothing is bold")
     content = run("pdftotext", "-bbox", page, "-")
     pages = re.findall('<page width="(.*)" height="(.*)">', content)
+    width, height = PAPERS[paper]
     expect(pages == [(f"{width:f}", f"{height:f}")], f"not one page of {paper}: {pages}")
     x, y = (width - WIDTH) / 2, min((height - HEIGHT) / 2, height - foot - HEIGHT)
     words = re.findall('<word xMin="(.*)" yMin="(.*)" xMax="(.*)" yMax="(.*)">(.*)</word>', content)
@@ -203,8 +205,9 @@ def check(program, pages):
         print_in_vain()
         run("cupsaccept", "letter")
         print_page("letter", pages)
-    add_queue("deep")
+    add_queue("deep", drivers_paper="A4")
     run("lpadmin", "-d", "deep")
+    run("lpoptions", "-p", "deep", "-o", "PageSize=Letter")  # what the user keeps for it
     with sized(program, DEPAD, LONG_CUSTOMER):
         print_page("deep", pages)
 
