@@ -142,9 +142,9 @@ SummaryContext Screens::summaryContext(MainForm& mainForm)
 void Screens::saveSummary(MainForm& mainForm)
 {
     try {
-        if (const std::string reason = store_.whyUnreadable(); !reason.empty())
-            throw std::runtime_error(reason); // the figures of an older sizing may stand beside this one's
         const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
+        if (const std::string reason = store_.whyUnreadable(); page && !reason.empty())
+            throw std::runtime_error(reason); // figures of an earlier click are still shown
         const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();
         if (!file.isEmpty())
             writeFile(file, summaryPdf(*page, tablesLabel(store_)));

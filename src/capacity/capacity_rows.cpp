@@ -34,7 +34,14 @@ TimeTaken::TimeTaken(CapacityClick& ofClick) : click(ofClick)
 
 TimeTaken::~TimeTaken()
 {
-    click.timeLeft -= CapacityClick::Clock::now() - start;
+    end();
+}
+
+void TimeTaken::end()
+{
+    if (!isEnded)
+        click.timeLeft -= CapacityClick::Clock::now() - start;
+    isEnded = true;
 }
 
 void CapacityRows::Closer::operator()(sqlite3_stmt* statement) const
@@ -108,6 +115,7 @@ void CapacityRows::previous()
         throw SilentFailure("no row before");
     std::swap(before_, current_);
     hasBefore_ = false;
+    time_.end();
 }
 
 CapacityRows::Cell CapacityRows::cellOf(const char* column) const

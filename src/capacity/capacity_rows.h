@@ -27,11 +27,15 @@ struct CapacityClick
 struct TimeTaken
 {
     CapacityClick& click;
+    bool isEnded = false;
     CapacityClick::Clock::time_point start = CapacityClick::Clock::now();
 
     explicit TimeTaken(CapacityClick& ofClick);
     TimeTaken(const TimeTaken&) = delete;
     ~TimeTaken();
+
+    /// What follows takes no more of it: a message may wait for the user.
+    void end();
 };
 
 /// Rows of one table or query, walked one after the other. The columns named when the rows are opened are read in every

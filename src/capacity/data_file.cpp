@@ -95,8 +95,11 @@ std::string read(const fs::path& path)
 
 } // namespace
 
-std::optional<std::string> readDataFile(const fs::path& path, const std::string& before)
+std::optional<std::string> readDataFile(const fs::path& file, const std::string& before)
 {
+    std::error_code unknown;
+    const fs::path target = fs::canonical(file, unknown); // beside it, not beside a link to it, lies a journal
+    const fs::path& path = unknown ? file : target;
     const auto end = std::chrono::steady_clock::now() + longestWait;
     for (;; std::this_thread::sleep_for(betweenLooks)) {
         if (!isInChange(path)) {
