@@ -34,7 +34,7 @@ test    python3-pyatspi   listens there
 package file              finds the programs whose libraries the package depends on
 package dpkg-dev          names the packages that these libraries come from
 package lintian           holds the package to the rules of Debian
-package mmdebstrap        a clean system to install it into
+root    mmdebstrap        makes a clean system
 windows g++-mingw-w64-x86-64-posix builds for Windows
 windows g++               builds what makes SQLite and Qt
 windows cmake             configures these builds
@@ -89,6 +89,6 @@ if ((EUID != 0)); then
     asRoot=(sudo)
 fi
 # Another package run on the machine (automatic upgrades) may hold the lock for a while.
-apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
+apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0)
 "${asRoot[@]}" "${apt[@]}" update
 "${asRoot[@]}" "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
