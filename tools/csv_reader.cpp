@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 
 namespace
@@ -230,6 +231,7 @@ std::size_t CsvReader::readRow(std::vector<std::string>& fields)
 {
     csv_parser parser;
     csv_init(&parser, CSV_STRICT);
+    const std::unique_ptr<csv_parser, decltype(&csv_free)> freed(&parser, csv_free);
     csv_set_delim(&parser, static_cast<unsigned char>(separator));
     csv_set_space_func(&parser, noSpace);
     RowInProgress row;
@@ -244,7 +246,6 @@ std::size_t CsvReader::readRow(std::vector<std::string>& fields)
         if (csv_parse(&parser, text.data(), text.size(), addField, endRow, &row) != text.size())
             break;
     }
-    csv_free(&parser);
     fields = std::move(row.fields);
     if (row.complete)
         return taken;

@@ -292,6 +292,7 @@ void DutyList::readHeader()
 void DutyList::expectDataFile()
 {
     std::string reason;
+    store_.keepFile();
     for (const Offer& offer : offers) {
         store_.beginClick();
         try {
@@ -338,6 +339,8 @@ void DutyList::sizeRow(SizedDuty& duty)
     FreshSizing& sizing = duty.sizing.emplace(offer, method, numbers_);
     enter(entries, numbers_, sizing);
     sizing.click(numbers_, store_);
+    if (const std::string reason = store_.whyUnreadable(); !reason.empty())
+        sizing.messages.show(reason);
     const bool hasValve = !sizing.screen.caption(Label::lblPercentValveCapacity).empty();
     duty.status = !sizing.messages.texts.empty() ? SizedDuty::Status::failed
                   : hasValve                     ? SizedDuty::Status::sized

@@ -27,6 +27,7 @@ print   xvfb              its virtual display
 print   xdotool           presses its keys
 print   poppler-utils     reads the printed page
 test    libbenchmark-dev  the benchmarks, built only when asked for
+test    libxtst-dev       presses the keys of key_walk, built only when asked for
 test    fonts-liberation  as for the program
 test    locales           sources of the locales that the tests build for themselves
 test    xvfb              a virtual display for the speech check

@@ -28,6 +28,8 @@ public:
     }
     QString text(QAccessible::Text kind) const override
     {
+        if (kind == QAccessible::Help) // its description is its unit
+            return box().toolTip();
         return kind == QAccessible::Value ? box().text() : QAccessibleWidget::text(kind);
     }
     void setText(QAccessible::Text kind, const QString& text) override

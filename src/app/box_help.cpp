@@ -6,8 +6,6 @@
 #include "engine/pressure_range.h"
 #include "engine/tank_limits.h"
 
-#include <QWidget>
-
 namespace
 {
 
@@ -62,10 +60,4 @@ std::string plainHelp(Box box, const SizingState& state, const NumberText& numbe
 QString helpOf(Box box, const SizingState& state, const NumberText& numbers)
 {
     return QString::fromStdString(plainHelp(box, state, numbers));
-}
-
-void setHelp(QWidget& control, const QString& help)
-{
-    control.setToolTip(help);
-    control.setWhatsThis(help);
 }

@@ -5,11 +5,7 @@
 #include <QString>
 
 class NumberText;
-class QWidget;
 struct SizingState;
 
 /// What a box of the main form means, in which unit, and what is taken, for the choices in the record.
 QString helpOf(Box box, const SizingState& state, const NumberText& numbers);
-
-/// Shows `help` as the control's tooltip and on Shift+F1.
-void setHelp(QWidget& control, const QString& help);

@@ -282,6 +282,14 @@ void centreOnScreen(QWidget& window)
     window.move(screen.topLeft() + QPoint(std::max(spare.width(), 0), std::max(spare.height(), 0)));
 }
 
+void onClick(QPushButton& button, QWidget& form, const std::function<void()>& handler)
+{
+    QObject::connect(&button, &QPushButton::clicked, &form, [handler] {
+        if (QApplication::activeModalWidget() == nullptr)
+            handler();
+    });
+}
+
 void scrollIntoView(QWidget& control)
 {
     for (QWidget* around = control.parentWidget(); around != nullptr; around = around->parentWidget())

@@ -9,9 +9,12 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <functional>
 #include <span>
 #include <string_view>
 #include <vector>
+
+class QPushButton;
 
 /// What a row of a form's layout table becomes.
 enum class Kind
@@ -95,6 +98,10 @@ void paintLightGrey(QWidget& widget);
 /// Puts a window, with its frame where it has one already, in the middle of its screen; one that is larger than the
 /// screen starts at its top-left corner.
 void centreOnScreen(QWidget& window);
+
+/// Has a button of the form run the handler when it is clicked, but not while a dialog stands before the form: a screen
+/// reader can press a button there, in the middle of the handler that shows the dialog.
+void onClick(QPushButton& button, QWidget& form, const std::function<void()>& handler);
 
 /// Where the window scrolls the form, scrolls it so that the control is seen whole.
 void scrollIntoView(QWidget& control);

@@ -1,14 +1,19 @@
 #include "app/key_repeat.h"
 
+#include "app/modifier_keys.h"
+
 #include <QAbstractButton>
+#include <QApplication>
 #include <QKeyEvent>
+
+#include <algorithm>
+#include <iterator>
 
 bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event)
 {
     // A repeated key comes as released and pressed at the same time. Mostly the toolkit marks it as a repetition, but
     // not when the program was busy in between (seen in Qt 6.4 on X11).
     constexpr quint64 sameTime = 2; // milliseconds
-    const bool isButton = qobject_cast<QAbstractButton*>(watched) != nullptr;
     switch (event->type()) {
         case QEvent::KeyRelease: {
             const auto* const key = static_cast<QKeyEvent*>(event);
@@ -18,18 +23,39 @@ bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event)
         }
         case QEvent::ShortcutOverride: {
             const auto* const key = static_cast<QKeyEvent*>(event);
+            if (isModifier(key->key())) // another key may be held meanwhile
+                return false;
             const bool sinceRelease =
                 releasedAt_ > 0 && key->key() == releasedKey_ && key->timestamp() - releasedAt_ <= sameTime;
             isRepeated_ = key->isAutoRepeat() || sinceRelease;
-            return false;
+            if (!isRepeated_)
+                beganAt_.clear();
+            // The gas box opens and closes its list at this event.
+            return isRepeated_ && (key->key() == Qt::Key_F4 || key->modifiers().testFlag(Qt::AltModifier));
         }
         case QEvent::Shortcut:
             return isRepeated_;
         case QEvent::KeyPress: {
+            auto* const target = qobject_cast<QWidget*>(watched);
             const int key = static_cast<QKeyEvent*>(event)->key();
-            return isButton && isRepeated_ && (key == Qt::Key_Return || key == Qt::Key_Enter);
+            return target != nullptr && !isModifier(key) && isRepeatedTooFar(*target, key);
         }
         default:
             return false;
     }
+}
+
+/// A press that nobody wants goes on from a control to its parents: the first to see it is where it began.
+bool KeyRepeatFilter::isRepeatedTooFar(QWidget& target, int key)
+{
+    if (!isRepeated_ && beganAt_.isNull())
+        beganAt_ = &target;
+    constexpr int focusMovers[] = {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down};
+    if (!isRepeated_ || std::ranges::find(focusMovers, key) != std::end(focusMovers))
+        return false;
+    if (qobject_cast<QAbstractButton*>(&target) != nullptr || beganAt_.isNull())
+        return true;
+    // A list that completes an entry stands for the box that it belongs to.
+    const bool isOneControl = target.focusProxy() == beganAt_ || beganAt_->focusProxy() == &target;
+    return beganAt_ != &target && !target.isAncestorOf(beganAt_) && !isOneControl;
 }

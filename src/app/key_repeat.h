@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+#include <QWidget>
 
-/// Lets a shortcut, an access key, and Enter on a button act once, however long the key is held: else a held
-/// "Prin&t" prints page after page, and a held "&Continue" goes on to clear the next form. Installed on the
-/// application.
+/// A key that is held acts once and ends where it began: else a held "Prin&t" prints page after page, a held
+/// "&Continue" goes on to clear the next form, and Enter held on a refused sizing beeps in the box that gets the focus.
+/// Only keys that move the focus (Tab, arrows) go on in the next control, and shortcuts and buttons never repeat.
+/// Installed on the application.
 class KeyRepeatFilter : public QObject
 {
 public:
@@ -14,7 +17,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    bool isRepeatedTooFar(QWidget& target, int key);
+
     int releasedKey_ = 0;
-    quint64 releasedAt_ = 0;  ///< milliseconds of the window system
-    bool isRepeated_ = false; ///< of the key that was pressed last
+    quint64 releasedAt_ = 0;    ///< milliseconds of the window system
+    bool isRepeated_ = false;   ///< of the key that was pressed last
+    QPointer<QWidget> beganAt_; ///< where its first press went; nowhere: it was a shortcut
 };

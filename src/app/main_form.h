@@ -14,6 +14,7 @@
 
 class Announcer;
 class GasBox;
+class NumericBox;
 
 /// `frmMain`, the working window: takes the duty, runs a sizing and shows the valve. Creating it is its load from the
 /// choices in the record. It is the `MainScreen` that engine and report read and write.
@@ -80,6 +81,6 @@ private:
     SizingContext sizing_;
     GasBox& gas_;
     std::vector<std::vector<QLabel*>> rows_; ///< labels that must not run into each other
-    QLineEdit* refused_ = nullptr;           ///< the box that the refusal of this click is about
+    NumericBox* refused_ = nullptr;          ///< the box that the refusal of this click is about
     Announcer& announcer_;
 };

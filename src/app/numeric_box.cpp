@@ -13,18 +13,24 @@
 namespace
 {
 
-/// What a key types. Keys that type nothing (arrows, Home, Delete, Shift+Insert) give an empty text; Ctrl+letter gives
-/// its control character on every platform.
+/// Whether a key is a character, of any layout, with Ctrl: it types a control character. Ctrl and Alt together are
+/// AltGr.
+bool isControlCharacter(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers held = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+    return held == Qt::ControlModifier && event.key() < Qt::Key_Escape;
+}
+
+/// What a key types. Keys that type nothing (arrows, Home, Delete, Shift+Insert) give an empty text.
 QString typedText(const QKeyEvent& event, const SizingState* state)
 {
-    const bool control = event.modifiers().testFlag(Qt::ControlModifier);
     const int key = event.key();
     if (key == Qt::Key_Delete)
         return {};
     if (key == Qt::Key_Backspace)
         return QChar(u'\b');
-    if (control && key >= Qt::Key_A && key <= Qt::Key_Z)
-        return QChar(key - Qt::Key_A + 1);
+    if (isControlCharacter(event)) // Ctrl+H is backspace; of the others none passes
+        return key == Qt::Key_H ? QChar(u'\b') : QChar(u'\x1');
     const bool keypad = event.modifiers().testFlag(Qt::KeypadModifier);
     if (state != nullptr && !state->DecSep.empty() && keypad && (key == Qt::Key_Period || key == Qt::Key_Comma))
         return QString::fromStdString(state->DecSep);
@@ -46,13 +52,10 @@ QString NumericBox::accepted(const QString& typed) const
 
 bool NumericBox::event(QEvent* event)
 {
-    // Ctrl and a letter are typed here, and beep: the form's shortcuts pass this box by.
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto* const key = static_cast<QKeyEvent*>(event);
-        if (key->modifiers() == Qt::ControlModifier && key->key() >= Qt::Key_A && key->key() <= Qt::Key_Z) {
-            event->accept();
-            return true;
-        }
+    // Ctrl and a character are typed here, and beep: the form's shortcuts pass this box by.
+    if (event->type() == QEvent::ShortcutOverride && isControlCharacter(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
     }
     return QLineEdit::event(event);
 }
@@ -75,7 +78,9 @@ void NumericBox::keyPressEvent(QKeyEvent* event)
         event->accept(); // rejected: the keystroke ends here
         return;
     }
-    QKeyEvent filtered(event->type(), event->key(), event->modifiers(), passed, event->isAutoRepeat(),
+    const bool isControlH = isControlCharacter(*event); // the only one that passes
+    QKeyEvent filtered(event->type(), isControlH ? int(Qt::Key_Backspace) : event->key(),
+                       isControlH ? Qt::NoModifier : event->modifiers(), passed, event->isAutoRepeat(),
                        static_cast<quint16>(event->count()));
     QLineEdit::keyPressEvent(&filtered);
     event->setAccepted(filtered.isAccepted());
@@ -91,29 +96,53 @@ void NumericBox::inputMethodEvent(QInputMethodEvent* event)
 void NumericBox::focusInEvent(QFocusEvent* event)
 {
     QLineEdit::focusInEvent(event);
-    enteringByMouse_ = event->reason() == Qt::MouseFocusReason; // a context menu may have taken the last release
+    selectingByMouse_ = event->reason() == Qt::MouseFocusReason; // a context menu may have taken the last release
     // Coming back from another window or from the context menu is not entering: the user may be half-way through.
     if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason)
         return;
+    selectStart();
+}
+
+void NumericBox::enter()
+{
+    setFocus();
+    selectStart(); // where it had the focus already
+}
+
+void NumericBox::selectStart()
+{
     setSelection(0, 10);
 }
 
-// The click that enters the box selects, even when the hand moves; only the next one places the cursor.
+// The click that enters the box selects, even when the hand moves; only the next one places the cursor. A double click
+// selects the number, not what stands on one side of its separator.
 
 void NumericBox::mousePressEvent(QMouseEvent* event)
 {
-    if (!enteringByMouse_)
+    if (!selectingByMouse_)
         QLineEdit::mousePressEvent(event);
+}
+
+void NumericBox::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    QLineEdit::mouseDoubleClickEvent(event); // waits for a third click, too
+    if (event->button() != Qt::LeftButton)
+        return;
+    selectAll();
+    QMouseEvent release(QEvent::MouseButtonRelease, event->position(), event->globalPosition(), Qt::LeftButton,
+                        Qt::NoButton, event->modifiers());
+    QLineEdit::mouseReleaseEvent(&release); // what is selected can be pasted with the middle button
+    selectingByMouse_ = true;
 }
 
 void NumericBox::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!enteringByMouse_)
+    if (!selectingByMouse_)
         QLineEdit::mouseMoveEvent(event);
 }
 
 void NumericBox::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (!std::exchange(enteringByMouse_, false))
+    if (!std::exchange(selectingByMouse_, false))
         QLineEdit::mouseReleaseEvent(event);
 }

@@ -2,9 +2,11 @@
 
 #include "app/announcer.h"
 #include "app/box_accessible.h"
+#include "app/bubble.h"
 #include "app/form_layout.h"
 #include "app/key_repeat.h"
 #include "app/main_form.h"
+#include "app/menu_bell.h"
 #include "app/setup_form.h"
 #include "base/message_box.h"
 #include "capacity/tables_label.h"
@@ -18,15 +20,16 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QMenu>
 #include <QSaveFile>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QStandardPaths>
 #include <QTimer>
-#include <QWhatsThis>
 
 #include <stdexcept>
+#include <string_view>
 
 namespace
 {
@@ -52,25 +55,35 @@ QWidget* windowAround(QWidget* form)
 /// Has the user name the file; "" when he does not.
 QString askForPdf(QWidget& form, const std::string& tagNumber)
 {
-    static QString directory = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); // then the last one
+    // One dialog, which is never deleted: a dialog that goes writes the toolkit's own settings file. It stays in the
+    // directory where it was last.
+    static auto* const dialog = new QFileDialog(nullptr, QStringLiteral("Save Summary as PDF"),
+                                                QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
+                                                QStringLiteral("PDF files (*.pdf)"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("pdf"));
     const std::string name = fileNameOf(tagNumber);
-    QFileDialog dialog(form.window(), QStringLiteral("Save Summary as PDF"), directory,
-                       QStringLiteral("PDF files (*.pdf)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("pdf"));
-    dialog.selectFile(QString::fromStdString((name.empty() ? "Valve Sizing Summary" : name) + ".pdf"));
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    directory = dialog.directory().path();
-    return dialog.selectedFiles().value(0);
+    dialog->selectFile(QString::fromStdString((name.empty() ? "Valve Sizing Summary" : name) + ".pdf"));
+    dialog->setParent(form.window(), dialog->windowFlags()); // it stands before the form
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    dialog->setParent(nullptr, dialog->windowFlags()); // and does not go with it
+    return isAccepted ? dialog->selectedFiles().value(0) : QString();
 }
 
-void writeFile(const QString& name, const std::string& bytes)
+void writeFile(const QString& name, std::string_view bytes)
 {
     QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), static_cast<qint64>(bytes.size())) < 0 ||
-        !file.commit())
-        throw std::runtime_error(file.errorString().toStdString());
+    const auto require = [&file](bool success) {
+        if (!success)
+            throw std::runtime_error(file.errorString().toStdString());
+    };
+    require(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)); // commit() hides a buffer that finds no room
+    while (!bytes.empty()) { // a disk that fills up takes a part, and gives the reason when it is asked for the rest
+        const qint64 taken = file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+        require(taken > 0);
+        bytes.remove_prefix(static_cast<std::size_t>(taken));
+    }
+    require(file.commit());
 }
 
 } // namespace
@@ -81,6 +94,8 @@ Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& pri
 {
     installBoxAccessibility();
     qApp->installEventFilter(new KeyRepeatFilter(this));
+    qApp->installEventFilter(new MenuBell(this));
+    qApp->installEventFilter(new BubbleFilter(this));
     connect(qApp, &QApplication::focusChanged, this, [](QWidget*, QWidget* now) {
         if (now != nullptr)
             scrollIntoView(*now);
@@ -126,12 +141,12 @@ SummaryContext Screens::summaryContext(MainForm& mainForm)
 void Screens::saveSummary(MainForm& mainForm)
 {
     try {
+        if (const std::string reason = store_.whyUnreadable(); !reason.empty())
+            throw std::runtime_error(reason); // the figures of an older sizing may stand beside this one's
         const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
         const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();
-        // Where the data file is another one than that of the sizing, its label says nothing of it.
-        const bool isSameFile = store_.hasReadOneFile();
         if (!file.isEmpty())
-            writeFile(file, summaryPdf(*page, isSameFile ? tablesLabel(store_) : std::nullopt));
+            writeFile(file, summaryPdf(*page, tablesLabel(store_)));
     } catch (const std::exception& reason) {
         messageBox_.show(std::string("The summary is not saved: ") + reason.what());
     }
@@ -147,7 +162,15 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
         form.addAction(action);
         return action;
     };
-    form.setContextMenuPolicy(Qt::ActionsContextMenu);
+    // Not the toolkit's own menu of the actions: that lives on the stack, and a screen reader can have the form go
+    // meanwhile.
+    form.setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&form, &QWidget::customContextMenuRequested, &form, [&form](const QPoint& at) {
+        auto* const menu = new QMenu(&form);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->addActions(form.actions());
+        menu->popup(form.mapToGlobal(at));
+    });
     add("User Guide (F1)", Qt::Key_F1, [this] { openUserGuide(messageBox_); })->setShortcutVisibleInContextMenu(false);
     QAction* const ofResults[] = {add("Save Summary as PDF...", Qt::CTRL | Qt::Key_S,
                                       [mainForm] { mainForm->requestSummary(&MainForm::saveRequested); }),
@@ -155,16 +178,16 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
                                       [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
-    add("About", {}, [this] { showAbout(messageBox_, store_, dataFile_); });
+    add("About", {}, [this] { showAbout(messageBox_, dataFile_); });
 
-    // The toolkit shows the help by itself, but no screen reader says it.
+    // Not the toolkit's own help of this key (QWhatsThis), which takes the next key or click for itself.
     auto* const announcer = form.findChild<Announcer*>();
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F1, &form), &QShortcut::activated, &form, [announcer] {
         QWidget* const box = QApplication::focusWidget();
-        if (box == nullptr || box->whatsThis().isEmpty())
+        if (box == nullptr)
             return;
-        QWhatsThis::showText(box->mapToGlobal(box->rect().bottomLeft()), box->whatsThis(), box);
-        announcer->say(box->whatsThis());
+        showBubble(*box, box->toolTip());
+        announcer->say(box->toolTip());
     });
 }
 

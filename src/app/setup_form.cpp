@@ -1,7 +1,6 @@
 #include "app/setup_form.h"
 
 #include "app/announcer.h"
-#include "app/box_help.h"
 #include "app/key_filter.h"
 #include "app/list_box.h"
 #include "app/sizing_state.h"
@@ -137,7 +136,7 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
     }
     new Announcer(*this);
     for (const auto& [control, help] : helps)
-        setHelp(controls_.get<QWidget>(control), QString::fromLatin1(help));
+        controls_.get<QWidget>(control).setToolTip(QString::fromLatin1(help));
     const Handlers handlers{*this, state};
     handlers.connectAll();
     handlers.Form_Load(locale);
@@ -154,8 +153,7 @@ void SetupForm::Handlers::connectAll() const
                 if (isSelected)
                     (handlers.*row.click)();
             });
-    connect(&form.controls_.get<QPushButton>("cmdContinue"), &QPushButton::clicked, &form,
-            [handlers = *this] { handlers.cmdContinue_Click(); });
+    onClick(form.controls_.get<QPushButton>("cmdContinue"), form, [handlers = *this] { handlers.cmdContinue_Click(); });
 }
 
 void SetupForm::Handlers::Form_Load(const LocaleInfo& locale) const

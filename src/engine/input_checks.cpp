@@ -40,7 +40,7 @@ Check copyNumber(const SizingContext& sizing, Box box, double& value)
 Check copyNumbers(SizingContext& sizing)
 {
     SizingState& state = sizing.state;
-    for (const Box box : {Box::txtPressure, Box::txtPumpRate})
+    for (const Box box : {Box::txtPumpRate, Box::txtPressure}) // in tab order
         if (isEmpty(sizing, box))
             return Refusal{box, "Please enter Pressure and Pump-Rate information."};
     if (state.ValveType == choice::pad && isEmpty(sizing, Box::txtSpecGrav))
@@ -100,7 +100,7 @@ Check checkEntries(SizingContext& sizing)
         return refusal;
     if (isEmpty(sizing, Box::txtFlashPoint) && isEmpty(sizing, Box::txtBoilingPoint) &&
         state.SizingMethod == choice::api2000 && state.ValveType == choice::depad)
-        return Refusal{Box::txtFlashPoint, "Please enter the Flash Point and/or Boiling Point of the Stored Material."};
+        return Refusal{Box::txtBoilingPoint, "Please enter the Flash Point and/or Boiling Point of the Stored Material."};
     state.BoilingPoint = sizing.screen.text(Box::txtBoilingPoint);
     state.FlashPoint = sizing.screen.text(Box::txtFlashPoint);
     return checkTankVolume(state);

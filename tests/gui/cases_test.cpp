@@ -35,6 +35,9 @@ TEST_F(CasesInWindows, GiveWhatTheCaseFileSays)
             set(boxNames[static_cast<std::size_t>(box)], row[column]);
         press("cmdCalcFlowRate");
         expectOutcome(row, dynamic_cast<MainScreen&>(*screens.form()), messages);
+        if (!row["Refused At"].empty()) {
+            EXPECT_EQ(focus(), row["Refused At"]) << row.where();
+        }
     }
 }
 

@@ -1,36 +1,13 @@
-#include "gui/screens_fixture.h"
+#include "gui/main_form_fixture.h"
 
 #include "platform/qt_message_box.h"
-#include "support/temporary_directory.h"
 
 #include <QAccessible>
-#include <QFileDialog>
+#include <QContextMenuEvent>
+#include <QToolTip>
 
 namespace
 {
-
-class MainFormTest : public ScreensTest
-{
-protected:
-    /// Captions of the labels that an edit of an input empties, joined; all but the high/low point note.
-    std::string results()
-    {
-        std::string text;
-        for (const char* const label : {"lblPRFlow", "lblBRFlow", "lblTotalFlow", "lblSGGas", "lblCV",
-                                        "lblValveBodySize", "lblMaxValveCapacity", "lblPercentValveCapacity"})
-            text += shown(label);
-        return text;
-    }
-
-    /// Half of the 1500 Nm3/h that Cv 3 passes at 50 mbar, or less.
-    void sizeDepad()
-    {
-        for (const char* const box : {"txtPumpRate", "txtPressure", "txtTankVolume", "txtFlashPoint"})
-            set(box, "50");
-        press("cmdCalcFlowRate");
-        ASSERT_EQ(shown("lblMaxValveCapacity"), "1500");
-    }
-};
 
 TEST_F(MainFormTest, EditsEmptyTheResults)
 {
@@ -116,6 +93,14 @@ TEST_F(MainFormTest, NumericBoxesTakeDigitsSeparatorAndBackspace)
     key(Qt::Key_Backspace);
     QApplication::clipboard()->setText("-5 x");
     key(Qt::Key_V, Qt::ControlModifier);
+    key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier); // a shortcut of the form, but not here
+    EXPECT_EQ(QApplication::clipboard()->text(), "-5 x");
+    QKeyEvent ofAnotherLayout(QEvent::ShortcutOverride, 0x42B, Qt::ControlModifier); // where S stands, in Russian
+    QApplication::sendEvent(&box, &ofAnotherLayout);
+    EXPECT_TRUE(ofAnotherLayout.isAccepted());
+    EXPECT_EQ(box.text(), "12.3");
+    type("4");
+    key(Qt::Key_H, Qt::ControlModifier); // backspace by its code
     EXPECT_EQ(box.text(), "12.3");
     key(Qt::Key_Home);
     key(Qt::Key_Delete);
@@ -169,6 +154,24 @@ TEST_F(MainFormTest, EnteringABoxSelectsItsFirstTenCharacters)
     focusIn(Qt::PopupFocusReason);
     QTest::mouseClick(&box, Qt::LeftButton, {}, at);
     EXPECT_EQ(box.selectedText(), "") << "nor from the context menu";
+    box.setText(QStringLiteral("100.25"));
+    QTest::mouseDClick(&box, Qt::LeftButton, {}, at);
+    EXPECT_EQ(box.selectedText(), "100.25") << "not only what stands on one side of the separator";
+}
+
+/// Keys as the window system hands them on, which a popup would take for itself.
+TEST_F(MainFormTest, HelpTakesNoKey)
+{
+    openMain();
+    for (const auto& [key, modifier] : {std::pair{Qt::Key_F1, Qt::ShiftModifier},
+                                        {Qt::Key_2, Qt::NoModifier},
+                                        {Qt::Key_5, Qt::NoModifier},
+                                        {Qt::Key_0, Qt::NoModifier}}) {
+        QTest::keyClick(screens.form()->window()->windowHandle(), key, modifier);
+        EXPECT_TRUE(QToolTip::text().contains(get<QWidget>("txtPumpRate").toolTip())) << "it closes after a moment";
+    }
+    EXPECT_EQ(entered("txtPumpRate"), "250");
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
 }
 
 TEST_F(MainFormTest, KeyboardReachesEverything)
@@ -228,36 +231,44 @@ TEST_F(MainFormTest, ScreenReadersMayAskForEveryWord)
         }
 }
 
-/// A screen reader can press a button behind a message box, which mouse and keyboard cannot.
+/// A screen reader can press a button behind a message box or a menu, which mouse and keyboard cannot.
 TEST_F(MainFormTest, NoFormGoesWhileAMessageStandsOnIt)
 {
     QtMessageBox boxes;
     Screens others(locale, boxes, printers, testTables());
-    others.showMain();
-    const QPointer<QWidget> form = others.form();
-    for (const char* const box : {"txtPumpRate", "txtPressure", "txtTankVolume", "txtSpecGrav"})
-        form->findChild<QLineEdit*>(box)->setText("0" + QString(box == std::string("txtSpecGrav") ? "" : "1"));
-    bool shown = false;
-    QTimer::singleShot(0, form, [&] {
-        shown = QApplication::activeModalWidget() != nullptr;
-        form->findChild<QPushButton*>("cmdNewCalc")->click();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QApplication::activeModalWidget()->close();
-    });
-    form->findChild<QPushButton*>("cmdCalcFlowRate")->click();
-    EXPECT_TRUE(shown);
-    EXPECT_EQ(others.form(), form);
+    others.showSetup();
+    for (const char* const goOn : {"cmdContinue", "cmdNewCalc"}) {
+        const QPointer<QWidget> form = others.form();
+        const auto press = [&] {
+            form->findChild<QPushButton*>(QLatin1String(goOn))->click();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        };
+        bool shown = false;
+        QTimer::singleShot(0, form, [&] {
+            shown = QApplication::activeModalWidget() != nullptr;
+            press();
+            QApplication::activeModalWidget()->close();
+        });
+        form->actions().last()->trigger(); // About
+        EXPECT_TRUE(shown);
+        EXPECT_EQ(others.form(), form);
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(5, 5), form->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(form, &menu);
+        EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+        press();
+        EXPECT_EQ(form, nullptr) << "the menu goes with it";
+    }
 }
 
 TEST_F(MainFormTest, ARefusalLeadsToItsBox)
 {
     openMain();
-    set("txtPumpRate", "1.2.3"); // pasted; nothing is said of it
+    set("txtPumpRate", "1.2.3.4.5.6"); // pasted; nothing is said of it
     set("txtPressure", "60");
     set("txtTankVolume", "1000");
     press("cmdCalcFlowRate");
     EXPECT_EQ(focus(), "txtPumpRate");
-    EXPECT_EQ(get<QLineEdit>("txtPumpRate").selectedText(), "1.2.3");
+    EXPECT_EQ(get<QLineEdit>("txtPumpRate").selectedText(), "1.2.3.4.5.") << "entered as by Tab";
 }
 
 /// A key that is held repeats by itself: printed pages and emptied forms would follow.
@@ -267,128 +278,23 @@ TEST_F(MainFormTest, AHeldKeyActsOnce)
     sizeDepad();
     auto& button = get<QPushButton>("cmdPrint");
     button.setFocus();
-    const auto enter = [&](bool isRepeated) {
-        for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
-            QKeyEvent event(type, Qt::Key_Return, Qt::NoModifier, "\r", isRepeated);
+    quint64 now = 1000; // milliseconds
+    const auto prints = [&](Qt::Key key, quint64 later) {
+        now += later;
+        for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, Qt::NoModifier);
+            event.setTimestamp(now);
             QApplication::sendEvent(&button, &event);
         }
         return std::exchange(printers.printed, std::nullopt).has_value();
     };
-    EXPECT_TRUE(enter(false));
-    EXPECT_FALSE(enter(true));
-    EXPECT_TRUE(enter(false));
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Select}) {
+        EXPECT_TRUE(prints(key, 100));
+        EXPECT_FALSE(prints(key, 0)) << "the key is held while the program is busy";
+        EXPECT_TRUE(prints(key, 100));
+    }
     dynamic_cast<MainScreen&>(*screens.form()).setPrintEnabled(false);
     EXPECT_EQ(focus(), "cmdCalcFlowRate") << "Enter again must not clear the form";
-}
-
-TEST_F(MainFormTest, TheSummaryIsSavedAndResultsAreCopied)
-{
-    const TemporaryDirectory temporary;
-    const QString file = QString::fromStdString(temporary.path.string()) + "/TK-1";
-    const auto pressCtrlS = [&](const char* control) {
-        bool isAsked = false;
-        QTimer::singleShot(0, &get<QWidget>(control), [&] {
-            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-            if (dialog == nullptr)
-                return;
-            isAsked = true;
-            dialog->selectFile(file);
-            QMetaObject::invokeMethod(dialog, "accept");
-        });
-        get<QWidget>(control).setFocus();
-        key(Qt::Key_S, Qt::ControlModifier);
-        QCoreApplication::processEvents();
-        return isAsked;
-    };
-    openDepad();
-    EXPECT_FALSE(pressCtrlS("cmdExit"));
-    EXPECT_EQ(shown("lblComments"), "You must size a valve before printing.");
-    sizeDepad();
-    EXPECT_FALSE(pressCtrlS("txtPumpRate")) << "beeps, like every letter";
-    EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
-    QFile saved(file + ".pdf");
-    EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(saved.readAll().startsWith("%PDF"));
-
-    activate();
-    key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-    const QString copied = QApplication::clipboard()->text();
-    for (const char* const line :
-         {"Pump-In Rate\t50 m3/Hr\n", "Outbreathing Flow\t5 Nm3/Hr\n", "Valve Coefficient\t3\n"})
-        EXPECT_TRUE(copied.contains(line)) << copied.toStdString();
-}
-
-TEST_F(MainFormTest, PrintsTheLastSizingAndExits)
-{
-    openDepad();
-    sizeDepad();
-    press("cmdPrint");
-    ASSERT_TRUE(printers.printed);
-    EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "1500");
-    auto& form = dynamic_cast<MainScreen&>(*screens.form());
-    form.setPrintEnabled(false);
-    EXPECT_FALSE(get<QPushButton>("cmdPrint").isEnabled());
-
-    QTimer::singleShot(0, &get<QPushButton>("cmdExit"), &QPushButton::click);
-    QTimer::singleShot(5000, qApp, [] { QApplication::exit(1); });
-    EXPECT_EQ(QApplication::exec(), 0);
-    EXPECT_FALSE(screens.form()->isVisible());
-}
-
-TEST_F(MainFormTest, StandsInTheMiddleOfTheScreen)
-{
-    for (const char* const goOn : {"cmdContinue", "cmdNewCalc"}) {
-        const QRect screen = screens.form()->screen()->geometry();
-        if (screen.contains(QRect(QPoint(), screens.form()->size()))) { // else it scrolls in a window of that size
-            EXPECT_LT((screens.form()->geometry().center() - screen.center()).manhattanLength(), 10);
-        }
-        press(goOn);
-    }
-}
-
-/// Names of the visible controls that overlap another one, reach over the form or do not show their whole text.
-std::string misplaced(QWidget& form)
-{
-    std::string names;
-    QRegion taken;
-    for (QWidget* const widget : form.findChildren<QWidget*>()) {
-        auto* const label = qobject_cast<QLabel*>(widget);
-        const bool text = label != nullptr ? !label->text().isEmpty() : qobject_cast<QPushButton*>(widget) != nullptr;
-        const bool box = widget->inherits("QLineEdit") || widget->inherits("QListWidget");
-        if (!widget->isVisible() || !(text || box))
-            continue;
-        const QRect place(widget->mapTo(&form, QPoint()), widget->size());
-        const bool wraps = label != nullptr && label->wordWrap();
-        const QSize needed = wraps ? QSize(0, label->heightForWidth(label->width())) : widget->sizeHint();
-        if (!form.rect().contains(place) || taken.intersects(place) ||
-            (text && needed != needed.boundedTo(widget->size())))
-            names += widget->objectName().toStdString() + " ";
-        taken += place;
-    }
-    return names;
-}
-
-TEST_F(MainFormTest, NothingIsClippedOrOverlaps)
-{
-    EXPECT_EQ(misplaced(*screens.form()), "");
-    for (const Offer& offer : offers)
-        for (const char* const method : {choice::api2000, choice::directDisplacement}) {
-            openMain(std::string(offer.valveModel) + ", " + offer.valveType + ", " + method + ", " + offer.unitSystem +
-                     ", " + offer.pressUnits);
-            EXPECT_EQ(misplaced(*screens.form()), "") << offer.message << method;
-            set("txtPumpRate", "20");
-            set("txtPressure", NumberText().general(offer.highest / 2));
-            set("txtTankVolume", "500");
-            set("txtSpecGrav", "0.6"); // a capacity with many digits
-            set("txtFlashPoint", "60");
-            press("cmdCalcFlowRate");
-            EXPECT_NE(shown("lblCV"), "") << shown("lblComments");
-            EXPECT_EQ(misplaced(*screens.form()), "") << offer.message << method;
-        }
-    for (const Case& row : readCases("sizings.csv")) {
-        get<QLabel>("lblComments").setText(QString::fromStdString(row["Comments"]));
-        EXPECT_EQ(misplaced(*screens.form()), "") << row["Comments"];
-    }
 }
 
 } // namespace
