@@ -87,8 +87,8 @@ done
 echo "== Installing Debian packages: ${missing[*]}"
 asRoot=()
 if ((EUID != 0)); then
-    if ! command -v sudo >/dev/null; then
-        echo "This needs root. Have an administrator run: apt-get install ${missing[*]}" >&2
+    if ! command -v sudo >/dev/null || ! sudo true; then
+        echo "This needs root, and sudo does not give it. Have an administrator run: apt-get install ${missing[*]}" >&2
         exit 1
     fi
     asRoot=(sudo)
