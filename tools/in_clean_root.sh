@@ -8,9 +8,9 @@ set -euo pipefail
 self=$(readlink -f "$0")
 tree=$(dirname "$(dirname "$self")")
 
-# Makes the system SUITE in $root. Downloaded packages are never changed, so links to them do.
+# Makes the system SUITE in $root.
 make_system() {
-    local option options=(--quiet --mode=root --variant=minbase --include=sudo --include=ca-certificates
+    local option options=(--mode=root --variant=minbase --include=sudo --include=ca-certificates
                           --skip=check/empty --skip=essential/unlink --skip=cleanup/apt)
     while read -r option; do
         options+=("--aptopt=$option")
@@ -18,8 +18,6 @@ make_system() {
     [[ -z ${http_proxy:-} ]] || options+=("--aptopt=Acquire::http::Proxy \"$http_proxy\"")
     [[ -z ${https_proxy:-} ]] || options+=("--aptopt=Acquire::https::Proxy \"$https_proxy\"")
     [[ ! -d /etc/apt/mirrors ]] || options+=("--setup-hook=copy-in /etc/apt/mirrors /etc/apt") # lists of mirrors
-    mkdir -p "$root/var/cache/apt/archives"
-    find "$packages" /var/cache/apt/archives -name '*.deb' -exec cp -nlt "$root/var/cache/apt/archives" {} + 2>/dev/null || true
     "$tree/tools/debian_sources.sh" deb "$1" >"$scratch/sources.list"
     mmdebstrap "${options[@]}" "$1" "$root" "$scratch/sources.list"
 }
@@ -64,14 +62,22 @@ run_inside() {
     chroot "$root" runuser -l -c 'cd tree && exec "$@"' user -- clean "$@"
 }
 
-# Of the packages that were kept before, those stay that can still be downloaded.
+# Puts the packages into the system that need no download then. They are never changed, so links to them do.
+offer_packages() {
+    mkdir -p "$root/$archives"
+    find "$packages" "$archives" -name '*.deb' -exec cp -nlt "$root/$archives" {} + 2>/dev/null || true
+}
+
+# Keeps what was downloaded. Of the packages that were kept before, those stay that can still be downloaded.
 keep_packages() {
-    local kept
+    local package
     chroot "$root" apt-get -qq autoclean >/dev/null
-    for kept in "$packages"/*.deb; do
-        [[ -e $root/var/cache/apt/archives/${kept##*/} ]] || rm -f "$kept"
+    for package in "$packages"/*.deb; do
+        [[ -e $root/$archives/${package##*/} ]] || rm -f "$package"
     done
-    cp -nlt "$packages" "$root"/var/cache/apt/archives/*.deb
+    for package in "$root/$archives"/*.deb; do
+        [[ -e $archives/${package##*/} ]] || cp -nlt "$packages" "$package"
+    done
 }
 
 # shellcheck disable=SC2317 # the trap calls it
@@ -98,6 +104,7 @@ done
 ((EUID == 0)) || exec sudo "$self" "${arguments[@]}"
 cache=${XDG_CACHE_HOME:-~/.cache}/blanketing-valve-sizing
 packages=$cache/packages-$1
+archives=/var/cache/apt/archives # where apt keeps what it downloads
 if [[ $scratch ]]; then
     root=$scratch/root
     run_inside "$@"
@@ -108,7 +115,7 @@ fi
 mkdir -p "$packages"
 scratch=$(mktemp -d "$cache/$1-XXXXXX")
 root=$scratch/root
-mkdir "$root"
+offer_packages # here: within a bind mount no link leads out of it
 chmod 755 "$scratch" # mktemp's mode would become that of the system's /
 set -m # the command is started with all signals as usual
 unshare --mount --pid --ipc --uts --fork --kill-child "$self" --inside "$scratch" "${arguments[@]}" </dev/null &
