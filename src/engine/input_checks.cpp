@@ -100,7 +100,8 @@ Check checkEntries(SizingContext& sizing)
         return refusal;
     if (isEmpty(sizing, Box::txtFlashPoint) && isEmpty(sizing, Box::txtBoilingPoint) &&
         state.SizingMethod == choice::api2000 && state.ValveType == choice::depad)
-        return Refusal{Box::txtBoilingPoint, "Please enter the Flash Point and/or Boiling Point of the Stored Material."};
+        return Refusal{Box::txtBoilingPoint,
+                       "Please enter the Flash Point and/or Boiling Point of the Stored Material."};
     state.BoilingPoint = sizing.screen.text(Box::txtBoilingPoint);
     state.FlashPoint = sizing.screen.text(Box::txtFlashPoint);
     return checkTankVolume(state);
