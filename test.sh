@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
 preset=${1:-release}
 
-tools/install_packages.sh build test
+tools/install_packages.sh build test print
 
 tree=build
 [[ $preset == release ]] || tree=build-$preset

@@ -12,14 +12,14 @@ string(REGEX MATCH "Icon=([^;]+)" found "${entry}")
 set(icons ${ROOT}/share/icons/hicolor)
 
 foreach(file ${program} ${directory}/print_queue ${directory}/capacities.mdb ${icons}/scalable/apps/${CMAKE_MATCH_1}.svg
-             ${icons}/128x128/apps/${CMAKE_MATCH_1}.png)
+             ${icons}/48x48/apps/${CMAKE_MATCH_1}.png ${icons}/128x128/apps/${CMAKE_MATCH_1}.png)
     if(NOT EXISTS ${file} OR IS_SYMLINK ${file} OR IS_DIRECTORY ${file})
         message(SEND_ERROR "not installed: ${file}")
     endif()
 endforeach()
 
 # Every link of the documents leads somewhere.
-file(GLOB_RECURSE pages ${ROOT}/share/doc/*.html)
+file(GLOB_RECURSE pages ${ROOT}/share/blanketing-valve-sizing/*.html)
 list(LENGTH pages count)
 if(NOT count EQUAL 2 OR NOT EXISTS ${directory}/user_guide.html)
     message(SEND_ERROR "not the two pages, or not beside the program: ${pages}")
@@ -37,7 +37,7 @@ foreach(page ${pages})
 endforeach()
 
 # The list program finds the data file through its link.
-execute_process(COMMAND ${ROOT}/bin/size_valves --quiet -o ${ROOT}/sized.csv ${ROOT}/share/doc/blanketing-valve-sizing/examples/tanks.csv
+execute_process(COMMAND ${ROOT}/bin/size_valves --quiet -o ${ROOT}/sized.csv ${ROOT}/share/blanketing-valve-sizing/examples/tanks.csv
                 RESULT_VARIABLE status ERROR_VARIABLE errors)
 if(NOT status MATCHES "^[01]$" OR errors) # on the shipped tables, one tank of the example is refused
     message(SEND_ERROR "size_valves: exit status ${status}: ${errors}")

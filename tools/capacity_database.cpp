@@ -9,9 +9,9 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
-
 #include <memory>
 #include <stdexcept>
 
@@ -203,6 +203,29 @@ private:
     Table<Row> table_;
 };
 
+/// Zeroes the space between the cell pointers and the cells of each page. Some versions of SQLite leave bytes there
+/// that mean nothing; without them, all versions give the same file for the same tables.
+void clearUnusedSpace(std::string& file)
+{
+    constexpr std::size_t fileHeader = 100; // on the first page, in front of its own header
+    constexpr std::size_t pageSize = 4096;  // SQLite's default
+    const auto numberAt = [&](std::size_t at) {
+        return static_cast<std::size_t>(static_cast<unsigned char>(file[at])) * 256 +
+               static_cast<unsigned char>(file[at + 1]);
+    };
+    for (std::size_t page = 0; page < file.size(); page += pageSize) {
+        const std::size_t header = page == 0 ? fileHeader : page;
+        const char type = file[header];
+        const bool isLeaf = type == 10 || type == 13;
+        if (!isLeaf && type != 2 && type != 5)
+            continue; // not a page of a table or an index
+        const std::size_t pointersEnd = header + (isLeaf ? 8 : 12) + 2 * numberAt(header + 3);
+        const std::size_t cells = page + numberAt(header + 5);
+        std::fill(file.begin() + static_cast<std::ptrdiff_t>(pointersEnd),
+                  file.begin() + static_cast<std::ptrdiff_t>(cells), '\0');
+    }
+}
+
 } // namespace
 
 std::string databaseBytes(const CapacityTables& tables)
@@ -232,7 +255,9 @@ std::string databaseBytes(const CapacityTables& tables)
         sqlite3_serialize(connection.get(), "main", &size, 0), sqlite3_free);
     if (!bytes)
         throw std::runtime_error("no memory");
-    return {reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size)};
+    std::string file(reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size));
+    clearUnusedSpace(file);
+    return file;
 }
 
 CapacityTables readDatabase(const std::filesystem::path& file, Findings& findings)

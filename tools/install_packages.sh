@@ -1,5 +1,5 @@
 #!/bin/bash
-# Installs what is missing of the Debian 12 packages of the named groups: install_packages.sh GROUP...
+# Installs what is missing of the Debian packages of the named groups: install_packages.sh GROUP...
 set -euo pipefail
 
 # group, package, why it is needed
@@ -21,21 +21,25 @@ tour    xdotool           presses the keys
 tour    imagemagick       takes and compares the pictures
 tour    cups              a print queue for the summary
 tour    poppler-utils     makes a picture of it
+print   cups              a real print queue for the print check
+print   python3           runs the check
+print   xvfb              its virtual display
+print   xdotool           presses its keys
+print   poppler-utils     reads the printed page
 test    libbenchmark-dev  the benchmarks, built only when asked for
 test    libxtst-dev       presses the keys of key_walk, built only when asked for
 test    fonts-liberation  as for the program
 test    locales           sources of the locales that the tests build for themselves
-test    cups              a real print queue for the print check
-test    xvfb              its virtual display
+test    xvfb              a virtual display for the speech check
 test    xdotool           presses its keys
-test    poppler-utils     reads the printed page
 test    dbus-daemon       a session bus for the speech check
 test    at-spi2-core      what screen readers listen to
 test    python3-pyatspi   listens there
 package file              finds the programs whose libraries the package depends on
 package dpkg-dev          names the packages that these libraries come from
 package lintian           holds the package to the rules of Debian
-package mmdebstrap        a clean system to install it into
+package appstream         and its metadata to those of software centres
+root    mmdebstrap        makes a clean system
 windows g++-mingw-w64-x86-64-posix builds for Windows
 windows g++               builds what makes SQLite and Qt
 windows cmake             configures these builds
@@ -55,7 +59,7 @@ windows zip               makes the portable archive
 wine    openbox           gives the windows their focus
 wine    xclip             reads what the program copies
 wine    ghostscript       makes a picture of what reaches it
-ci      clang-format      the common source format
+format  clang-format      the common source format
 ci      devscripts        hardening-check
 ci      shellcheck        faults in the scripts
 '
@@ -83,13 +87,13 @@ done
 echo "== Installing Debian packages: ${missing[*]}"
 asRoot=()
 if ((EUID != 0)); then
-    if ! command -v sudo >/dev/null; then
-        echo "This needs root. Have an administrator run: apt-get install ${missing[*]}" >&2
+    if ! command -v sudo >/dev/null || ! sudo true; then
+        echo "This needs root, and sudo does not give it. Have an administrator run: apt-get install ${missing[*]}" >&2
         exit 1
     fi
     asRoot=(sudo)
 fi
 # Another package run on the machine (automatic upgrades) may hold the lock for a while.
-apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
+apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0)
 "${asRoot[@]}" "${apt[@]}" update
 "${asRoot[@]}" "${apt[@]}" install -y --no-install-recommends "${missing[@]}"

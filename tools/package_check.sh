@@ -1,45 +1,25 @@
 #!/bin/bash
-# Holds a Debian package to Debian's rules, installs it into a clean system of its own, and sizes valves with what is
-# installed there. Needs root, or user namespaces: package_check.sh PACKAGE.deb
+# Holds a Debian package of this system's suite to the rules of Debian, and installs it into a clean system of that suite:
+# sizes there, prints, upgrades and removes it. LATER is a package with the same tables, made on another day; without it,
+# the same package is the upgrade. Needs root, or sudo: package_check.sh PACKAGE.deb [LATER.deb]
 set -euo pipefail
 
-package=$(readlink -f "$1")
+tools=$(dirname "$(readlink -f "$0")")
+suite=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-cd "$scratch"
 
 # A check by root would be warned of; the check has no need of root's rights.
-echo "== Holding $(basename "$package") to Debian's rules"
-lintian --allow-root --fail-on error,warning --tag-display-limit 0 "$package"
+echo "== Holding $(basename "$1") to Debian's rules"
+lintian --allow-root --fail-on error,warning --tag-display-limit 0 "$1"
+dpkg-deb -x "$1" "$scratch/files"
+appstreamcli validate --no-net "$scratch"/files/usr/share/metainfo/*.xml
 
-echo "== Installing it into a clean system"
-cp "$package" package.deb
-chmod 755 "$scratch"
-chmod 644 package.deb
-cat >inside.sh <<'INSIDE'
-set -eu
-apt-get install -y --no-install-recommends /package.deb >/install.log 2>&1 || { cat /install.log; exit 1; }
-guide=$(readlink -e /usr/lib/blanketing-valve-sizing/user_guide.html)
-test -s "$guide"
-cd /usr/share/doc/blanketing-valve-sizing
-status=0
-LC_ALL=C.UTF-8 size_valves --quiet -o /sized.csv examples/tanks.csv || status=$?
-test $status = 1 # one of the tanks is refused
-cmp /sized.csv examples/tanks_sized.csv
-echo "the installed program sizes the example list"
-status=0
-QT_QPA_PLATFORM=offscreen timeout 3 blanketing-valve-sizing || status=$?
-test $status = 124 # it ran until it was stopped
-echo "the installed desktop program starts"
-# A maker's own tables outlive a reinstallation and a removal.
-build_capacities --label mine data /etc/blanketing-valve-sizing/capacities.mdb 2>/dev/null
-own=$(cksum </etc/blanketing-valve-sizing/capacities.mdb)
-dpkg -i --force-confold /package.deb >/dev/null
-test "$(cksum </usr/lib/blanketing-valve-sizing/capacities.mdb)" = "$own"
-dpkg -r blanketing-valve-sizing >/dev/null
-test "$(cksum </etc/blanketing-valve-sizing/capacities.mdb)" = "$own"
-echo "a changed data file outlives reinstallation and removal"
-INSIDE
-# shellcheck disable=SC2016 # the $1 is the new system's
-mmdebstrap --quiet --variant=apt --customize-hook="copy-in package.deb inside.sh /" \
-    --customize-hook='chroot "$1" sh /inside.sh' bookworm /dev/null
+# The upgrade under a higher version.
+cp "$1" "$scratch/package.deb"
+dpkg-deb -R "${2:-$1}" "$scratch/later"
+sed -i 's/^Version: .*/&+later/' "$scratch/later/DEBIAN/control"
+dpkg-deb --root-owner-group -b "$scratch/later" "$scratch/later.deb" >/dev/null
+
+echo "== Installing it into a clean system ($suite)"
+"$tools/in_clean_root.sh" --with "$scratch/package.deb" --with "$scratch/later.deb" "$suite" tools/package_check_inside.sh

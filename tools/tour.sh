@@ -128,7 +128,7 @@ selectValve() {
 mkdir -p "$pictures"
 rm -f "$pictures"/{pad-setup,pad-sizing,depad-setup,depad-sizing,summary,failed}.png "$pictures"/*.pdf
 mkfifo "$scratch/display"
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp -noreset 3>"$scratch/display" 2>"$scratch/program.log" &
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp -noreset -r 3>"$scratch/display" 2>"$scratch/program.log" &
 displayServer=$!
 read -r -t "$patience" display <"$scratch/display" || fail "the virtual display does not start"
 export DISPLAY=:$display

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Builds the Windows program on Debian 12, from Debian's packages and source packages alone, into build-windows/: the
+# Builds the Windows program on Debian 12 or 13, from Debian's packages and source packages alone, into build-windows/: the
 # installer blanketing-valve-sizing-VERSION-setup.exe and the same files as a portable zip. Qt, SQLite and libcsv are built
 # once; each step that is done is not done again, so an interrupted run goes on where it stopped.
 # build.sh core builds what needs no Qt alone, and runs its tests under wine.
@@ -23,16 +23,12 @@ step() {
     echo "== $what: took $((SECONDS - start)) s"
 }
 
-# The sources that packages of this Debian were made from: fetch_sources PACKAGE... The lists of packages are the
-# script's own: nothing of the system's is changed.
+# The sources that packages of this Debian were made from, from the archives that it uses itself: fetch_sources PACKAGE...
+# The lists of packages are the script's own: nothing of the system's is changed.
 fetch_sources() {
     local apt=$tree/apt package
     mkdir -p "$apt/lists/partial" "$apt/cache/archives/partial" "$tree/sources"
-    cat >"$apt/sources.list" <<'LIST'
-deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] http://deb.debian.org/debian bookworm main
-deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] http://deb.debian.org/debian bookworm-updates main
-deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] http://deb.debian.org/debian-security bookworm-security main
-LIST
+    tools/debian_sources.sh deb-src >"$apt/sources.list"
     local options=(-q -o "Dir::Etc::SourceList=$apt/sources.list" -o Dir::Etc::SourceParts=- -o "Dir::State::Lists=$apt/lists"
                    -o "Dir::Cache=$apt/cache" -o APT::Sandbox::User=root)
     apt-get "${options[@]}" update
@@ -67,18 +63,19 @@ build_csv() {
 
 # Only what the program needs; what Qt itself needs, it brings. As DLLs, so that a user may put another Qt in their place.
 build_qt() {
-    local multiarch features=() feature
+    local multiarch features=() feature nameless="-ffile-prefix-map=$tree=." # no DLL names this directory
     multiarch=/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake
     for feature in sql network dbus opengl dynamicgl vulkan xml concurrent tabletevent pkg_config \
                    system_zlib system_pcre2 system_png system_jpeg system_freetype system_harfbuzz; do
         features+=("-DFEATURE_$feature=OFF")
     done
     cmake -G Ninja -S "$(source_of qt6-base)" -B "$tree/qt" -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DCMAKE_BUILD_TYPE=Release \
-          -DSIZING_WINDOWS_PREFIX="$prefix" -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_SHARED_LIBS=ON \
+          -DCMAKE_C_FLAGS="$nameless" -DCMAKE_CXX_FLAGS="$nameless" \
+          -DSIZING_WINDOWS_PREFIX="$prefix" -DCMAKE_INSTALL_PREFIX=/qt -DBUILD_SHARED_LIBS=ON \
           -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="$multiarch" -DQt6HostInfo_DIR="$multiarch/Qt6HostInfo" \
           -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF -DFEATURE_testlib=OFF "${features[@]}"
     cmake --build "$tree/qt"
-    cmake --install "$tree/qt" >/dev/null
+    cmake --install "$tree/qt" --prefix "$prefix" >/dev/null
 }
 
 build_program() {
@@ -132,7 +129,7 @@ stage_files() {
     cp /usr/share/doc/mingw-w64-x86-64-dev/copyright "$files/licences/mingw-w64-runtime.txt"
     cp packaging/copyright "$files/licences/program.txt"
     cat >"$files/licences/README.txt" <<SOURCES
-The libraries beside the program were built from the source packages of Debian 12 (https://sources.debian.org):
+The libraries beside the program were built from the source packages of Debian $(</etc/debian_version) (https://sources.debian.org):
 $(cd "$tree/sources" && ls -- *.dsc)
 Qt and libcsv are under the GNU Lesser General Public License: builds of your own may take the place of their DLLs.
 SOURCES

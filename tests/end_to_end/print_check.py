@@ -241,7 +241,7 @@ def scheduler():
 def display():
     # A server that ends can take the socket of the next one of its number with it: no other has one near this.
     os.environ.update(DISPLAY=f":{1000 + os.getpid() % 50000}", QT_QPA_PLATFORM="xcb")
-    xvfb = ["Xvfb", os.environ["DISPLAY"], "-displayfd", "1", "-screen", "0", "1280x1024x24", "-noreset"]
+    xvfb = ["Xvfb", os.environ["DISPLAY"], "-displayfd", "1", "-screen", "0", "1280x1024x24", "-noreset", "-r"]
     with Started(xvfb, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as server:
         expect(server.stdout.readline(), "the display does not start")
         yield
