@@ -2,6 +2,7 @@
 
 #include "capacity_database.h"
 #include "capacity_tables.h"
+#include "complete_tables.h"
 #include "findings.h"
 #include "replacement_file.h"
 #include "system.h"
@@ -41,9 +42,9 @@ what is only odd is warned of. --label and --complete may stand in either order.
 Exit status: 0 done, 1 refused or not written, 2 wrong arguments.
 )";
 
-constexpr Rule cannotBeWritten{Severity::error, "cannot be written"};
-constexpr Rule onlyDataFiles{Severity::error, "only a data file is replaced"};
-constexpr Rule neverOverwritten{Severity::error, "a table that is there is not overwritten"};
+constexpr Rule cannotBeWritten{Severity::error, "the file cannot be written"};
+constexpr Rule isNoDataFile{Severity::error, "a file of another kind is there", "name another file"};
+constexpr Rule fileExists{Severity::error, "the file exists", "name another directory: no table is overwritten"};
 
 constexpr std::size_t mostOfLabel = 100; // bytes: one line of the screens and of the summary
 
@@ -164,7 +165,7 @@ int build(const BuildOptions& options, std::ostream& messages)
     }
     Findings findings(messages);
     if (!isReplaceable(file))
-        findings.report(onlyDataFiles, textOf(file), 0, "a file of another kind is there");
+        findings.report(isNoDataFile, textOf(file), 0, "", "a data file, or none");
     CapacityTables tables = readCapacityTables(pathOf(options.operands[0]), findings);
     tables.label = label;
     if (options.complete)
@@ -213,7 +214,7 @@ int exportTables(const fs::path& file, const fs::path& directory, std::ostream& 
     forEachFile([&](const fs::path& path, const auto&) {
         std::error_code ignored;
         if (fs::exists(fs::symlink_status(path, ignored)))
-            findings.report(neverOverwritten, textOf(path), 0, "the file exists");
+            findings.report(fileExists, textOf(path), 0, "");
     });
     std::error_code failure;
     if (findings.errors() == 0 && !fs::create_directories(directory, failure) && failure)

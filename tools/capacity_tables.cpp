@@ -21,20 +21,24 @@ const std::array<LargeTankTableSpec, 2> largeTankTableSpecs{{
     {"MetriclargeTank", choice::metric, "m3", smallTankCubicMeters, largestTankCubicMeters, 0.169, 0.1},
 }};
 
-const Rule notTooLarge{Severity::error, "the program reads the whole file at a click; a table has at most 20000 rows"};
+const Rule tooManyRows{Severity::error, "a table too large for the program, which reads it at every click",
+                       "leave out rows"};
 
 namespace
 {
 
-constexpr Rule unreadable{Severity::error, "cannot be read"};
-constexpr Rule oneWayToRead{Severity::error, "a text is read only when that can be done in exactly one way"};
-constexpr Rule headed{Severity::error, "the first row names the columns of the table, each once, capitals included"};
-constexpr Rule notEmpty{Severity::error, "a table has rows"};
-constexpr Rule rowFits{Severity::error, "a row has as many fields as the header"};
-constexpr Rule quotedRight{Severity::error, "a text with a quotation mark is written like \"1/2\"\"\""};
-constexpr Rule finiteNumber{Severity::error, "a number is finite, not negative, and written in digits"};
-constexpr Rule plainText{Severity::error, "a text is UTF-8, and neither blank nor with control characters"};
-constexpr Rule lastLine{Severity::warning, "the last line has no end, as if the file had been cut"};
+constexpr Rule fileUnreadable{Severity::error, "the file cannot be read"};
+constexpr Rule readInTwoWays{Severity::error, "a text that cannot be read in exactly one way"};
+constexpr Rule columnsUnclear{Severity::error, "the columns are not clear", "correct the header row"};
+constexpr Rule tableIsEmpty{Severity::error, "a table without rows", "add its rows"};
+constexpr Rule rowDoesNotFit{Severity::error, "a row does not fit the header", "add or delete fields"};
+constexpr Rule quotingBroken{Severity::error, "broken quoting", "write a text with a quotation mark like \"1/2\"\"\""};
+constexpr Rule isNoNumber{Severity::error, "not a number", "correct it, or delete the row"};
+constexpr Rule textUnplain{Severity::error, "a text that cannot be shown", "correct it"};
+constexpr Rule lastLineHasNoEnd{Severity::warning, "the last line has no end, as if the file had been cut",
+                                "look whether rows are missing"};
+
+constexpr const char* digitsOnly = "a number in digits, not negative";
 
 /// Reads the CSV file of one table.
 template <typename Row>
@@ -54,22 +58,22 @@ public:
         in.peek(); // a directory can be opened, but not read
         if (in.bad() || !in.is_open()) {
             const std::string reason = whyUnreadable(path_);
-            report(unreadable, 0, reason.empty() ? std::strerror(errno) : reason);
+            report(fileUnreadable, 0, reason.empty() ? std::strerror(errno) : reason);
             return std::move(table_);
         }
         in.clear();
         try {
             readRows(in);
         } catch (const CsvProblem& problem) {
-            report(oneWayToRead, problem.line, problem.what());
+            report(readInTwoWays, problem.line, problem.what());
         }
         return std::move(table_);
     }
 
 private:
-    void report(const Rule& rule, std::size_t line, const std::string& found)
+    void report(const Rule& rule, std::size_t line, const std::string& found, const std::string& expected = "")
     {
-        findings_.report(rule, table_.source, line, found);
+        findings_.report(rule, table_.source, line, found, expected);
         table_.isWhole &= rule.severity != Severity::error;
     }
 
@@ -84,7 +88,7 @@ private:
         CsvReader reader(in, format_.separator);
         CsvRow csv;
         if (!reader.next(csv)) {
-            report(headed, 1, "the header row is missing");
+            report(columnsUnclear, 1, "the header row is missing");
             return;
         }
         readHeader(csv);
@@ -94,22 +98,23 @@ private:
         bool hasRows = false;
         for (; reader.next(csv); hasRows = true) {
             if (table_.rows.size() == mostRows) {
-                report(notTooLarge, csv.line, "there are more");
+                report(tooManyRows, csv.line, "there are more", atMostRows);
                 return;
             }
             readRow(csv);
         }
         if (!hasRows)
-            report(notEmpty, headerLine, "there is none");
+            report(tableIsEmpty, headerLine, "");
         if (!reader.lastLineHasEnd())
-            report(lastLine, csv.line, csv.fields.empty() ? "" : "the field \"" + shown(csv.fields.back()) + '"');
+            report(lastLineHasNoEnd, csv.line,
+                   csv.fields.empty() ? "" : "the field \"" + shown(csv.fields.back()) + '"');
     }
 
     /// Finds the column that each field of the header names; columns without a name at its end are left out.
     void readHeader(CsvRow& header)
     {
         if (header.fields.empty())
-            report(quotedRight, header.line, "broken quoting");
+            report(quotingBroken, header.line, "");
         while (!header.fields.empty() && header.fields.back().empty())
             header.fields.pop_back();
         for (const std::string& name : header.fields) {
@@ -118,27 +123,27 @@ private:
             const bool known = column != columnsOf<Row>().end();
             const bool doubled = known && std::ranges::find(order_, &*column) != order_.end();
             if (!known)
-                report(headed, header.line, "unknown column \"" + shown(name) + '"');
+                report(columnsUnclear, header.line, "unknown column \"" + shown(name) + '"');
             else if (doubled)
-                report(headed, header.line, "column " + name + " stands twice");
+                report(columnsUnclear, header.line, "column " + name + " stands twice");
             order_.push_back(known && !doubled ? &*column : nullptr);
         }
         for (const Column<Row>& column : columnsOf<Row>())
             if (!header.fields.empty() && std::ranges::find(order_, &column) == order_.end())
-                report(headed, header.line, std::string("column ") + column.name + " is missing");
+                report(columnsUnclear, header.line, std::string("column ") + column.name + " is missing");
     }
 
     void readRow(CsvRow& csv)
     {
         if (csv.fields.empty()) {
-            report(quotedRight, csv.line, "broken quoting");
+            report(quotingBroken, csv.line, "");
             return;
         }
         while (csv.fields.size() > order_.size() && csv.fields.back().empty()) // columns that a spreadsheet adds
             csv.fields.pop_back();
         if (csv.fields.size() != order_.size()) {
-            report(rowFits, csv.line,
-                   std::to_string(csv.fields.size()) + " fields where the header has " + std::to_string(order_.size()));
+            report(rowDoesNotFit, csv.line, std::to_string(csv.fields.size()) + " fields",
+                   std::to_string(order_.size()) + " as in the header");
             return;
         }
         Row row;
@@ -165,7 +170,7 @@ private:
         const auto [stop, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
         if (failure == std::errc() && stop == text.data() + text.size())
             return checkValue(value, column, table_.source, line, findings_);
-        report(finiteNumber, line, text.empty() ? std::string(column) + " is empty" : named);
+        report(isNoNumber, line, text.empty() ? std::string(column) + " is empty" : named, digitsOnly);
         return false;
     }
 
@@ -236,8 +241,9 @@ bool checkValue(double value, const char* column, std::string_view file, std::si
 {
     if (std::isfinite(value) && !std::signbit(value))
         return true;
-    findings.report(finiteNumber, file, line,
-                    std::string(column) + ' ' + (std::isfinite(value) ? shown(numberText(value)) : "not finite"));
+    findings.report(isNoNumber, file, line,
+                    std::string(column) + ' ' + (std::isfinite(value) ? shown(numberText(value)) : "not finite"),
+                    digitsOnly);
     return false;
 }
 
@@ -260,7 +266,7 @@ bool checkValue(const std::string& value, const char* column, std::string_view f
 {
     const char* const fault = textFault(value);
     if (fault != nullptr)
-        findings.report(plainText, file, line, std::string(column) + ' ' + fault);
+        findings.report(textUnplain, file, line, std::string(column) + ' ' + fault, "plain UTF-8 text");
     return fault == nullptr;
 }
 

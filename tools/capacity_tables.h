@@ -18,7 +18,8 @@ struct Rule;
 
 /// What the program reads in a tenth of a second; thirty times the rows of the shipped tables.
 inline constexpr std::size_t mostRows = 20'000;
-extern const Rule notTooLarge;
+inline constexpr const char* atMostRows = "at most 20000 rows";
+extern const Rule tooManyRows;
 
 /// Capacity of one valve at one pressure, in the units of its table.
 struct CapacityRow

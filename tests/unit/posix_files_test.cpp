@@ -31,11 +31,11 @@ TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
     EXPECT_TRUE(reported((root / "csv" / "psi_Depad.csv").string() + ": error", "File too large")) << messages;
     EXPECT_TRUE(fs::is_empty(root / "csv")) << "what was written would be in the way";
     messages = whenBuilt;
-    EXPECT_TRUE(reported(database.string() + ": error", "File too large: cannot be written")) << messages;
+    EXPECT_TRUE(reported(database.string() + ": error", "the file cannot be written: File too large")) << messages;
 
     write(database, "Pressure,flow,Bodysize,CV\n");
     EXPECT_EQ(build(), 1);
-    EXPECT_TRUE(reported(database.string() + ": error", "only a data file is replaced")) << messages;
+    EXPECT_TRUE(reported(database.string() + ": error", "a file of another kind is there")) << messages;
     EXPECT_EQ(contents(database), "Pressure,flow,Bodysize,CV\n");
 
     for (const auto& [file, words] :
