@@ -5,15 +5,11 @@
 #include "csv_reader.h"
 #include "engine/tank_limits.h"
 #include "findings.h"
-#include "system.h"
+#include "table_reader.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
-#include <cstring>
-#include <fstream>
-#include <optional>
 
 const std::array<LargeTankTableSpec, 2> largeTankTableSpecs{{
     // The factors of API Standard 2000, repeated from engine/required_flow.cpp: a slip there is not repeated here.
@@ -27,165 +23,8 @@ const Rule tooManyRows{Severity::error, "a table too large for the program, whic
 namespace
 {
 
-constexpr Rule fileUnreadable{Severity::error, "the file cannot be read"};
-constexpr Rule readInTwoWays{Severity::error, "a text that cannot be read in exactly one way"};
-constexpr Rule columnsUnclear{Severity::error, "the columns are not clear", "correct the header row"};
-constexpr Rule tableIsEmpty{Severity::error, "a table without rows", "add its rows"};
-constexpr Rule rowDoesNotFit{Severity::error, "a row does not fit the header", "add or delete fields"};
-constexpr Rule quotingBroken{Severity::error, "broken quoting", "write a text with a quotation mark like \"1/2\"\"\""};
 constexpr Rule isNoNumber{Severity::error, "not a number", "correct it, or delete the row"};
 constexpr Rule textUnplain{Severity::error, "a text that cannot be shown", "correct it"};
-constexpr Rule lastLineHasNoEnd{Severity::warning, "the last line has no end, as if the file had been cut",
-                                "look whether rows are missing"};
-
-constexpr const char* digitsOnly = "a number in digits, not negative";
-
-/// Reads the CSV file of one table.
-template <typename Row>
-class TableReader
-{
-public:
-    TableReader(std::filesystem::path path, Findings& findings) : path_(std::move(path)), findings_(findings)
-    {
-        table_.source = textOf(path_.filename());
-        table_.isWhole = true;
-    }
-
-    Table<Row> read()
-    {
-        errno = 0;
-        std::ifstream in(path_, std::ios::binary);
-        in.peek(); // a directory can be opened, but not read
-        if (in.bad() || !in.is_open()) {
-            const std::string reason = whyUnreadable(path_);
-            report(fileUnreadable, 0, reason.empty() ? std::strerror(errno) : reason);
-            return std::move(table_);
-        }
-        in.clear();
-        try {
-            readRows(in);
-        } catch (const CsvProblem& problem) {
-            report(readInTwoWays, problem.line, problem.what());
-        }
-        return std::move(table_);
-    }
-
-private:
-    void report(const Rule& rule, std::size_t line, const std::string& found, const std::string& expected = "")
-    {
-        findings_.report(rule, table_.source, line, found, expected);
-        table_.isWhole &= rule.severity != Severity::error;
-    }
-
-    void readRows(std::istream& in)
-    {
-        std::vector<CsvColumn> columns;
-        for (const Column<Row>& column : columnsOf<Row>())
-            columns.push_back({column.name, std::holds_alternative<double Row::*>(column.member)});
-        format_ = findCsvFormat(in, columns);
-        in.clear();
-        in.seekg(0);
-        CsvReader reader(in, format_.separator);
-        CsvRow csv;
-        if (!reader.next(csv)) {
-            report(columnsUnclear, 1, "the header row is missing");
-            return;
-        }
-        readHeader(csv);
-        if (!table_.isWhole) // what stands in the rows cannot be told
-            return;
-        const std::size_t headerLine = csv.line;
-        bool hasRows = false;
-        for (; reader.next(csv); hasRows = true) {
-            if (table_.rows.size() == mostRows) {
-                report(tooManyRows, csv.line, "there are more", atMostRows);
-                return;
-            }
-            readRow(csv);
-        }
-        if (!hasRows)
-            report(tableIsEmpty, headerLine, "");
-        if (!reader.lastLineHasEnd())
-            report(lastLineHasNoEnd, csv.line,
-                   csv.fields.empty() ? "" : "the field \"" + shown(csv.fields.back()) + '"');
-    }
-
-    /// Finds the column that each field of the header names; columns without a name at its end are left out.
-    void readHeader(CsvRow& header)
-    {
-        if (header.fields.empty())
-            report(quotingBroken, header.line, "");
-        while (!header.fields.empty() && header.fields.back().empty())
-            header.fields.pop_back();
-        for (const std::string& name : header.fields) {
-            const auto column =
-                std::ranges::find_if(columnsOf<Row>(), [&](const auto& one) { return name == one.name; });
-            const bool known = column != columnsOf<Row>().end();
-            const bool doubled = known && std::ranges::find(order_, &*column) != order_.end();
-            if (!known)
-                report(columnsUnclear, header.line, "unknown column \"" + shown(name) + '"');
-            else if (doubled)
-                report(columnsUnclear, header.line, "column " + name + " stands twice");
-            order_.push_back(known && !doubled ? &*column : nullptr);
-        }
-        for (const Column<Row>& column : columnsOf<Row>())
-            if (!header.fields.empty() && std::ranges::find(order_, &column) == order_.end())
-                report(columnsUnclear, header.line, std::string("column ") + column.name + " is missing");
-    }
-
-    void readRow(CsvRow& csv)
-    {
-        if (csv.fields.empty()) {
-            report(quotingBroken, csv.line, "");
-            return;
-        }
-        while (csv.fields.size() > order_.size() && csv.fields.back().empty()) // columns that a spreadsheet adds
-            csv.fields.pop_back();
-        if (csv.fields.size() != order_.size()) {
-            report(rowDoesNotFit, csv.line, std::to_string(csv.fields.size()) + " fields",
-                   std::to_string(order_.size()) + " as in the header");
-            return;
-        }
-        Row row;
-        row.line = csv.line;
-        bool good = true;
-        for (std::size_t at = 0; at < order_.size(); ++at) {
-            if (!order_[at])
-                continue;
-            const auto readInto = [&](auto member) {
-                return readField(csv.fields[at], order_[at]->name, row.*member, csv.line);
-            };
-            good = std::visit(readInto, order_[at]->member) && good;
-        }
-        table_.isWhole &= good;
-        if (good)
-            table_.rows.push_back(std::move(row));
-    }
-
-    bool readField(std::string text, const char* column, double& value, std::size_t line)
-    {
-        const std::string named = std::string(column) + " \"" + shown(text) + '"';
-        if (format_.decimalMark != '.')
-            std::ranges::replace(text, format_.decimalMark, '.');
-        const auto [stop, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (failure == std::errc() && stop == text.data() + text.size())
-            return checkValue(value, column, table_.source, line, findings_);
-        report(isNoNumber, line, text.empty() ? std::string(column) + " is empty" : named, digitsOnly);
-        return false;
-    }
-
-    bool readField(const std::string& text, const char* column, std::string& value, std::size_t line)
-    {
-        value = text;
-        return checkValue(text, column, table_.source, line, findings_);
-    }
-
-    std::filesystem::path path_;
-    Findings& findings_;
-    Table<Row> table_;
-    CsvFormat format_;
-    std::vector<const Column<Row>*> order_; ///< the column of each field, nullptr for one that should not be there
-};
 
 /// Whether nothing of a text would be seen.
 bool isBlank(std::string_view text)
@@ -274,10 +113,14 @@ CapacityTables readCapacityTables(const std::filesystem::path& directory, Findin
 {
     CapacityTables tables;
     const auto pathOf = [&](std::string_view table) { return directory / (std::string(table) + ".csv"); };
+    const auto flowUnit = [](std::string_view unitSystem) { return unitSystem == choice::us ? "SCFH" : "Nm3/h"; };
     for (const ValveTableSpec& table : valveTableSpecs())
-        tables.valves[std::string(table.name)] = TableReader<CapacityRow>(pathOf(table.name), findings).read();
+        tables.valves[std::string(table.name)] = readTable<CapacityRow>(
+            pathOf(table.name), {table.pressUnits, flowUnit(table.unitSystem), table.valveType == choice::pad},
+            findings);
     for (const LargeTankTableSpec& table : largeTankTableSpecs)
-        tables.largeTanks[std::string(table.name)] = TableReader<LargeTankRow>(pathOf(table.name), findings).read();
+        tables.largeTanks[std::string(table.name)] =
+            readTable<LargeTankRow>(pathOf(table.name), {table.volUnits, flowUnit(table.unitSystem), false}, findings);
     return tables;
 }
 

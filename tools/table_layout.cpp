@@ -1,0 +1,212 @@
+#include "table_layout.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <regex>
+
+namespace
+{
+
+/// Parts of names of columns in the common languages of spreadsheets, in small letters, by what they are likely to
+/// mean.
+struct Word
+{
+    std::string_view part;
+    std::string_view column;
+};
+constexpr Word words[] = {
+    {"druck", "Pressure"},  {"press", "Pressure"},   {"presi", "Pressure"},   {"druk", "Pressure"},
+    {"tryck", "Pressure"},  {"tryk", "Pressure"},    {"ciśn", "Pressure"},    {"tlak", "Pressure"},
+    {"nyomás", "Pressure"}, {"durchfl", "flow"},     {"strom", "flow"},       {"menge", "flow"},
+    {"débit", "flow"},      {"debi", "flow"},        {"caudal", "flow"},      {"portata", "flow"},
+    {"vaz", "flow"},        {"flow", "flow"},        {"flöde", "flow"},       {"kapaz", "flow"},
+    {"capac", "flow"},      {"leistung", "flow"},    {"przep", "flow"},       {"průtok", "flow"},
+    {"größe", "Bodysize"},  {"groesse", "Bodysize"}, {"gehäuse", "Bodysize"}, {"weite", "Bodysize"},
+    {"size", "Bodysize"},   {"body", "Bodysize"},    {"anschlu", "Bodysize"}, {"taille", "Bodysize"},
+    {"diam", "Bodysize"},   {"tama", "Bodysize"},    {"misura", "Bodysize"},  {"dimens", "Bodysize"},
+    {"maat", "Bodysize"},   {"storl", "Bodysize"},   {"størr", "Bodysize"},   {"rozm", "Bodysize"},
+    {"cv", "CV"},           {"vol", "TankVol"},      {"inhalt", "TankVol"},   {"hfp", "DepadHFP"},
+    {"lfp", "DepadLFP"},    {"einatm", "Pad"},       {"inbreath", "Pad"},     {"in-breath", "Pad"},
+    {"pad", "Pad"},
+};
+
+std::string inSmallLetters(std::string_view text)
+{
+    std::string small(trimmed(text));
+    std::ranges::transform(small, small.begin(), lowerCase);
+    return small;
+}
+
+std::size_t columnNamed(std::string_view name, std::span<const CsvColumn> columns)
+{
+    const auto found = std::ranges::find(columns, name, &CsvColumn::name);
+    return found == columns.end() ? HeaderField::none : static_cast<std::size_t>(found - columns.begin());
+}
+
+std::size_t columnLike(std::string_view name, std::span<const CsvColumn> columns)
+{
+    const std::string small = inSmallLetters(name);
+    for (const CsvColumn& column : columns)
+        if (isAlike(column.name, name))
+            return columnNamed(column.name, columns);
+    for (const Word& word : words)
+        if (small.find(word.part) != std::string::npos && columnNamed(word.column, columns) != HeaderField::none)
+            return columnNamed(word.column, columns);
+    return HeaderField::none;
+}
+
+HeaderField fieldOf(const std::string& text, std::span<const CsvColumn> columns)
+{
+    static const std::regex withUnit("(.*\\S)\\s*[\\[(]([^\\])]*)[\\])]\\s*");
+    static const std::regex ofCv("\\s*cv\\s*[=:]?\\s*(\\d+(?:[.,]\\d+)?)(?:[ ,;:/(]+(.*?))?\\)?\\s*",
+                                 std::regex::icase);
+    HeaderField field;
+    field.text = text;
+    std::smatch parts;
+    if (columnNamed("CV", columns) != HeaderField::none && std::regex_match(text, parts, ofCv)) {
+        std::string number = parts[1];
+        std::ranges::replace(number, ',', '.');
+        field.cv = std::strtod(number.c_str(), nullptr);
+        field.bodySize = trimmed(parts[2].str());
+        field.isExact = true;
+        return field;
+    }
+    std::string name = text;
+    if (std::regex_match(text, parts, withUnit)) {
+        name = parts[1];
+        field.unit = parts[2];
+    }
+    field.column = columnNamed(name, columns);
+    field.isExact = field.column != HeaderField::none;
+    if (!field.isExact)
+        field.column = columnLike(name, columns);
+    return field;
+}
+
+struct Unit
+{
+    std::string_view name;
+    char kind; // p: pressure, in Pa; f: flow, in SCFH; v: volume, in m3; m: mass flow, in kg/h
+    double size;
+};
+constexpr double nm3h = 1 / 0.026793; // SCFH
+constexpr Unit units[] = {
+    {"psi", 'p', 6894.757},
+    {"psig", 'p', 6894.757},
+    {"lb/in2", 'p', 6894.757},
+    {"bar", 'p', 1e5},
+    {"barg", 'p', 1e5},
+    {"bar g", 'p', 1e5},
+    {"mbar", 'p', 100},
+    {"mbarg", 'p', 100},
+    {"hpa", 'p', 100},
+    {"kpa", 'p', 1000},
+    {"kpag", 'p', 1000},
+    {"mpa", 'p', 1e6},
+    {"pa", 'p', 1},
+    {"kg/cm2", 'p', 98066.5},
+    {"kg/cm²", 'p', 98066.5},
+    {"kgf/cm2", 'p', 98066.5},
+    {"kgf/cm²", 'p', 98066.5},
+    {"at", 'p', 98066.5},
+    {"in wc", 'p', 249.08891},
+    {"inwc", 'p', 249.08891},
+    {"inh2o", 'p', 249.08891},
+    {"in h2o", 'p', 249.08891},
+    {"mmh2o", 'p', 9.80665},
+    {"mm h2o", 'p', 9.80665},
+    {"mmws", 'p', 9.80665},
+    {"scfh", 'f', 1},
+    {"scfm", 'f', 60},
+    {"scfd", 'f', 1.0 / 24},
+    {"mscfh", 'f', 1000},
+    {"nm3/h", 'f', nm3h},
+    {"nm³/h", 'f', nm3h},
+    {"nm3/hr", 'f', nm3h},
+    {"nm³/hr", 'f', nm3h},
+    {"nm3/min", 'f', 60 * nm3h},
+    {"nl/min", 'f', 0.06 * nm3h},
+    {"sm3/h", 'f', nm3h / 1.0549},
+    {"sm³/h", 'f', nm3h / 1.0549},
+    {"kg/h", 'm', 1},
+    {"gal", 'v', 0.003785411784},
+    {"gallons", 'v', 0.003785411784},
+    {"bbl", 'v', 0.158987295},
+    {"m3", 'v', 1},
+    {"m³", 'v', 1},
+    {"l", 'v', 0.001},
+};
+
+const Unit* unitNamed(std::string_view text)
+{
+    std::string small = inSmallLetters(text);
+    std::erase_if(small, [](char c) { return c == '[' || c == ']' || c == '(' || c == ')'; });
+    const auto found = std::ranges::find(units, std::string_view(small), &Unit::name);
+    return found == std::end(units) ? nullptr : found;
+}
+
+bool looksLikeUnits(const CsvRow& row, const TableLayout& layout, std::span<const CsvColumn> columns)
+{
+    bool hasUnit = false;
+    for (std::size_t at = 0; at < std::min(row.fields.size(), layout.fields.size()); ++at)
+        if (layout.fields[at].isNumber(columns)) {
+            if (row.fields[at].find_first_of("0123456789") == 0)
+                return false;
+            hasUnit |= isUnit(row.fields[at]);
+        }
+    return hasUnit;
+}
+
+} // namespace
+
+bool isNothing(std::string_view text)
+{
+    const std::string small = inSmallLetters(text);
+    return small.empty() || small == "-" || small == "–" || small == "—" || small == "n/a" || small == "--";
+}
+
+std::size_t namesIn(const CsvRow& row, std::span<const CsvColumn> columns)
+{
+    std::size_t known = 0;
+    for (const std::string& text : row.fields) {
+        const HeaderField field = fieldOf(text, columns);
+        known += field.isExact ? 3 : field.column != HeaderField::none ? 2 : 0; // a likely name counts for less
+    }
+    return known;
+}
+
+TableLayout findLayout(const std::vector<CsvRow>& rows, std::span<const CsvColumn> columns)
+{
+    constexpr std::size_t mostTitles = 10;
+    TableLayout layout;
+    std::size_t most = 3; // a title may name one column by chance
+    for (std::size_t at = 0; at < std::min(rows.size(), mostTitles); ++at)
+        if (const std::size_t known = namesIn(rows[at], columns); known > most) {
+            most = known;
+            layout.header = at;
+        }
+    for (const std::string& text : rows[layout.header].fields)
+        layout.fields.push_back(fieldOf(text, columns));
+    const auto byCv = std::ranges::count_if(layout.fields, [](const HeaderField& one) { return one.cv.has_value(); });
+    layout.isByCv = byCv > 0;
+    layout.hasUnitsRow = layout.header + 1 < rows.size() && looksLikeUnits(rows[layout.header + 1], layout, columns);
+    return layout;
+}
+
+bool isUnit(std::string_view text)
+{
+    return unitNamed(text) != nullptr;
+}
+
+std::optional<double> factorTo(std::string_view given, std::string_view wanted, bool isNitrogen)
+{
+    const Unit* const from = unitNamed(given);
+    const Unit* const to = unitNamed(wanted);
+    if (from == nullptr || to == nullptr)
+        return std::nullopt;
+    if (from->kind == to->kind)
+        return from->size / to->size;
+    if (from->kind == 'm' && to->kind == 'f')
+        return nm3h / (isNitrogen ? 1.2504 : 1.2929) / to->size; // kg per Nm3 of nitrogen or air
+    return std::nullopt;
+}
