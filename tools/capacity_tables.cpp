@@ -42,14 +42,19 @@ bool isBlank(std::string_view text)
     return true;
 }
 
-std::string fieldText(double value)
+std::string fieldText(double value, bool decimalComma)
 {
-    return numberText(value);
+    std::string text = numberText(value);
+    const std::size_t point = text.find('.');
+    if (!decimalComma || point == std::string::npos)
+        return text;
+    text[point] = ',';
+    return text.size() - point == 4 ? text + '0' : text; // 1,245 alone might be a thousand and more
 }
 
-std::string fieldText(const std::string& text)
+std::string fieldText(const std::string& text, bool decimalComma)
 {
-    return csvField(text, ',');
+    return csvField(text, decimalComma ? ';' : ',');
 }
 
 } // namespace
@@ -125,21 +130,21 @@ CapacityTables readCapacityTables(const std::filesystem::path& directory, Findin
 }
 
 template <typename Row>
-std::string csvText(const Table<Row>& table)
+std::string csvText(const Table<Row>& table, bool decimalComma)
 {
-    std::string text;
+    std::string text = decimalComma ? "\xEF\xBB\xBF" : "";
     const auto addLine = [&](const auto& fieldOf) {
         for (const Column<Row>& column : columnsOf<Row>())
-            text += (&column == columnsOf<Row>().data() ? "" : ",") + fieldOf(column);
+            text += (&column == columnsOf<Row>().data() ? "" : decimalComma ? ";" : ",") + fieldOf(column);
         text += '\n';
     };
     addLine([](const Column<Row>& column) { return std::string(column.name); });
     for (const Row& row : table.rows)
         addLine([&](const Column<Row>& column) {
-            return std::visit([&](auto member) { return fieldText(row.*member); }, column.member);
+            return std::visit([&](auto member) { return fieldText(row.*member, decimalComma); }, column.member);
         });
     return text;
 }
 
-template std::string csvText(const Table<CapacityRow>& table);
-template std::string csvText(const Table<LargeTankRow>& table);
+template std::string csvText(const Table<CapacityRow>&, bool);
+template std::string csvText(const Table<LargeTankRow>&, bool);

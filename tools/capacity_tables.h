@@ -138,6 +138,7 @@ bool checkValue(const std::string& value, const char* column, std::string_view f
 /// Reads the CSV file of every table in `directory`.
 CapacityTables readCapacityTables(const std::filesystem::path& directory, Findings& findings);
 
-/// The CSV text of a table.
+/// The CSV text of a table: with commas and decimal points, or as spreadsheets with a decimal comma read it, with
+/// semicolons and a byte-order mark.
 template <typename Row>
-std::string csvText(const Table<Row>& table);
+std::string csvText(const Table<Row>& table, bool decimalComma = false);

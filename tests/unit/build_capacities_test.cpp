@@ -100,6 +100,11 @@ TEST_F(BuildCapacities, GoesBothWays)
     EXPECT_EQ(command({"--export", database.string(), (root / "csv").string()}), 0) << messages;
     EXPECT_EQ(command({(root / "csv").string(), (root / "again.mdb").string()}), 0) << messages;
     EXPECT_TRUE(contents(root / "again.mdb") == built);
+    EXPECT_EQ(command({"--export", "--decimal-comma", database.string(), (root / "comma").string()}), 0) << messages;
+    EXPECT_TRUE(contents(root / "comma" / "kgcm2_Pad.csv").find("\n0,07;1,2450;\"1/2\"\"\";0,2\n") !=
+                std::string::npos);
+    EXPECT_EQ(command({(root / "comma").string(), (root / "again.mdb").string()}), 0) << messages;
+    EXPECT_TRUE(contents(root / "again.mdb") == built);
     write(root / "csv" / "kpa_Pad.csv", "mine");
     EXPECT_EQ(command({"--export", database.string(), (root / "csv").string()}), 1);
     EXPECT_TRUE(reported((root / "csv" / "kpa_Pad.csv").string() + ": error", "no table is overwritten")) << messages;
