@@ -1,6 +1,7 @@
 #include "flow_units.h"
 
 #include "base/offered.h"
+#include "csv_reader.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,26 +10,46 @@
 namespace
 {
 
-struct PressureUnit
+constexpr double nm3h = 1 / 0.026793; // 60 degF and 14.696 psia against 0 degC and 101.325 kPa
+
+struct Unit
 {
     std::string_view name;
-    double pascal;
+    char kind; // p: pressure, in Pa; f: flow, in SCFH; v: volume, in m3; m: mass flow, in kg/h
+    double size;
 };
-constexpr PressureUnit pressureUnits[] = {
-    {"PSI", 6894.757}, {"kg/cm2", 98066.5}, {"kPa", 1000}, {"in wc", 249.08891}, {"mbar", 100},
+// clang-format off
+constexpr Unit units[] = {
+    {"psi", 'p', 6894.757}, {"psig", 'p', 6894.757}, {"lb/in2", 'p', 6894.757}, {"bar", 'p', 1e5},
+    {"barg", 'p', 1e5}, {"bar g", 'p', 1e5}, {"mbar", 'p', 100}, {"mbarg", 'p', 100}, {"hpa", 'p', 100},
+    {"kpa", 'p', 1000}, {"kpag", 'p', 1000}, {"mpa", 'p', 1e6}, {"pa", 'p', 1}, {"kg/cm2", 'p', 98066.5},
+    {"kg/cm²", 'p', 98066.5}, {"kgf/cm2", 'p', 98066.5}, {"kgf/cm²", 'p', 98066.5}, {"at", 'p', 98066.5},
+    {"in wc", 'p', 249.08891}, {"inwc", 'p', 249.08891}, {"inh2o", 'p', 249.08891}, {"in h2o", 'p', 249.08891},
+    {"mmh2o", 'p', 9.80665}, {"mm h2o", 'p', 9.80665}, {"mmws", 'p', 9.80665}, {"scfh", 'f', 1},
+    {"scfm", 'f', 60}, {"scfd", 'f', 1.0 / 24}, {"mscfh", 'f', 1000}, {"nm3/h", 'f', nm3h},
+    {"nm³/h", 'f', nm3h}, {"nm3/hr", 'f', nm3h}, {"nm³/hr", 'f', nm3h}, {"nm3/min", 'f', 60 * nm3h},
+    {"nl/min", 'f', 0.06 * nm3h}, {"sm3/h", 'f', nm3h / 1.0549}, {"sm³/h", 'f', nm3h / 1.0549},
+    {"kg/h", 'm', 1}, {"gal", 'v', 0.003785411784}, {"gallons", 'v', 0.003785411784}, {"bbl", 'v', 0.158987295},
+    {"m3", 'v', 1}, {"m³", 'v', 1}, {"l", 'v', 0.001},
 };
+// clang-format on
 
-constexpr const PressureUnit* findUnit(std::string_view name)
+constexpr const Unit* unitNamed(std::string_view text)
 {
-    return std::ranges::find(pressureUnits, name, &PressureUnit::name);
+    for (const std::string_view bracket : {"[", "("})
+        text.remove_prefix(text.starts_with(bracket) ? 1 : 0);
+    for (const std::string_view bracket : {"]", ")"})
+        text.remove_suffix(text.ends_with(bracket) ? 1 : 0);
+    const auto found = std::ranges::find_if(
+        units, [&](const Unit& unit) { return std::ranges::equal(unit.name, text, {}, {}, lowerCase); });
+    return found == std::end(units) ? nullptr : found;
 }
 static_assert(std::ranges::all_of(offers,
                                   [](const Offer& offer) {
-                                      return findUnit(offer.pressUnits) != std::end(pressureUnits);
+                                      const Unit* const unit = unitNamed(offer.pressUnits);
+                                      return unit != nullptr && unit->kind == 'p';
                                   }),
               "a pressure unit that is offered has a row above");
-
-constexpr double scfhPerNm3h = 1 / 0.026793; // 60 degF and 14.696 psia against 0 degC and 101.325 kPa
 
 /// What a wrong flow is given in, by the factor that it is wrong by.
 struct Cause
@@ -43,8 +64,8 @@ constexpr Cause causes[] = {
     {60, "per minute?"},
     {1.0 / 60, "per minute?"},
     {1.0 / 24, "divided by 24, as if per day?"},
-    {scfhPerNm3h, "SCFH for Nm3/h?", choice::metric},
-    {1 / scfhPerNm3h, "Nm3/h for SCFH?", choice::us},
+    {nm3h, "SCFH for Nm3/h?", choice::metric},
+    {1 / nm3h, "Nm3/h for SCFH?", choice::us},
     {35.315, "cubic feet for m3?", choice::metric},
     {1 / 35.315, "m3 for cubic feet?", choice::us},
     {1000.0 / 60, "litres per minute?", choice::metric},
@@ -79,12 +100,12 @@ double awayBy(double factor, const Cause& cause)
 
 double pascalPer(std::string_view pressUnits)
 {
-    return findUnit(pressUnits)->pascal;
+    return unitNamed(pressUnits)->size;
 }
 
 double scfhPer(std::string_view unitSystem)
 {
-    return unitSystem == choice::us ? 1 : scfhPerNm3h;
+    return unitSystem == choice::us ? 1 : nm3h;
 }
 
 double gallonsPer(std::string_view unitSystem)
@@ -117,4 +138,22 @@ std::string likelyCause(const ValveTableSpec& table, double factor, double toler
             likeliest = &cause;
     }
     return likeliest == nullptr ? "" : likeliest->text;
+}
+
+bool isUnit(std::string_view text)
+{
+    return unitNamed(trimmed(text)) != nullptr;
+}
+
+std::optional<double> factorTo(std::string_view given, std::string_view wanted, bool isNitrogen)
+{
+    const Unit* const from = unitNamed(trimmed(given));
+    const Unit* const to = unitNamed(wanted);
+    if (from == nullptr || to == nullptr)
+        return std::nullopt;
+    if (from->kind == to->kind)
+        return from->size / to->size;
+    if (from->kind == 'm' && to->kind == 'f')
+        return nm3h / (isNitrogen ? 1.2504 : 1.2929) / to->size; // kg per Nm3 of nitrogen or air
+    return std::nullopt;
 }

@@ -1,5 +1,7 @@
 #include "table_layout.h"
 
+#include "flow_units.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <regex>
@@ -83,68 +85,6 @@ HeaderField fieldOf(const std::string& text, std::span<const CsvColumn> columns)
     return field;
 }
 
-struct Unit
-{
-    std::string_view name;
-    char kind; // p: pressure, in Pa; f: flow, in SCFH; v: volume, in m3; m: mass flow, in kg/h
-    double size;
-};
-constexpr double nm3h = 1 / 0.026793; // SCFH
-constexpr Unit units[] = {
-    {"psi", 'p', 6894.757},
-    {"psig", 'p', 6894.757},
-    {"lb/in2", 'p', 6894.757},
-    {"bar", 'p', 1e5},
-    {"barg", 'p', 1e5},
-    {"bar g", 'p', 1e5},
-    {"mbar", 'p', 100},
-    {"mbarg", 'p', 100},
-    {"hpa", 'p', 100},
-    {"kpa", 'p', 1000},
-    {"kpag", 'p', 1000},
-    {"mpa", 'p', 1e6},
-    {"pa", 'p', 1},
-    {"kg/cm2", 'p', 98066.5},
-    {"kg/cm²", 'p', 98066.5},
-    {"kgf/cm2", 'p', 98066.5},
-    {"kgf/cm²", 'p', 98066.5},
-    {"at", 'p', 98066.5},
-    {"in wc", 'p', 249.08891},
-    {"inwc", 'p', 249.08891},
-    {"inh2o", 'p', 249.08891},
-    {"in h2o", 'p', 249.08891},
-    {"mmh2o", 'p', 9.80665},
-    {"mm h2o", 'p', 9.80665},
-    {"mmws", 'p', 9.80665},
-    {"scfh", 'f', 1},
-    {"scfm", 'f', 60},
-    {"scfd", 'f', 1.0 / 24},
-    {"mscfh", 'f', 1000},
-    {"nm3/h", 'f', nm3h},
-    {"nm³/h", 'f', nm3h},
-    {"nm3/hr", 'f', nm3h},
-    {"nm³/hr", 'f', nm3h},
-    {"nm3/min", 'f', 60 * nm3h},
-    {"nl/min", 'f', 0.06 * nm3h},
-    {"sm3/h", 'f', nm3h / 1.0549},
-    {"sm³/h", 'f', nm3h / 1.0549},
-    {"kg/h", 'm', 1},
-    {"gal", 'v', 0.003785411784},
-    {"gallons", 'v', 0.003785411784},
-    {"bbl", 'v', 0.158987295},
-    {"m3", 'v', 1},
-    {"m³", 'v', 1},
-    {"l", 'v', 0.001},
-};
-
-const Unit* unitNamed(std::string_view text)
-{
-    std::string small = inSmallLetters(text);
-    std::erase_if(small, [](char c) { return c == '[' || c == ']' || c == '(' || c == ')'; });
-    const auto found = std::ranges::find(units, std::string_view(small), &Unit::name);
-    return found == std::end(units) ? nullptr : found;
-}
-
 bool looksLikeUnits(const CsvRow& row, const TableLayout& layout, std::span<const CsvColumn> columns)
 {
     bool hasUnit = false;
@@ -191,22 +131,4 @@ TableLayout findLayout(const std::vector<CsvRow>& rows, std::span<const CsvColum
     layout.isByCv = byCv > 0;
     layout.hasUnitsRow = layout.header + 1 < rows.size() && looksLikeUnits(rows[layout.header + 1], layout, columns);
     return layout;
-}
-
-bool isUnit(std::string_view text)
-{
-    return unitNamed(text) != nullptr;
-}
-
-std::optional<double> factorTo(std::string_view given, std::string_view wanted, bool isNitrogen)
-{
-    const Unit* const from = unitNamed(given);
-    const Unit* const to = unitNamed(wanted);
-    if (from == nullptr || to == nullptr)
-        return std::nullopt;
-    if (from->kind == to->kind)
-        return from->size / to->size;
-    if (from->kind == 'm' && to->kind == 'f')
-        return nm3h / (isNitrogen ? 1.2504 : 1.2929) / to->size; // kg per Nm3 of nitrogen or air
-    return std::nullopt;
 }

@@ -42,8 +42,3 @@ TableLayout findLayout(const std::vector<CsvRow>& rows, std::span<const CsvColum
 
 /// How many columns a row names, for the choice of separator.
 std::size_t namesIn(const CsvRow& row, std::span<const CsvColumn> columns);
-
-/// By what a figure in the unit `given` is to be multiplied to be in the unit `wanted`; 1 for the same unit, nullopt
-/// for a unit that is unknown or of another kind. The gas counts where a mass is given.
-std::optional<double> factorTo(std::string_view given, std::string_view wanted, bool isNitrogen);
-bool isUnit(std::string_view text);

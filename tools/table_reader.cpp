@@ -2,6 +2,7 @@
 
 #include "csv_reader.h"
 #include "findings.h"
+#include "flow_units.h"
 #include "number_style.h"
 #include "system.h"
 #include "table_layout.h"

@@ -1,6 +1,7 @@
 #include "support/build_fixture.h"
 #include "support/cases.h"
 
+#include <cmath>
 #include <regex>
 
 namespace
@@ -109,6 +110,24 @@ TEST_F(BuildCapacities, GoesBothWays)
     EXPECT_EQ(command({"--export", database.string(), (root / "csv").string()}), 1);
     EXPECT_TRUE(reported((root / "csv" / "kpa_Pad.csv").string() + ": error", "no table is overwritten")) << messages;
     EXPECT_EQ(contents(root / "csv" / "kpa_Pad.csv"), "mine");
+}
+
+/// Later editions of API 2000 let large tanks breathe in 4 V^0.7 Nm3/h (or up to 6.5 times V^0.7), and out 0.25 V^0.9.
+TEST_F(BuildCapacities, BuildsLargeTankTablesOfALaterEdition)
+{
+    for (const auto& [name, cubicMeters, flowUnit] :
+         {std::tuple{"USLargeTank.csv", 0.003785411784, 0.026793}, {"MetriclargeTank.csv", 1.0, 1.0}}) {
+        std::string rows = "TankVol,Pad,DepadHFP,DepadLFP\n";
+        for (double volume = 3000; volume <= 31000; volume += 1000) {
+            const std::string in = std::to_string(6.5 * std::pow(volume, 0.7) / flowUnit);
+            const std::string out = ',' + std::to_string(0.25 * std::pow(volume, 0.9) / flowUnit);
+            rows += std::to_string(volume / cubicMeters) + ',' + in + out + out + '\n';
+        }
+        write(root / "in" / name, rows);
+    }
+    EXPECT_EQ(build(), 0) << messages;
+    EXPECT_TRUE(reported("USLargeTank.csv:3: warning", "by the formula; look at the unit; a table of a later"))
+        << messages;
 }
 
 TEST_F(BuildCapacities, RefusesATableTooLargeForTheProgram)
