@@ -17,13 +17,13 @@ const std::array<LargeTankTableSpec, 2> largeTankTableSpecs{{
     {"MetriclargeTank", choice::metric, "m3", smallTankCubicMeters, largestTankCubicMeters, 0.169, 0.1},
 }};
 
+const Rule isNoNumber{Severity::error, "not a number", "correct it, or delete the row"};
 const Rule tooManyRows{Severity::error, "a table too large for the program, which reads it at every click",
                        "leave out rows"};
 
 namespace
 {
 
-constexpr Rule isNoNumber{Severity::error, "not a number", "correct it, or delete the row"};
 constexpr Rule textUnplain{Severity::error, "a text that cannot be shown", "correct it"};
 
 /// Whether nothing of a text would be seen.

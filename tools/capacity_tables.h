@@ -122,8 +122,8 @@ extern const std::array<LargeTankTableSpec, 2> largeTankTableSpecs;
 /// Shortest text that reads back as `value`, without an exponent.
 std::string numberText(double value);
 
-/// What a finding expects of a number.
-inline constexpr const char* digitsOnly = "a number in digits, not negative";
+extern const Rule isNoNumber;
+inline constexpr const char* digitsOnly = "a number in digits, not negative"; ///< what its findings expect
 
 /// What keeps a text from being plain: "is empty" (or blank), "has a control character", "is not UTF-8"; nullptr for a
 /// plain one.

@@ -20,7 +20,6 @@ const double mostBetweenCvs = std::log(1.3);
 const double mostOfRow = std::log(2);
 
 constexpr const char* lookAtUnits = "look at unit, gas, reference conditions and columns";
-constexpr Rule noCommonPressures{Severity::error, "no pressures in common with another table", "look at the unit"};
 constexpr Rule flowsDiffer{Severity::warning, "flows differ from the other tables of the valve type", lookAtUnits};
 constexpr Rule flowsDifferMuch{Severity::error, "flows are wrong by a factor", lookAtUnits};
 constexpr Rule flowsBeyondCv{Severity::error, "flows that no valve of the CV passes", lookAtUnits};
@@ -70,11 +69,6 @@ std::string factorText(double logarithm)
     return numeral(std::strtod(text, nullptr)) + " times";
 }
 
-std::string countOf(std::size_t count, const char* one)
-{
-    return std::to_string(count) + ' ' + one + (count == 1 ? "" : "s");
-}
-
 /// Compares the tables of one valve type.
 class FlowComparison
 {
@@ -89,7 +83,6 @@ public:
 
     void run()
     {
-        checkPressuresMeet();
         std::vector<bool> isOff;
         for (std::size_t at = 0; at < tables_.size(); ++at)
             isOff.push_back(compareTable(at));
@@ -118,28 +111,6 @@ private:
     static std::string expectedFlow(const Deviation& one)
     {
         return "about " + roughly(one.point->row->flow / std::exp(one.value));
-    }
-
-    void checkPressuresMeet()
-    {
-        const auto endsOf = [&](std::size_t at) {
-            std::pair<double, double> ends{std::numeric_limits<double>::max(), 0};
-            for (const auto& [cv, curve] : tables_[at].curves)
-                ends = {std::min(ends.first, curve.begin()->first), std::max(ends.second, curve.rbegin()->first)};
-            return ends;
-        };
-        const auto [firstLowest, firstHighest] = endsOf(0);
-        for (std::size_t at = 1; at < tables_.size(); ++at) {
-            const ValveTableSpec& spec = tables_[at].spec;
-            const double unit = pascalPer(spec.pressUnits) / pascalPer(tables_[0].spec.pressUnits);
-            const auto [lowest, highest] = endsOf(at);
-            if (lowest * unit > firstHighest || highest * unit < firstLowest)
-                report(noCommonPressures, at, 0,
-                       "Pressure goes from " + numeral(lowest) + " to " + numeral(highest) + ' ' +
-                           std::string(spec.pressUnits),
-                       "some from " + roughly(firstLowest / unit) + " to " + roughly(firstHighest / unit) + " as in " +
-                           std::string(tables_[0].spec.name));
-        }
     }
 
     /// The middle one of all tables counts. Of two that differ the later one is told.
@@ -245,25 +216,39 @@ private:
                expectedFlow(example) + causeText(at, cv, middle.value, 0.01 + middle.rounding));
     }
 
-    /// A pressure that is off for all Cvs.
+    /// Pressures that are off for most Cvs; neighbours in one finding.
     void comparePressures(std::size_t at, Deviations& deviations)
     {
         std::map<double, Deviations> byPressure;
         for (const Deviation& one : deviations)
             byPressure[one.point->row->pressure].push_back(one);
+        Deviations run;
         for (const auto& [pressure, ofPressure] : byPressure) {
             const Middle middle = middleOf(ofPressure);
-            if (ofPressure.size() < 3 || !middle.isOff(cvRounding))
+            if (ofPressure.size() < 3 || !middle.isOff(cvRounding)) {
+                reportPressures(at, run);
+                run.clear();
                 continue;
-            const Deviation& example = ofPressure.front();
-            report(pressureStandsOut, at, example.point->row->line,
-                   "most CVs pass " + factorText(middle.value) + " what the others have, such as " +
-                       rowText(at, example),
-                   expectedFlow(example));
+            }
+            run.insert(run.end(), ofPressure.begin(), ofPressure.end());
             for (Deviation& one : deviations)
                 if (one.point->row->pressure == pressure)
                     one.value -= middle.value;
         }
+        reportPressures(at, run);
+    }
+
+    void reportPressures(std::size_t at, const Deviations& run)
+    {
+        if (run.empty())
+            return;
+        const double first = run.front().point->row->pressure;
+        const double last = run.back().point->row->pressure;
+        report(pressureStandsOut, at, run.front().point->row->line,
+               (first == last ? "" : "from Pressure " + numeral(first) + " to " + numeral(last) + ' ') +
+                   "most CVs pass " + factorText(middleOf(run).value) + " what the others have, such as " +
+                   rowText(at, run.front()),
+               expectedFlow(run.front()));
     }
 
     /// Single rows that are off, a finding for each Cv.
@@ -280,7 +265,8 @@ private:
         for (const auto& [cv, found] : worst) {
             const auto& [count, which] = found;
             report(std::abs(which->value) > mostOfRow ? rowsStandOutMuch : rowsStandOut, at, which->point->row->line,
-                   countOf(count, "row") + ", the worst " + factorText(which->value) + ": " + rowText(at, *which),
+                   std::to_string(count) + (count == 1 ? " row, " : " rows, the worst ") + factorText(which->value) +
+                       ": " + rowText(at, *which),
                    expectedFlow(*which) + causeText(at, cv, which->value, 0.02));
         }
     }

@@ -32,7 +32,6 @@ constexpr Rule titlePassedOver{Severity::note, "passed over, as it stands before
 constexpr Rule tableIsEmpty{Severity::error, "a table without rows", "add its rows"};
 constexpr Rule rowDoesNotFit{Severity::error, "a row does not fit the header", "add or delete fields"};
 constexpr Rule quotingBroken{Severity::error, "broken quoting", "write a text with a quotation mark like \"1/2\"\"\""};
-constexpr Rule isNoNumber{Severity::error, "not a number", "correct it, or delete the row"};
 constexpr Rule nothingInRow{Severity::error, "a row without a figure", "delete it, or enter the figure"};
 constexpr Rule lastLineHasNoEnd{Severity::warning, "the last line has no end, as if the file had been cut",
                                 "look whether rows are missing"};
