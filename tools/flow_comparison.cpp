@@ -16,6 +16,8 @@ constexpr double cvRounding = 0.5;              // how much of the rounding is l
 constexpr double tableRounding = 0.25;          // and in that of all
 const double mostOverEquation = std::log(1.22); // xT = 1 gives 1.18 times the flow that xT = 0.72 does
 const double leastOfEquation = std::log(1.0 / 3);
+const double mostAtLowPressure = std::log(1.1); // xT = 1 gives 1.05 times at most where a row is ...
+constexpr double lowPressure = 54'000;          // ... below this pressure, in Pa: a third of the inlet pressure is lost
 const double mostBetweenCvs = std::log(1.3);
 const double mostOfRow = std::log(2);
 
@@ -23,6 +25,7 @@ constexpr const char* lookAtUnits = "look at unit, gas, reference conditions and
 constexpr Rule flowsDiffer{Severity::warning, "flows differ from the other tables of the valve type", lookAtUnits};
 constexpr Rule flowsDifferMuch{Severity::error, "flows are wrong by a factor", lookAtUnits};
 constexpr Rule flowsBeyondCv{Severity::error, "flows that no valve of the CV passes", lookAtUnits};
+constexpr Rule flowsAboveCv{Severity::warning, "flows are more than the CVs pass", lookAtUnits};
 constexpr Rule cvStandsOut{Severity::warning, "flows do not fit the CV", "look whether columns or rows are shifted"};
 constexpr Rule pressureStandsOut{Severity::warning, "flows do not fit the pressure",
                                  "look for a wrong pressure or shifted rows"};
@@ -271,24 +274,33 @@ private:
         }
     }
 
-    /// A factor that all tables share shows only against the flow equation.
+    /// A factor that all tables share shows only against the flow equation; best at low pressures, where xT does not
+    /// count.
     void checkEquation(std::size_t at)
     {
-        Deviations shares;
+        Deviations all;
+        Deviations low;
         for (const auto& [cv, points] : points_[at])
-            for (const Point& point : points)
-                shares.push_back({cv, &point, point.share, point.rounding});
-        if (shares.empty())
-            return;
+            for (const Point& point : points) {
+                all.push_back({cv, &point, point.share, point.rounding});
+                if (point.pascal < lowPressure)
+                    low.push_back(all.back());
+            }
+        if (const double middle = all.empty() ? 0 : middleOf(all).value;
+            middle > mostOverEquation || middle < leastOfEquation)
+            reportEquation(flowsBeyondCv, at, all, "0.34 to 1.22");
+        else if (low.size() > 5 && middleOf(low).value > mostAtLowPressure)
+            reportEquation(flowsAboveCv, at, low, "0.34 to 1.1");
+    }
+
+    void reportEquation(const Rule& rule, std::size_t at, const Deviations& shares, const std::string& expected)
+    {
         const double middle = middleOf(shares).value;
-        if (middle <= mostOverEquation && middle >= leastOfEquation)
-            return;
         const Deviation& example =
             *std::ranges::min_element(shares, {}, [&](const Deviation& one) { return std::abs(one.value - middle); });
-        report(flowsBeyondCv, at, example.point->row->line,
+        report(rule, at, example.point->row->line,
                factorText(middle) + " what the flow equation gives, such as " + rowText(at, example),
-               "0.34 to 1.22 times, here " + roughly(example.point->row->flow / std::exp(example.value) / 3) + " to " +
-                   roughly(example.point->row->flow / std::exp(example.value) * 1.22) +
+               expected + " times " + roughly(example.point->row->flow / std::exp(example.value)) +
                    causeText(at, std::nullopt, middle, 0.25));
     }
 

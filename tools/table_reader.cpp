@@ -36,7 +36,7 @@ constexpr Rule nothingInRow{Severity::error, "a row without a figure", "delete i
 constexpr Rule lastLineHasNoEnd{Severity::warning, "the last line has no end, as if the file had been cut",
                                 "look whether rows are missing"};
 
-constexpr std::size_t mostBytes = 1 << 24; // a hundred times a large table
+constexpr std::size_t mostBytes = 8'000'000; // 20,000 rows have two million
 
 std::string quotedText(const std::string& text)
 {
@@ -109,7 +109,7 @@ private:
         bytes.resize(static_cast<std::size_t>(in.gcount()));
         if (bytes.size() < mostBytes)
             return bytes;
-        report(fileTooLarge, 0, "more than 16 million bytes");
+        report(fileTooLarge, 0, "more than 8 million bytes");
         return std::nullopt;
     }
 
