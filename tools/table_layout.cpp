@@ -3,8 +3,7 @@
 #include "flow_units.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <regex>
+#include <charconv>
 
 namespace
 {
@@ -57,26 +56,46 @@ std::size_t columnLike(std::string_view name, std::span<const CsvColumn> columns
     return HeaderField::none;
 }
 
+/// A name like "Cv 0.2 1/2"" or "CV: 7,5 (1")": the Cv, and the body size behind it.
+bool readCv(std::string_view name, HeaderField& field)
+{
+    const auto skip = [&](std::string_view signs) {
+        name.remove_prefix(std::min(name.find_first_not_of(signs), name.size()));
+    };
+    name = trimmed(name);
+    if (name.size() < 3 || !isAlike(name.substr(0, 2), "cv"))
+        return false;
+    name.remove_prefix(2);
+    skip(" =:");
+    const std::string_view digits = name.substr(0, name.find_first_not_of("0123456789.,"));
+    std::string number(digits.substr(0, digits.find_last_not_of(".,") + 1));
+    std::ranges::replace(number, ',', '.');
+    double cv = 0;
+    const auto [stop, failure] = std::from_chars(number.data(), number.data() + number.size(), cv);
+    if (number.empty() || failure != std::errc() || stop != number.data() + number.size())
+        return false;
+    field.cv = cv;
+    name.remove_prefix(number.size());
+    skip(" ,;:/(");
+    field.bodySize = trimmed(name.substr(0, name.find(')')));
+    return true;
+}
+
 HeaderField fieldOf(const std::string& text, std::span<const CsvColumn> columns)
 {
-    static const std::regex withUnit("(.*\\S)\\s*[\\[(]([^\\])]*)[\\])]\\s*");
-    static const std::regex ofCv("\\s*cv\\s*[=:]?\\s*(\\d+(?:[.,]\\d+)?)(?:[ ,;:/(]+(.*?))?\\)?\\s*",
-                                 std::regex::icase);
     HeaderField field;
     field.text = text;
-    std::smatch parts;
-    if (columnNamed("CV", columns) != HeaderField::none && std::regex_match(text, parts, ofCv)) {
-        std::string number = parts[1];
-        std::ranges::replace(number, ',', '.');
-        field.cv = std::strtod(number.c_str(), nullptr);
-        field.bodySize = trimmed(parts[2].str());
+    if (columnNamed("CV", columns) != HeaderField::none && readCv(text, field)) {
         field.isExact = true;
         return field;
     }
-    std::string name = text;
-    if (std::regex_match(text, parts, withUnit)) {
-        name = parts[1];
-        field.unit = parts[2];
+    std::string_view name = trimmed(text);
+    if (const std::size_t bracket = name.find_last_of("[(");
+        bracket != std::string_view::npos && bracket > 0 && (name.ends_with(']') || name.ends_with(')'))) {
+        field.unit = name.substr(bracket + 1, name.size() - bracket - 2);
+        name = trimmed(name.substr(0, bracket));
+    } else {
+        name = text; // names are exact, blanks included
     }
     field.column = columnNamed(name, columns);
     field.isExact = field.column != HeaderField::none;
