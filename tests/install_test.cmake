@@ -11,7 +11,7 @@ get_filename_component(directory ${program} DIRECTORY)
 string(REGEX MATCH "Icon=([^;]+)" found "${entry}")
 set(icons ${ROOT}/share/icons/hicolor)
 
-foreach(file ${program} ${directory}/capacities.mdb ${icons}/scalable/apps/${CMAKE_MATCH_1}.svg
+foreach(file ${program} ${directory}/print_queue ${directory}/capacities.mdb ${icons}/scalable/apps/${CMAKE_MATCH_1}.svg
              ${icons}/128x128/apps/${CMAKE_MATCH_1}.png)
     if(NOT EXISTS ${file} OR IS_SYMLINK ${file} OR IS_DIRECTORY ${file})
         message(SEND_ERROR "not installed: ${file}")

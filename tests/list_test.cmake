@@ -41,3 +41,20 @@ execute_process(COMMAND ${SIZE_VALVES} -o ${DIR}/none.csv ${DIR}/unknown.csv RES
 if(NOT status EQUAL 2 OR EXISTS ${DIR}/none.csv OR NOT errors MATCHES "unknown.csv:1: column 2, \"Pumprate\": a column is")
     message(SEND_ERROR "exit status ${status}: ${errors}")
 endif()
+
+# What the system does not take or give is told with its reason: a closed stream, a full disk, and no room for the list of
+# a pipe, which goes into a temporary file.
+string(REPEAT "TK-1,100,60,1000\n" 2000 rows)
+file(WRITE ${DIR}/long.csv "Tag Number,Pump Rate,Pressure,Tank Volume\n${rows}")
+foreach(case "$0 - <&- = standard input cannot be read or kept: Bad file descriptor"
+             "$0 ${DIR}/tanks.csv <&- >&- = standard output: Bad file descriptor"
+             "$0 ${DIR}/tanks.csv >/dev/full = standard output: No space left on device"
+             "$0 --help >/dev/full = standard output: No space left on device"
+             "ulimit -f 16; trap '' XFSZ; cat ${DIR}/long.csv | $0 /dev/stdin = /dev/stdin cannot be read or kept: File too large")
+    string(REGEX MATCH "(.*) = (.*)" matched "${case}")
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C sh -c "${CMAKE_MATCH_1}" ${SIZE_VALVES}
+                    RESULT_VARIABLE status OUTPUT_QUIET ERROR_VARIABLE errors)
+    if(NOT status EQUAL 2 OR NOT errors STREQUAL "size_valves: ${CMAKE_MATCH_2}\n")
+        message(SEND_ERROR "${CMAKE_MATCH_1}: exit status ${status}: ${errors}")
+    endif()
+endforeach()

@@ -349,7 +349,6 @@ void measureAll(const std::filesystem::path& directory)
     for (const Duty& duty : duties)
         for (const int scale : scales)
             makeDataFile(fileOf(duty, scale), duty, scale);
-    std::this_thread::sleep_for(std::chrono::seconds(4)); // a file changed just now is checked at every lookup
 
     std::list<Program> programs; // outlive the registered measurements
     for (const Duty& duty : duties)

@@ -1,10 +1,12 @@
 #include "build_command.h"
+#include "system.h"
 
 #include <exception>
 #include <iostream>
 
 int main(int argc, char* argv[])
 {
+    holdStandardStreams();
     try {
         return buildCapacities({argv + 1, argv + argc}, std::cout, std::cerr);
     } catch (const std::exception& failure) { // no memory, most likely

@@ -81,13 +81,16 @@ bool isReplaceable(const fs::path& file)
     return in.is_open() && (in.gcount() == 0 || found == beginning);
 }
 
-/// Writes a whole file and gives whether it did; a failure is a finding.
-bool writeFile(const fs::path& file, const std::string& bytes, Findings& findings)
+/// Writes a whole file, puts it where it belongs and gives whether it did; a failure is a finding.
+bool writeFile(const fs::path& file, const std::string& bytes, void (ReplacementFile::*put)(), Findings& findings)
 {
     try {
+        prepareConsole(); // so that Ctrl+C leaves no half file behind
         ReplacementFile replacement(file);
         replacement.write(bytes);
-        replacement.putInPlace();
+        if (isInterrupted())
+            throw std::runtime_error("interrupted");
+        (replacement.*put)();
         return true;
     } catch (const std::runtime_error& failure) {
         findings.report(cannotBeWritten, textOf(file), 0, failure.what());
@@ -174,7 +177,7 @@ int build(const BuildOptions& options, std::ostream& messages)
         completeTables(tables, findings);
     checkTables(tables, findings);
     if (findings.errors() == 0)
-        writeFile(file, databaseBytes(tables), findings);
+        writeFile(file, databaseBytes(tables), &ReplacementFile::putInPlace, findings);
     return close(findings, messages, textOf(file) + " is built", "nothing is written");
 }
 
@@ -223,7 +226,8 @@ int exportTables(const fs::path& file, const fs::path& directory, bool decimalCo
         findings.report(cannotBeWritten, textOf(directory), 0, failure.message());
     std::vector<fs::path> written;
     forEachFile([&](const fs::path& path, const auto& table) {
-        if (findings.errors() == 0 && writeFile(path, csvText(table, decimalComma), findings))
+        if (findings.errors() == 0 &&
+            writeFile(path, csvText(table, decimalComma), &ReplacementFile::putInFreePlace, findings))
             written.push_back(path);
     });
     if (findings.errors() > 0) // what is left would be in the way of the next attempt

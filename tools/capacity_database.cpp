@@ -4,16 +4,15 @@
 #include "base/number_text.h"
 #include "capacity/capacity_store.h"
 #include "capacity/file_check.h"
-#include "capacity/read_only_vfs.h"
 #include "findings.h"
 #include "system.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <memory>
-#include <set>
 #include <stdexcept>
 
 namespace
@@ -102,41 +101,13 @@ void insertLabel(const Connection& connection, const TablesLabel& label)
     require(sqlite3_step(statement.get()) == SQLITE_DONE, connection);
 }
 
-/// Reports the tables with too many rows and gives their names. The program's own way of reading would not get through
-/// such a file in its time. What cannot be counted is left to that.
-std::set<std::string> findTooLarge(const std::filesystem::path& file, const CapacityTables& tables, Findings& findings)
-{
-    std::set<std::string> tooLarge;
-    sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(textOf(file).c_str(), &opened, SQLITE_OPEN_READWRITE, readOnlyVfs());
-    const Connection connection(opened);
-    if (result != SQLITE_OK)
-        return tooLarge;
-    sqlite3_db_config(opened, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr); // one could take for ever
-    const auto count = [&](const std::string& name, const std::string& source) {
-        sqlite3_stmt* prepared = nullptr;
-        sqlite3_prepare_v2(opened, ("SELECT count(*) FROM " + name).c_str(), -1, &prepared, nullptr);
-        const Statement statement(prepared);
-        const auto rows = sqlite3_step(prepared) == SQLITE_ROW ? sqlite3_column_int64(prepared, 0) : 0;
-        if (rows <= static_cast<sqlite3_int64>(mostRows))
-            return;
-        findings.report(tooManyRows, source, 0, "there are " + std::to_string(rows), atMostRows);
-        tooLarge.insert(name);
-    };
-    for (const auto& [name, table] : tables.valves)
-        count(name, table.source);
-    for (const auto& [name, table] : tables.largeTanks)
-        count(name, table.source);
-    return tooLarge;
-}
-
 /// Whether the program can read the file at all; what keeps it from that, or a missing checksum, is reported.
 bool isReadable(CapacityStore& store, const std::filesystem::path& file, Findings& findings)
 {
     try {
         store.query("SELECT value FROM Checksum", {});
     } catch (const SilentFailure& failure) {
-        const bool isWhole = store.hasReadOneFile();
+        const bool isWhole = store.whyUnreadable().empty();
         findings.report(isWhole ? hasNoChecksum : cannotBeRead, textOf(file), 0, reasonOf(failure));
         return isWhole;
     }
@@ -280,16 +251,18 @@ CapacityTables readDatabase(const std::filesystem::path& file, Findings& finding
         findings.report(cannotBeOpened, textOf(file), 0, reason);
         return tables;
     }
-    const std::set<std::string> tooLarge = findTooLarge(file, tables, findings);
     const NumberText numbers;
     CapacityStore store(textOf(file), numbers);
     if (!isReadable(store, file, findings))
         return tables;
     const auto read = [&]<typename Row>(const std::string& name, Table<Row>& table) {
-        if (tooLarge.contains(name))
-            return;
         store.beginClick(); // one table that cannot be read says nothing of the next
         try {
+            // Counted first, for a row at a time it would take longer than the program has.
+            const double rows = store.query("SELECT count(*) AS n FROM " + name, {}).number("n");
+            if (rows > mostRows)
+                return findings.report(tooManyRows, table.source, 0, "there are " + std::to_string(std::lround(rows)),
+                                       atMostRows);
             table = StoredTable<Row>(store, name, table.source, findings).read();
         } catch (const SilentFailure& failure) {
             findings.report(cannotBeRead, table.source, 0, reasonOf(failure));

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 
 namespace
@@ -40,11 +41,6 @@ const CsvColumn* findColumn(std::span<const CsvColumn> columns, std::string_view
     return found == columns.end() ? nullptr : &*found;
 }
 
-std::string quoted(const std::string& text)
-{
-    return '"' + text + '"';
-}
-
 /// The first number with one of the decimal marks, and whether one of them can have no thousands separator in its
 /// place.
 struct Mark
@@ -79,11 +75,12 @@ public:
     char found() const
     {
         if (point_.line > 0 && comma_.line > 0)
-            throw CsvProblem(std::max(point_.line, comma_.line),
-                             "numbers are written in two ways, " + quoted(point_.text) + " and " + quoted(comma_.text));
+            throw CsvProblem(std::max(point_.line, comma_.line), "numbers are written in two ways, " +
+                                                                     inQuotes(point_.text) + " and " +
+                                                                     inQuotes(comma_.text));
         for (const Mark* mark : {&point_, &comma_})
             if (mark->line > 0 && !mark->isDecimal)
-                throw CsvProblem(mark->line, quoted(mark->text) +
+                throw CsvProblem(mark->line, inQuotes(mark->text) +
                                                  " may have a decimal mark or a thousands separator, and no other "
                                                  "number tells which");
         const bool isComma = point_.line == 0 && (comma_.line > 0 || separator_ == ';');
@@ -226,6 +223,7 @@ std::size_t CsvReader::readRow(std::vector<std::string>& fields)
 {
     csv_parser parser;
     csv_init(&parser, CSV_STRICT);
+    const std::unique_ptr<csv_parser, decltype(&csv_free)> freed(&parser, csv_free);
     csv_set_delim(&parser, static_cast<unsigned char>(separator));
     csv_set_space_func(&parser, noSpace);
     RowInProgress row;
@@ -240,7 +238,6 @@ std::size_t CsvReader::readRow(std::vector<std::string>& fields)
         if (csv_parse(&parser, text.data(), text.size(), addField, endRow, &row) != text.size())
             break;
     }
-    csv_free(&parser);
     fields = std::move(row.fields);
     if (row.complete)
         return taken;
@@ -303,6 +300,11 @@ std::string_view trimmed(std::string_view text)
 bool isAlike(std::string_view one, std::string_view other)
 {
     return std::ranges::equal(trimmed(one), trimmed(other), {}, lowerCase, lowerCase);
+}
+
+std::string inQuotes(const std::string& text)
+{
+    return '"' + text + '"';
 }
 
 std::string csvField(std::string_view text, char separator)

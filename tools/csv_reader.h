@@ -102,5 +102,8 @@ std::string_view trimmed(std::string_view text);
 /// Whether two names differ in nothing but upper and lower case of the letters A to Z and what `trimmed` cuts off.
 bool isAlike(std::string_view one, std::string_view other);
 
+/// A text as messages cite it.
+std::string inQuotes(const std::string& text);
+
 /// A field as CSV text writes it: quoted where it must be.
 std::string csvField(std::string_view text, char separator);

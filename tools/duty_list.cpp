@@ -105,11 +105,6 @@ struct CannotBeEntered : std::runtime_error
 /// What a row has for every column, in their order; "" where the list has no such column.
 using Entries = std::array<std::string, std::size(listColumns)>;
 
-std::string quoted(const std::string& text)
-{
-    return '"' + text + '"';
-}
-
 /// "A", "A or B", "A, B or C".
 std::string listed(const std::vector<std::string>& names)
 {
@@ -140,7 +135,7 @@ std::string chosen(Choice choice, const Entries& entries, const std::vector<std:
         if (isAlike(entry, text) || (units != nullptr && isAlike(entry, units->option)))
             return text;
     }
-    throw CannotBeEntered(std::string(column->name) + ' ' + quoted(entry) + ": here it is " + listed(permitted));
+    throw CannotBeEntered(std::string(column->name) + ' ' + inQuotes(entry) + ": here it is " + listed(permitted));
 }
 
 /// What the setup screen offers for the choices before it.
@@ -209,7 +204,7 @@ std::string numberEntry(const ListColumn& column, const std::string& entry, cons
     std::string text(trimmed(entry));
     if (text.empty() || numbers.parse(text))
         return text;
-    throw CannotBeEntered(std::string(column.name) + ' ' + quoted(text) +
+    throw CannotBeEntered(std::string(column.name) + ' ' + inQuotes(text) +
                           " is not a number; here one is written like " + numbers.general(1200.5));
 }
 
@@ -284,7 +279,7 @@ void DutyList::readHeader()
     for (const std::string& name : header_) {
         const auto column = std::ranges::find_if(listColumns, [&](const auto& one) { return isAlike(name, one.name); });
         const auto number = static_cast<std::size_t>(column - listColumns);
-        const std::string place = "column " + std::to_string(order_.size() + 1) + ", " + quoted(name);
+        const std::string place = "column " + std::to_string(order_.size() + 1) + ", " + inQuotes(name);
         if (column == std::end(listColumns))
             throw CsvProblem(row.line, place + ": a column is " + listed(columnNames()));
         if (std::ranges::find(order_, number) != order_.end())
@@ -297,6 +292,7 @@ void DutyList::readHeader()
 void DutyList::expectDataFile()
 {
     std::string reason;
+    store_.keepFile();
     for (const Offer& offer : offers) {
         store_.beginClick();
         try {
@@ -343,6 +339,8 @@ void DutyList::sizeRow(SizedDuty& duty)
     FreshSizing& sizing = duty.sizing.emplace(offer, method, numbers_);
     enter(entries, numbers_, sizing);
     sizing.click(numbers_, store_);
+    if (const std::string reason = store_.whyUnreadable(); !reason.empty())
+        sizing.messages.show(reason);
     const bool hasValve = !sizing.screen.caption(Label::lblPercentValveCapacity).empty();
     duty.status = !sizing.messages.texts.empty() ? SizedDuty::Status::failed
                   : hasValve                     ? SizedDuty::Status::sized

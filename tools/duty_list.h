@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "capacity/capacity_store.h"
+#include "capacity/tables_label.h"
 #include "csv_reader.h"
 #include "fresh_sizing.h"
 
@@ -18,7 +19,7 @@ struct SizedDuty
     {
         sized,
         refused, ///< by a message in the comments, or because the row cannot be entered on the screens
-        failed,  ///< with a message box
+        failed,  ///< with a message box, or because the data file cannot be read
     };
 
     CsvRow row;
@@ -29,7 +30,7 @@ struct SizedDuty
 
 /// A list of duties as CSV, headed by the names on the screens, read and sized row by row. Missing columns and fields
 /// and empty ones take the defaults of the screens; values of boxes that the main form hides for a row are passed over.
-/// A number that cannot be one refuses its row.
+/// A number that cannot be one refuses its row. All rows are sized on the data file as it is when the list is opened.
 class DutyList
 {
 public:
@@ -39,6 +40,12 @@ public:
     DutyList(const DutyList&) = delete; // the reader and the store refer to it
 
     std::size_t rowCount() const { return format_.rows; }
+
+    /// The label of the tables that the rows are sized on.
+    std::optional<TablesLabel> tables() { return tablesLabel(store_); }
+
+    /// Whether the data file is another one by now.
+    bool isDataFileReplaced() const { return store_.isReplaced(); }
 
     /// Number texts as the list writes them.
     const NumberText& numbers() const { return numbers_; }

@@ -1,5 +1,7 @@
 #include "number_style.h"
 
+#include "csv_reader.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -31,11 +33,6 @@ bool mayBeThousands(std::string_view text, char mark)
             return false;
     }
     return true;
-}
-
-std::string inQuotes(const std::string& text)
-{
-    return '"' + text + '"';
 }
 
 } // namespace

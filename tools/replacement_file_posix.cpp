@@ -1,7 +1,6 @@
 #include "replacement_file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,9 +13,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-
-constexpr std::string_view temporaryPattern = "XXXXXX";
-static_assert(temporaryPattern.size() == ownEndingLength);
 
 [[noreturn]] void failFor(int reason)
 {
@@ -34,16 +30,6 @@ fs::path linkTarget(fs::path file)
         file = target.is_absolute() ? target : file.parent_path() / target;
     }
     return file;
-}
-
-/// Removes a temporary file. A run that lives holds a lock on its own.
-void removeUnlocked(const fs::path& file)
-{
-    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) == 0)
-        unlink(file.c_str());
-    if (descriptor >= 0)
-        ::close(descriptor);
 }
 
 /// Gives a file a name that no other file has yet, in one step.
@@ -64,18 +50,7 @@ mode_t ordinaryMode()
     return 0666 & ~mask;
 }
 
-void removeLeftovers(const fs::path& directory, const std::function<bool(std::string_view name)>& isOurs)
-{
-    std::error_code failure; // what cannot be read cannot be cleaned
-    for (fs::directory_iterator entry(directory, failure), end; !failure && entry != end; entry.increment(failure)) {
-        const std::string name = entry->path().filename().string();
-        std::error_code unknown;
-        if (!replacedName(name).empty() && isOurs(replacedName(name)) && entry->is_regular_file(unknown))
-            removeUnlocked(entry->path());
-    }
-}
-
-ReplacementFile::ReplacementFile(const fs::path& file, mode_t newMode, Leftovers leftovers)
+ReplacementFile::ReplacementFile(const fs::path& file, mode_t newMode)
 {
     try {
         target = fs::absolute(linkTarget(file));
@@ -87,34 +62,12 @@ ReplacementFile::ReplacementFile(const fs::path& file, mode_t newMode, Leftovers
     } catch (const fs::filesystem_error& failure) {
         failFor(failure.code().value());
     }
-    const std::string name = target.filename().string();
-    if (leftovers == Leftovers::remove)
-        removeLeftovers(target.parent_path(), [&](std::string_view other) { return other == name; });
-    create();
+    std::string name = target.string() + ".new-XXXXXX";
+    descriptor = mkostemp(name.data(), O_CLOEXEC);
+    if (descriptor < 0)
+        fail();
+    temporary = name;
     takeAttributes(newMode);
-}
-
-/// Opens and locks the temporary file.
-void ReplacementFile::create()
-{
-    for (;;) {
-        std::string name = target.string() + std::string(temporaryMark) + std::string(temporaryPattern);
-        descriptor = mkostemp(name.data(), O_CLOEXEC);
-        if (descriptor < 0)
-            fail();
-        temporary = name;
-        const bool isLocked = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
-        if (!isLocked && errno != EWOULDBLOCK)
-            return; // on a file system without locks no run takes it for a leftover
-        struct stat own = {};
-        if (fstat(descriptor, &own) != 0)
-            fail();
-        if (isLocked && own.st_nlink > 0)
-            return;
-        unlink(temporary.c_str()); // another run took it for a leftover before it was locked
-        temporary.clear();
-        close();
-    }
 }
 
 ReplacementFile::~ReplacementFile()

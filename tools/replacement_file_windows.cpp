@@ -26,7 +26,7 @@ std::string ownEnding()
 {
     static std::random_device random;
     std::string ending;
-    while (ending.size() < ownEndingLength)
+    while (ending.size() < 6)
         ending += static_cast<char>('a' + random() % 26);
     return ending;
 }
@@ -56,19 +56,7 @@ mode_t ordinaryMode()
     return 0666;
 }
 
-void removeLeftovers(const fs::path& directory, const std::function<bool(std::string_view name)>& isOurs)
-{
-    std::error_code failure; // what cannot be read cannot be cleaned
-    for (fs::directory_iterator entry(directory, failure), end; !failure && entry != end; entry.increment(failure)) {
-        const std::u8string name = entry->path().filename().u8string();
-        const std::string_view replaced = replacedName({reinterpret_cast<const char*>(name.data()), name.size()});
-        std::error_code unknown;
-        if (!replaced.empty() && isOurs(replaced) && entry->is_regular_file(unknown))
-            DeleteFileW(entry->path().c_str()); // one that is open stays
-    }
-}
-
-ReplacementFile::ReplacementFile(const fs::path& file, mode_t, Leftovers leftovers)
+ReplacementFile::ReplacementFile(const fs::path& file, mode_t)
 {
     try {
         target = fs::weakly_canonical(fs::absolute(file)); // a link is followed
@@ -80,19 +68,9 @@ ReplacementFile::ReplacementFile(const fs::path& file, mode_t, Leftovers leftove
     } catch (const fs::filesystem_error& failure) {
         throw std::runtime_error(failure.code().message());
     }
-    const std::u8string name = target.filename().u8string();
-    if (leftovers == Leftovers::remove)
-        removeLeftovers(target.parent_path(), [&](std::string_view other) {
-            return other == std::string_view(reinterpret_cast<const char*>(name.data()), name.size());
-        });
-    create();
-}
-
-/// Opens the temporary file, so that nobody else can.
-void ReplacementFile::create()
-{
     temporary = target;
-    temporary += std::string(temporaryMark) + ownEnding();
+    temporary += ".new-" + ownEnding();
+    // Nobody else can open it.
     if (_wsopen_s(&descriptor, temporary.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY | _O_NOINHERIT, _SH_DENYRW,
                   _S_IREAD | _S_IWRITE) != 0) {
         descriptor = -1;

@@ -155,10 +155,11 @@ private:
     {
         keptFile_ = createTemporaryFile();
         kept_.open(keptFile_, std::ios::in | std::ios::out | std::ios::binary);
-        removeKept();                                     // at once, where the system lets an open file go
-        if (pipe.peek() != std::char_traits<char>::eof()) // nothing to write counts as a failure
+        removeKept(); // at once, where the system lets an open file go
+        constexpr int end = std::char_traits<char>::eof();
+        if (pipe.peek() != end) // nothing to write counts as a failure
             kept_ << pipe.rdbuf();
-        if (std::ferror(stdin) != 0 || pipe.bad() || !kept_.flush())
+        if (std::ferror(stdin) != 0 || pipe.bad() || !kept_.flush() || pipe.peek() != end) // a part is no list
             throw Stopped(name + " cannot be read or kept: " + std::strerror(errno));
         kept_.seekg(0);
     }
@@ -324,13 +325,18 @@ int run(const Options& options, const SizeCommandSystem& system)
         Results results(options.output);
         std::optional<SummaryFiles> summaries;
         if (options.summaries)
-            summaries.emplace(pathOf(*options.summaries), system.makePdf, system.today, options.force);
+            summaries.emplace(
+                pathOf(*options.summaries),
+                [&, tables = list.tables()](const SummaryForm& page) { return system.makePdf(page, tables); },
+                system.today, options.force);
         const Counts counts = sizeAll(list, results, summaries ? &*summaries : nullptr, options.quiet);
         if (!options.quiet)
             std::cerr << "size_valves: " << counts.rows() << " rows: " << counts.sized << " sized, " << counts.refused
                       << " refused, " << counts.failed << " failed\n";
         if (counts.withoutSummary > 0)
             std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
+        if (list.isDataFileReplaced())
+            std::cerr << "size_valves: the data file was changed meanwhile; all rows are sized on the earlier one\n";
         return counts.refused + counts.failed + counts.withoutSummary == 0 ? 0 : 1;
     } catch (const CsvProblem& problem) {
         throw Stopped(options.list + ':' + std::to_string(problem.line) + ": " + problem.what());
@@ -346,12 +352,11 @@ int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSyste
         std::cerr << usage;
         return 2;
     }
-    if (options->told != nullptr) {
-        std::cout << options->told;
-        return 0;
-    }
     try {
-        return run(*options, system);
+        if (options->told == nullptr)
+            return run(*options, system);
+        Results("-").write(options->told);
+        return 0;
     } catch (const std::exception& failure) {
         std::cerr << "size_valves: " << failure.what() << '\n';
         return 2;

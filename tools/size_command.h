@@ -1,6 +1,9 @@
 #pragma once
 
+#include "capacity/tables_label.h"
+
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,9 +12,10 @@ class SummaryForm;
 /// What `size_valves` takes from the system it runs on.
 struct SizeCommandSystem
 {
-    std::string dataFile;                                   ///< of the valve tables
-    std::function<std::string(const SummaryForm&)> makePdf; ///< the summary as a PDF file's bytes
-    std::string today;                                      ///< in the user's short form
+    std::string dataFile; ///< of the valve tables
+    /// The summary as a PDF file's bytes, which name the tables that it was sized on.
+    std::function<std::string(const SummaryForm&, const std::optional<TablesLabel>&)> makePdf;
+    std::string today; ///< in the user's short form
 };
 
 /// The whole command `size_valves`, `arguments` without the program name: reads a list of duties, writes it back with

@@ -1,9 +1,7 @@
-#include "base/number_text.h"
-#include "capacity/capacity_store.h"
-#include "capacity/tables_label.h"
 #include "platform/pdf_summary.h"
 #include "platform/user_locale.h"
 #include "size_command.h"
+#include "system.h"
 
 #include <QGuiApplication>
 
@@ -11,6 +9,7 @@
 
 int main(int argc, char* argv[])
 {
+    holdStandardStreams();
     // What Qt warns of is nothing that a user of a list could mend; what ends the program must be said.
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
         if (type == QtFatalMsg)
@@ -22,8 +21,5 @@ int main(int argc, char* argv[])
     char* program[] = {argv[0], nullptr};
     const QGuiApplication application(count, program);
     const QString dataFile = QCoreApplication::applicationDirPath() + QStringLiteral("/capacities.mdb");
-    const NumberText numbers;
-    CapacityStore store(dataFile.toStdString(), numbers);
-    const auto makePdf = [label = tablesLabel(store)](const SummaryForm& page) { return summaryPdf(page, label); };
-    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), makePdf, userToday()});
+    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), summaryPdf, userToday()});
 }

@@ -34,7 +34,6 @@ SummaryFiles::SummaryFiles(fs::path directory, MakePdf makePdf, std::string toda
     fs::create_directories(directory_, failure);
     if (failure)
         throw std::runtime_error(textOf(directory_) + ": " + failure.message());
-    removeLeftovers(directory_, [](std::string_view name) { return name.ends_with(ending); });
 }
 
 /// The first name for a tag number that this run has not taken, upper and lower case alike.
@@ -62,7 +61,7 @@ void SummaryFiles::save(const SummaryForm& page, const fs::path& path) const
         throw std::runtime_error("it exists already");
     if (fs::exists(there) && !fs::is_regular_file(there))
         throw std::runtime_error("not a regular file");
-    ReplacementFile file(path, ordinaryMode(), ReplacementFile::Leftovers::leave);
+    ReplacementFile file(path, ordinaryMode());
     file.write(makePdf_(page));
     if (overwrite_)
         file.putInPlace();

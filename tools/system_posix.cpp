@@ -17,6 +17,13 @@ volatile std::sig_atomic_t interrupted = 0;
 
 } // namespace
 
+void holdStandardStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(stream, F_GETFD) < 0)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // gets the lowest free number: this one
+}
+
 void prepareConsole()
 {
     struct sigaction interruption = {}; // without SA_RESTART: a write that waits for a full pipe ends

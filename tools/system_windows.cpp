@@ -23,6 +23,9 @@ std::string lastReason()
 
 } // namespace
 
+/// The C library never gives their numbers to files.
+void holdStandardStreams() {}
+
 void prepareConsole()
 {
     SetConsoleCtrlHandler(

@@ -40,7 +40,7 @@ constexpr std::size_t mostBytes = 8'000'000; // 20,000 rows have two million
 
 std::string quotedText(const std::string& text)
 {
-    return '"' + shown(text) + '"';
+    return inQuotes(shown(text));
 }
 
 template <typename Row>

@@ -1,35 +1,20 @@
 #include "app/bubble.h"
 
-#include <QApplication>
+#include "app/modifier_keys.h"
+
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QToolTip>
 #include <QWidget>
 
-#include <algorithm>
-#include <iterator>
-
 namespace
 {
 
-/// Closes the bubble at the next key, and goes with it. The toolkit itself closes a tooltip at a click and when the
-/// focus moves, but not at a key.
-class CloserByKey : public QObject
+/// The toolkit wraps rich text only.
+QString wrapped(const QString& text)
 {
-public:
-    using QObject::QObject;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        constexpr int modifiers[] = {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_AltGr, Qt::Key_Meta};
-        if (event->type() == QEvent::KeyPress &&
-            std::ranges::find(modifiers, static_cast<QKeyEvent*>(event)->key()) == std::end(modifiers)) {
-            QToolTip::hideText();
-            deleteLater();
-        }
-        return false;
-    }
-};
+    return text.isEmpty() ? text : QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped());
+}
 
 } // namespace
 
@@ -37,7 +22,17 @@ void showBubble(QWidget& control, const QString& text)
 {
     // A place outside of the rectangle makes a bubble that is being closed a new one.
     const QPoint below = control.rect().bottomLeft() + QPoint(0, 1);
-    const QString wrapped = text.isEmpty() ? text : QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped());
-    QToolTip::showText(control.mapToGlobal(below), wrapped, &control, control.rect());
-    qApp->installEventFilter(new CloserByKey(&control));
+    QToolTip::showText(control.mapToGlobal(below), wrapped(text), &control, control.rect());
+}
+
+bool BubbleFilter::eventFilter(QObject* watched, QEvent* event)
+{
+    // Every key begins so, that of a shortcut, too.
+    if (event->type() == QEvent::ShortcutOverride && !isModifier(static_cast<QKeyEvent*>(event)->key()))
+        QToolTip::hideText();
+    auto* const control = event->type() == QEvent::ToolTip ? qobject_cast<QWidget*>(watched) : nullptr;
+    if (control == nullptr || control->toolTip().isEmpty())
+        return false;
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), wrapped(control->toolTip()), control);
+    return true;
 }

@@ -1,5 +1,7 @@
 #include "app/key_repeat.h"
 
+#include "app/modifier_keys.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
@@ -21,18 +23,22 @@ bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event)
         }
         case QEvent::ShortcutOverride: {
             const auto* const key = static_cast<QKeyEvent*>(event);
+            if (isModifier(key->key())) // another key may be held meanwhile
+                return false;
             const bool sinceRelease =
                 releasedAt_ > 0 && key->key() == releasedKey_ && key->timestamp() - releasedAt_ <= sameTime;
             isRepeated_ = key->isAutoRepeat() || sinceRelease;
             if (!isRepeated_)
                 beganAt_.clear();
-            return false;
+            // The gas box opens and closes its list at this event.
+            return isRepeated_ && (key->key() == Qt::Key_F4 || key->modifiers().testFlag(Qt::AltModifier));
         }
         case QEvent::Shortcut:
             return isRepeated_;
         case QEvent::KeyPress: {
             auto* const target = qobject_cast<QWidget*>(watched);
-            return target != nullptr && isRepeatedTooFar(*target, static_cast<QKeyEvent*>(event)->key());
+            const int key = static_cast<QKeyEvent*>(event)->key();
+            return target != nullptr && !isModifier(key) && isRepeatedTooFar(*target, key);
         }
         default:
             return false;
@@ -47,6 +53,9 @@ bool KeyRepeatFilter::isRepeatedTooFar(QWidget& target, int key)
     constexpr int focusMovers[] = {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down};
     if (!isRepeated_ || std::ranges::find(focusMovers, key) != std::end(focusMovers))
         return false;
-    const bool isButton = qobject_cast<QAbstractButton*>(&target) != nullptr;
-    return isButton || beganAt_.isNull() || !(beganAt_ == &target || target.isAncestorOf(beganAt_));
+    if (qobject_cast<QAbstractButton*>(&target) != nullptr || beganAt_.isNull())
+        return true;
+    // A list that completes an entry stands for the box that it belongs to.
+    const bool isOneControl = target.focusProxy() == beganAt_ || beganAt_->focusProxy() == &target;
+    return beganAt_ != &target && !target.isAncestorOf(beganAt_) && !isOneControl;
 }

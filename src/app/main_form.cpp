@@ -2,12 +2,14 @@
 
 #include "app/announcer.h"
 #include "app/box_help.h"
+#include "app/bubble.h"
 #include "app/gas_box.h"
 #include "app/numeric_box.h"
 #include "app/sizing_state.h"
 #include "base/gases.h"
 #include "base/number_text.h"
 #include "base/offered.h"
+#include "capacity/capacity_store.h"
 #include "engine/sizing_driver.h"
 #include "report/print_command.h"
 
@@ -16,6 +18,7 @@
 #include <QPushButton>
 
 #include <array>
+#include <iostream>
 #include <iterator>
 #include <optional>
 #include <utility>
@@ -308,6 +311,8 @@ std::string MainForm::caption(Label label) const
 void MainForm::setCaption(Label label, const std::string& shown)
 {
     setLabelCaption(controlOf(label), shown);
+    if (label == Label::lblComments)
+        controls_.get<QLabel>(controlOf(label)).setToolTip({});
 }
 
 void MainForm::refusedAt(Box box)
@@ -318,10 +323,19 @@ void MainForm::refusedAt(Box box)
 void MainForm::selectValve()
 {
     refused_ = nullptr;
+    gas_.hidePopup(); // a screen reader can press the button behind the list, which would take the next keys
     cmdCalcFlowRate_Click(sizing_);
     if (refused_ != nullptr)
         refused_->enter();
     tellOutcome();
+    if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) {
+        std::cerr << reason << std::endl;
+        auto& comments = controls_.get<QLabel>("lblComments");
+        comments.setToolTip(QString::fromStdString(reason));
+        showBubble(comments, comments.toolTip());
+    }
+    if (refused_ != nullptr) // last: both may not fit
+        scrollIntoView(*refused_);
 }
 
 void MainForm::tellOutcome()
@@ -370,7 +384,9 @@ QString MainForm::resultsText() const
                 value.property(valueProperty(value)).toString(),
                 fact.unit ? controls_.get<QLabel>(*fact.unit).text().remove(QStringLiteral(" of")) : QString());
     }
-    add(controls_.get<QGroupBox>("frmComments").title(), QString::fromStdString(caption(Label::lblComments)));
+    const auto& comments = controls_.get<QLabel>("lblComments");
+    add(controls_.get<QGroupBox>("frmComments").title(), comments.text());
+    add(QStringLiteral("Data File"), comments.toolTip());
     return lines;
 }
 
@@ -378,6 +394,8 @@ QString MainForm::outcome() const
 {
     const auto spoken = [this](MainControl control) { return controls_.get<QLabel>(control).text(); };
     const QString comments = spoken("lblComments");
+    if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) // beside older figures, perhaps
+        return comments + u' ' + QString::fromStdString(reason) + u'.';
     if (caption(Label::lblPercentValveCapacity).empty())
         return comments;
     return QStringLiteral("Cv %1, body size %2, capacity %3 %4, %5 % utilized. %6")

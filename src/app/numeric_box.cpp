@@ -29,8 +29,8 @@ QString typedText(const QKeyEvent& event, const SizingState* state)
         return {};
     if (key == Qt::Key_Backspace)
         return QChar(u'\b');
-    if (isControlCharacter(event)) // any of them, for none passes
-        return QChar(u'\x1');
+    if (isControlCharacter(event)) // Ctrl+H is backspace; of the others none passes
+        return key == Qt::Key_H ? QChar(u'\b') : QChar(u'\x1');
     const bool keypad = event.modifiers().testFlag(Qt::KeypadModifier);
     if (state != nullptr && !state->DecSep.empty() && keypad && (key == Qt::Key_Period || key == Qt::Key_Comma))
         return QString::fromStdString(state->DecSep);
@@ -78,7 +78,9 @@ void NumericBox::keyPressEvent(QKeyEvent* event)
         event->accept(); // rejected: the keystroke ends here
         return;
     }
-    QKeyEvent filtered(event->type(), event->key(), event->modifiers(), passed, event->isAutoRepeat(),
+    const bool isControlH = isControlCharacter(*event); // the only one that passes
+    QKeyEvent filtered(event->type(), isControlH ? int(Qt::Key_Backspace) : event->key(),
+                       isControlH ? Qt::NoModifier : event->modifiers(), passed, event->isAutoRepeat(),
                        static_cast<quint16>(event->count()));
     QLineEdit::keyPressEvent(&filtered);
     event->setAccepted(filtered.isAccepted());
@@ -123,9 +125,14 @@ void NumericBox::mousePressEvent(QMouseEvent* event)
 
 void NumericBox::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    selectingByMouse_ = event->button() == Qt::LeftButton;
-    if (selectingByMouse_)
-        selectAll();
+    QLineEdit::mouseDoubleClickEvent(event); // waits for a third click, too
+    if (event->button() != Qt::LeftButton)
+        return;
+    selectAll();
+    QMouseEvent release(QEvent::MouseButtonRelease, event->position(), event->globalPosition(), Qt::LeftButton,
+                        Qt::NoButton, event->modifiers());
+    QLineEdit::mouseReleaseEvent(&release); // what is selected can be pasted with the middle button
+    selectingByMouse_ = true;
 }
 
 void NumericBox::mouseMoveEvent(QMouseEvent* event)

@@ -29,6 +29,7 @@
 #include <QTimer>
 
 #include <stdexcept>
+#include <string_view>
 
 namespace
 {
@@ -69,12 +70,20 @@ QString askForPdf(QWidget& form, const std::string& tagNumber)
     return isAccepted ? dialog->selectedFiles().value(0) : QString();
 }
 
-void writeFile(const QString& name, const std::string& bytes)
+void writeFile(const QString& name, std::string_view bytes)
 {
     QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), static_cast<qint64>(bytes.size())) < 0 ||
-        !file.commit())
-        throw std::runtime_error(file.errorString().toStdString());
+    const auto require = [&file](bool success) {
+        if (!success)
+            throw std::runtime_error(file.errorString().toStdString());
+    };
+    require(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)); // commit() hides a buffer that finds no room
+    while (!bytes.empty()) { // a disk that fills up takes a part, and gives the reason when it is asked for the rest
+        const qint64 taken = file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+        require(taken > 0);
+        bytes.remove_prefix(static_cast<std::size_t>(taken));
+    }
+    require(file.commit());
 }
 
 } // namespace
@@ -86,6 +95,7 @@ Screens::Screens(const LocaleInfo& locale, MessageBox& messageBox, Printers& pri
     installBoxAccessibility();
     qApp->installEventFilter(new KeyRepeatFilter(this));
     qApp->installEventFilter(new MenuBell(this));
+    qApp->installEventFilter(new BubbleFilter(this));
     connect(qApp, &QApplication::focusChanged, this, [](QWidget*, QWidget* now) {
         if (now != nullptr)
             scrollIntoView(*now);
@@ -131,12 +141,12 @@ SummaryContext Screens::summaryContext(MainForm& mainForm)
 void Screens::saveSummary(MainForm& mainForm)
 {
     try {
+        if (const std::string reason = store_.whyUnreadable(); !reason.empty())
+            throw std::runtime_error(reason); // the figures of an older sizing may stand beside this one's
         const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
         const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();
-        // Where the data file is another one than that of the sizing, its label says nothing of it.
-        const bool isSameFile = store_.hasReadOneFile();
         if (!file.isEmpty())
-            writeFile(file, summaryPdf(*page, isSameFile ? tablesLabel(store_) : std::nullopt));
+            writeFile(file, summaryPdf(*page, tablesLabel(store_)));
     } catch (const std::exception& reason) {
         messageBox_.show(std::string("The summary is not saved: ") + reason.what());
     }
@@ -168,7 +178,7 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
                                       [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
-    add("About", {}, [this] { showAbout(messageBox_, store_, dataFile_); });
+    add("About", {}, [this] { showAbout(messageBox_, dataFile_); });
 
     // Not the toolkit's own help of this key (QWhatsThis), which takes the next key or click for itself.
     auto* const announcer = form.findChild<Announcer*>();

@@ -88,9 +88,9 @@ double decimalValue(std::string_view plain)
 double digitsInBase(std::string_view text, int base)
 {
     double value = 0;
-    for (const char c : text) {
+    for (const char* at = text.data(); at != text.data() + text.size(); ++at) {
         int digit = base;
-        std::from_chars(&c, &c + 1, digit, base);
+        std::from_chars(at, at + 1, digit, base);
         if (digit == base)
             break;
         value = value * base + digit;

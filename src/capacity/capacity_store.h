@@ -1,108 +1,40 @@
 #pragma once
 
+#include "capacity/capacity_rows.h"
 #include "capacity/file_check.h"
-#include "capacity/file_stamp.h"
 
-#include <chrono>
-#include <cstddef>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
-#include <vector>
 
 class NumberText;
-struct sqlite3;
-struct sqlite3_stmt;
-
-/// Names of the columns to walk by; case does not matter, as in SQL. A missing one is a silent failure.
-using Columns = std::vector<const char*>;
-
-/// Rows of one table or query, walked one after the other. Holds the data file open for as long as it lives. The
-/// columns named when the rows are opened are read in every row and numbered in that order.
-///
-/// Any failure of the file, an empty value where one is needed and a read without a current row are silent failures; a
-/// value that cannot be read as the number or text wanted is a type mismatch. A file that fails while it is read cannot
-/// be read for the rest of the click.
-class CapacityRows
-{
-public:
-    CapacityRows(CapacityRows&&) = default;
-
-    /// True once the walk has passed the last row.
-    bool atEnd() const { return atEnd_; }
-    void next();
-
-    /// Steps back to the row before; there is none before the first one. It ends the walk: only reads may follow.
-    void previous();
-
-    /// A value of the current row as a number; nullopt when it is empty.
-    std::optional<double> numberOrEmpty(std::size_t column) const;
-    double number(std::size_t column) const;
-
-    /// A value of any other column of the current row; not after a step back.
-    double number(const char* column) const;
-    std::string text(const char* column) const;
-
-private:
-    friend class CapacityStore;
-
-    struct Closer
-    {
-        void operator()(sqlite3* file) const;
-        void operator()(sqlite3_stmt* statement) const;
-    };
-    struct Cell
-    {
-        int type = 0; ///< SQLite's type code
-        double number = 0;
-        std::string text;
-
-        std::optional<double> numberOrEmpty() const;
-        double numberNeeded() const;
-    };
-    using Row = std::vector<Cell>;
-
-    explicit CapacityRows(bool& unreadable) : unreadable_(&unreadable) {}
-    [[noreturn]] void fail() const;
-    void prepare(const std::string& sql, const Columns& columns);
-    void step();
-    void read(int position, Cell& into) const;
-    const Cell& cell(std::size_t column) const;
-    Cell cellOf(const char* column) const;
-
-    using Deadline = std::chrono::steady_clock::time_point;
-
-    bool* unreadable_;                                                  ///< of the store
-    std::unique_ptr<Deadline> deadline_ = std::make_unique<Deadline>(); ///< known to the open file
-    std::unique_ptr<sqlite3, Closer> file_;
-    std::unique_ptr<sqlite3_stmt, Closer> statement_; ///< closed before the file
-    std::vector<int> positions_;                      ///< of the walked columns in the statement's rows
-    Row current_;
-    Row before_; ///< the row walked over last
-    bool atEnd_ = false;
-    bool hasBefore_ = false;
-};
 
 /// The capacity data file `capacities.mdb`: an SQLite 3 file of valve capacity tables and large-tank breathing tables.
-/// Every call opens the file afresh, shared and without ever creating it, and nothing is ever written
-/// (capacity/read_only_vfs).
 ///
-/// A file is whole or it is no file: after any change of it, it is checked before anything is read
-/// (capacity/file_check). A file that is damaged, locked for two seconds of a click, or another one than earlier in the
-/// click cannot be read for the rest of that click: no valve comes of half a file. Only plain tables are read.
+/// A click reads it once, whole, into memory, and all lookups of the click walk these bytes: they come from one file,
+/// whatever happens to it meanwhile. Nothing of the file stays open, and nothing is ever written. A change counts from
+/// the next click. A file is whole or it is no file: new bytes are checked before anything is looked up
+/// (capacity/file_check). A file that cannot be read gives every lookup of the click nothing. Only plain tables are
+/// read.
 class CapacityStore
 {
 public:
     /// `file` is a path in UTF-8. `numbers` reads the Cv literal of a query text in the user's number format.
     CapacityStore(std::string file, const NumberText& numbers) : file_(std::move(file)), numbers_(&numbers) {}
-    CapacityStore(const CapacityStore&) = delete; // rows refer to it
+    CapacityStore(const CapacityStore&) = delete; // the open bytes refer to it
+    ~CapacityStore();
 
-    /// A new click begins: what could not be read in the one before may be read again.
+    /// A new click begins: its first lookup reads the file again.
     void beginClick();
 
-    /// Whether everything that this click has read came from one whole file, which still is as it was.
-    bool hasReadOneFile() const;
+    /// From now on no click reads the file again, once it has been read: a list is sized on one file.
+    void keepFile() { isKept_ = true; }
+
+    /// Whether the file is another one by now than the one that the lookups walk.
+    bool isReplaced() const;
+
+    /// Why this click cannot read the file: "capacities.mdb is missing"; "" when it can, or has not tried to.
+    std::string whyUnreadable() const;
 
     /// The rows of a capacity table, from the first, in the order of its index "Index": Pressure, then flow. The index
     /// of table T is the SQLite index "T.Index"; without it the table cannot be walked.
@@ -113,19 +45,22 @@ public:
     CapacityRows query(const std::string& text, const Columns& columns);
 
 private:
-    /// For another program's lock, in all of a click.
-    static constexpr std::chrono::milliseconds lockWait{2000};
+    struct Closer
+    {
+        void operator()(sqlite3* file) const;
+    };
 
-    CapacityRows open(const std::string& table);
-    void check(sqlite3* file, const FileStamp& stamp);
+    sqlite3* open(const std::string& table);
+    void read();
+    void openBytes();
 
     std::string file_;
     const NumberText* numbers_;
+    bool isKept_ = false;
 
-    std::optional<FileStamp> whole_;        ///< the settled state of the file that has passed the check
-    FileContents contents_;                 ///< of the file that passed last
-    std::optional<FileStamp> stampOfClick_; ///< when it began to read
-    std::optional<std::uint64_t> checksumOfClick_;
-    bool unreadable_ = false;                           ///< in this click
-    std::chrono::milliseconds lockWaitLeft_ = lockWait; ///< of the click
+    std::string bytes_;                     ///< of the file, as they were read last
+    std::unique_ptr<sqlite3, Closer> open_; ///< SQLite's view of these bytes, when they have passed the check
+    FileContents contents_;                 ///< of them
+    bool isRead_ = false;                   ///< in this click
+    CapacityClick click_;
 };

@@ -19,9 +19,12 @@ namespace
 constexpr int idOfCheckedFiles = 0x50414444; // application_id; "PADD"
 constexpr std::string_view checksumTable = "Checksum";
 
+constexpr int mostEntries = 200; // of the schema, which each lookup reads anew; a right file has less than twenty
+
 [[noreturn]] void fail(sqlite3* file)
 {
-    throw SilentFailure(sqlite3_errmsg(file));
+    const bool isLate = sqlite3_errcode(file) == SQLITE_INTERRUPT;
+    throw SilentFailure(isLate ? "takes too long to read" : std::string("is damaged: ") + sqlite3_errmsg(file));
 }
 
 /// Hands every row of `sql` to `onRow`.
@@ -91,34 +94,45 @@ private:
     std::uint64_t value_ = 0xCBF29CE484222325;
 };
 
-std::string quoted(const std::string& name)
-{
-    return '"' + name + '"'; // names with a quotation mark are sorted out before
-}
-
 bool hasGeneratedColumn(sqlite3* file, const std::string& table)
 {
     constexpr int hidden = 6; // column of the answer
     bool generated = false;
-    forEachRow(file, "PRAGMA table_xinfo(" + quoted(table) + ")",
+    forEachRow(file, "PRAGMA table_xinfo(" + sqlName(table) + ")",
                [&](sqlite3_stmt* row) { generated |= sqlite3_column_int(row, hidden) != 0; });
     return generated;
 }
 
-/// The tables and views as SQLite understands the file, whatever the file says of itself.
+bool isAlike(const std::string& one, const std::string& other)
+{
+    return sqlite3_stricmp(one.c_str(), other.c_str()) == 0;
+}
+
+/// The tables and views. SQLite opens no file whose schema calls a view a table, so that the schema can be asked which
+/// they are. SQLite's own list works out the columns of every view, which may take any time and memory.
 FileContents listTables(sqlite3* file)
 {
     FileContents contents;
-    forEachRow(
-        file,
-        "SELECT name, type FROM pragma_table_list WHERE schema = 'main' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
-        "ORDER BY name",
-        [&](sqlite3_stmt* row) {
-            const std::string name = textOf(row, 0);
-            const bool stored = textOf(row, 1) == "table" && name.find('"') == std::string::npos;
-            const bool plain = stored && !hasGeneratedColumn(file, name);
-            (plain ? contents.plain : contents.notPlain).push_back(name);
-        });
+    int entries = 0;
+    forEachRow(file, "SELECT type, name, sql FROM sqlite_schema ORDER BY name", [&](sqlite3_stmt* row) {
+        if (++entries > mostEntries)
+            throw SilentFailure("has too many tables and indexes");
+        const std::string type = textOf(row, 0);
+        const std::string name = textOf(row, 1);
+        if (isAlike(type, "index") || isAlike(type, "trigger") || sqlite3_strnicmp(name.c_str(), "sqlite_", 7) == 0)
+            return;
+        for (const auto* const names : {&contents.plain, &contents.notPlain})
+            if (std::ranges::any_of(*names, [&](const std::string& other) { return isAlike(other, name); }))
+                throw SilentFailure("is damaged: it has two tables " + name);
+        const bool stored = textOf(row, 2).starts_with("CREATE TABLE ") && name.find('"') == std::string::npos;
+        (stored ? contents.plain : contents.notPlain).push_back(name);
+    });
+    std::erase_if(contents.plain, [&](const std::string& name) {
+        const bool generated = hasGeneratedColumn(file, name);
+        if (generated)
+            contents.notPlain.push_back(name);
+        return generated;
+    });
     return contents;
 }
 
@@ -127,11 +141,11 @@ void refuseComputedIndexes(sqlite3* file)
 {
     bool computed = false;
     forEachRow(file,
-               "SELECT 1 FROM pragma_table_list AS t, pragma_index_list(t.name) AS i, pragma_index_xinfo(i.name) AS c "
-               "WHERE t.schema = 'main' AND (i.partial OR c.cid = -2) LIMIT 1",
+               "SELECT 1 FROM sqlite_schema AS t, pragma_index_list(t.name) AS i, pragma_index_xinfo(i.name) AS c "
+               "WHERE i.partial OR c.cid = -2 LIMIT 1",
                [&](sqlite3_stmt*) { computed = true; });
     if (computed)
-        throw SilentFailure("the data file has an index that is computed");
+        throw SilentFailure("has an index that is computed");
 }
 
 std::uint64_t checksumOf(sqlite3* file, const std::vector<std::string>& tables)
@@ -145,7 +159,7 @@ std::uint64_t checksumOf(sqlite3* file, const std::vector<std::string>& tables)
                addRow);
     for (const std::string& table : tables)
         if (table != checksumTable)
-            forEachRow(file, "SELECT * FROM " + quoted(table) + " NOT INDEXED", addRow);
+            forEachRow(file, "SELECT * FROM " + sqlName(table) + " NOT INDEXED", addRow);
     return hash.value();
 }
 
@@ -160,16 +174,16 @@ std::string asText(std::uint64_t checksum)
 
 FileContents checkFile(sqlite3* file)
 {
+    sqlite3_drop_modules(file, nullptr); // newer SQLite's check would run virtual tables, which may read views
     FileContents contents = listTables(file);
     refuseComputedIndexes(file);
     if (firstText(file, "PRAGMA integrity_check(1)") != "ok")
-        throw SilentFailure("the data file is damaged");
-    contents.checksum = checksumOf(file, contents.plain);
+        throw SilentFailure("is damaged");
     const bool hasTable = std::ranges::find(contents.plain, checksumTable) != contents.plain.end();
     const bool hasId = firstText(file, "PRAGMA application_id") == std::to_string(idOfCheckedFiles);
-    if ((hasId && !hasTable) ||
-        (hasTable && firstText(file, "SELECT value FROM Checksum NOT INDEXED") != asText(contents.checksum)))
-        throw SilentFailure("the data file is not as it was built");
+    if ((hasId && !hasTable) || (hasTable && firstText(file, "SELECT value FROM Checksum NOT INDEXED") !=
+                                                 asText(checksumOf(file, contents.plain))))
+        throw SilentFailure("is damaged: it is not as it was built");
     return contents;
 }
 
@@ -180,4 +194,12 @@ void writeChecksum(sqlite3* file)
                             "'); PRAGMA application_id = " + std::to_string(idOfCheckedFiles);
     if (sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
         fail(file);
+}
+
+std::string sqlName(const std::string& name)
+{
+    std::string text = "\"";
+    for (const char c : name)
+        text += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return text + '"';
 }

@@ -9,15 +9,17 @@ struct sqlite3;
 /// What a data file that is whole holds.
 struct FileContents
 {
-    std::uint64_t checksum = 0;        ///< over all plain tables
     std::vector<std::string> plain;    ///< tables that can be read without running anything
     std::vector<std::string> notPlain; ///< views, virtual tables, tables with generated columns: never read
 };
 
 /// Checks an open data file by SQLite's own means and against the checksum that `writeChecksum` has left in it; a file
-/// without one is checked by SQLite's means alone. Throws SilentFailure when the file is not whole or cannot be read.
-/// Reads all of it: in a transaction, what is read after it is what was checked.
+/// without one is checked by SQLite's means alone. Throws SilentFailure when the file is not whole, with the reason,
+/// which follows the file's name.
 FileContents checkFile(sqlite3* file);
+
+/// A name of a table or an index as SQL text writes it.
+std::string sqlName(const std::string& name);
 
 /// Writes the checksum of all tables into an open data file. Throws SilentFailure when that fails.
 void writeChecksum(sqlite3* file);

@@ -6,7 +6,6 @@
 std::optional<TablesLabel> tablesLabel(CapacityStore& store)
 {
     try {
-        store.beginClick();
         const CapacityRows row = store.query("SELECT label, date FROM Label", {});
         return TablesLabel{row.text("label"), row.text("date")};
     } catch (const std::runtime_error&) { // a failure of the file, or a label that is no text

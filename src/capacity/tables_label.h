@@ -18,6 +18,6 @@ inline std::string describe(const TablesLabel& tables)
     return tables.label + " (" + tables.date + ')';
 }
 
-/// The label in the table `Label` of the data file. Begins a click of its own. A file without a label, or one that
-/// cannot be read, has none.
+/// The label in the table `Label` of the data file that the store has read last: that of the sizing under way. A file
+/// without a label, or one that cannot be read, has none.
 std::optional<TablesLabel> tablesLabel(CapacityStore& store);

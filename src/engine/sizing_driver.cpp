@@ -81,7 +81,7 @@ void size(SizingContext& sizing)
     if (state.SizingError)
         return;
     modCheckValveData(sizing);
-    if (!sizing.store.hasReadOneFile()) { // a valve put together from two files, or from half of one, is none
+    if (!sizing.store.whyUnreadable().empty()) { // a valve of half a file is none
         modClearSizingData(sizing);
         refuseForCapacity(sizing);
         return;

@@ -1,8 +1,7 @@
 #include "platform/about.h"
 
-#include "base/failure.h"
 #include "base/message_box.h"
-#include "base/offered.h"
+#include "base/number_text.h"
 #include "capacity/capacity_store.h"
 #include "capacity/tables_label.h"
 
@@ -29,27 +28,23 @@ constexpr const char* systemsLibraries = "CUPS: Apache License 2.0, https://www.
 #endif
 
 /// What the tables are, or why nothing is known of them.
-std::string describeTables(CapacityStore& store)
+std::string describeTables(const std::string& dataFile)
 {
-    if (const std::optional<TablesLabel> label = tablesLabel(store))
-        return describe(*label);
-    try {
-        store.beginClick();
-        store.table(offers[0].valveTable, {"CV"});
-        return "not labelled";
-    } catch (const SilentFailure&) {
-        return "the data file is missing or cannot be read";
-    }
+    const NumberText numbers;
+    CapacityStore store(dataFile, numbers); // not that of the sizings, whose click this is not
+    const std::optional<TablesLabel> label = tablesLabel(store);
+    const std::string reason = store.whyUnreadable();
+    return label ? describe(*label) : reason.empty() ? "not labelled" : reason;
 }
 
 } // namespace
 
-void showAbout(MessageBox& messageBox, CapacityStore& store, const std::string& dataFile)
+void showAbout(MessageBox& messageBox, const std::string& dataFile)
 {
     const QFileInfo file(QString::fromStdString(dataFile));
     const QString since = file.exists() ? QLocale::system().toString(file.lastModified(), QLocale::ShortFormat)
                                         : QStringLiteral("missing");
-    const std::string tables = describeTables(store);
+    const std::string tables = describeTables(dataFile);
     const QString text = QStringLiteral("Halvor-ORM Blanketing Valve Sizing, version " SIZING_VERSION "\n\n"
                                         "Valve capacities: %1\n"
                                         "Data file: %2 (%3)\n\n"

@@ -2,12 +2,11 @@
 
 #include <string>
 
-class CapacityStore;
 class MessageBox;
 
 /// Says which program this is, what its data file is and since when it is there, and the licences of the libraries.
 /// `dataFile` is a path in UTF-8.
-void showAbout(MessageBox& messageBox, CapacityStore& store, const std::string& dataFile);
+void showAbout(MessageBox& messageBox, const std::string& dataFile);
 
 /// Opens the user guide that stands beside the program, with the desktop's own viewer; says so when it cannot.
 void openUserGuide(MessageBox& messageBox);

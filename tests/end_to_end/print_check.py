@@ -109,7 +109,7 @@ def press(*keys):
 @contextmanager
 def sized(program, sizing, customer):
     """The program with a valve selected."""
-    with Started([program]):
+    with Started([program]) as started:
         focus(SETUP)
         press(*(f"alt+{key}" for key in sizing[0]), "alt+n")
         run("xdotool", "type", "--delay", "2", customer)
@@ -117,7 +117,7 @@ def sized(program, sizing, customer):
         focus(MAIN)
         run("xdotool", "type", "--delay", "2", sizing[1])
         press("alt+s")
-        yield
+        yield started
 
 
 def print_in_vain():
@@ -132,7 +132,7 @@ def print_in_vain():
 
 
 def print_page(queue, directory, every_row=True):
-    """Presses "Prin&t", checks the page that reaches the queue, and returns the seconds that it takes."""
+    """Presses "Prin&t" and checks the page that reaches the queue."""
     before, start, page = len(jobs()), time.monotonic(), f"{directory}/{queue}.pdf"
     press("alt+t")
     wait_for("the print job", lambda: len(jobs()) > before)
@@ -141,7 +141,6 @@ def print_page(queue, directory, every_row=True):
     expect(run("lpstat", "-o", queue), f"not printed into {queue}")
     check_page(page, *QUEUES[queue], every_row)
     print(f"ok: {queue}, in the queue after {seconds * 1000:.0f} ms", flush=True)
-    return seconds
 
 
 def check_page(page, paper, width, height, foot, every_row):
@@ -197,29 +196,34 @@ def check(program, pages):
         expect(not jobs(), "printed with a button that must be dead")
     add_queue("letter")
     with sized(program, PAD, CUSTOMER):
-        seconds = [print_page("first", pages, every_row=False)]  # as there is no default
+        print_page("first", pages, every_row=False)  # as there is no default
     run("lpadmin", "-d", "letter")
     with sized(program, DEPAD, CUSTOMER):
         run("cupsreject", "letter")
         print_in_vain()
         run("cupsaccept", "letter")
-        seconds.append(print_page("letter", pages))
+        print_page("letter", pages)
     add_queue("deep")
     run("lpadmin", "-d", "deep")
     with sized(program, DEPAD, LONG_CUSTOMER):
-        seconds.append(print_page("deep", pages))
-    expect(min(seconds) < 0.5, "no print took less than half a second")
+        print_page("deep", pages)
 
 
-def main(mode, *rest):
+def skip_status():
+    """What to exit with where a tool is missing; None where none is."""
     os.environ["PATH"] += ":/usr/sbin:/sbin"
-    if missing := [tool for tool in TOOLS if not shutil.which(tool)]:
+    missing = [tool for tool in TOOLS if not shutil.which(tool)]
+    if missing:
         print(f"skipped: this check needs {', '.join(missing)}")
-        return 1 if os.environ.get("CI") else 77
+    return (1 if os.environ.get("CI") else 77) if missing else None
+
+
+@contextmanager
+def scheduler():
+    """A print scheduler in a temporary directory, which becomes the current one and the user's home."""
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("stopped"))
     for name in [name for name in os.environ if name.startswith(("LANG", "QT_", "DBUS_", "PRINTER", "LPDEST"))]:
         del os.environ[name]
-    start = Path.cwd()
     with tempfile.TemporaryDirectory(prefix="print-check-") as home:
         os.chdir(home)
         os.environ.update(LC_ALL="C.UTF-8", HOME=home, XDG_RUNTIME_DIR=f"{home}/run", CUPS_SERVER=f"{home}/socket")
@@ -227,16 +231,30 @@ def main(mode, *rest):
         Path("cups-files.conf").write_text("".join(f"{name} {home}{file}\n" for name, file in CUPS_FILES.items()))
         with Started(["cupsd", "-f", "-c", f"{home}/cupsd.conf", "-s", f"{home}/cups-files.conf"]):
             wait_for("the scheduler", Path("socket").exists)
-            if mode == "--queue":
-                add_queue("letter")
-                return subprocess.run(rest, cwd=start).returncode
-            # A server that ends can take the socket of the next one of its number with it: no other has one near this.
-            os.environ.update(DISPLAY=f":{1000 + os.getpid() % 50000}", QT_QPA_PLATFORM="xcb")
-            xvfb = ["Xvfb", os.environ["DISPLAY"], "-displayfd", "1", "-screen", "0", "1280x1024x24", "-noreset"]
-            with Started(xvfb, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as server:
-                expect(server.stdout.readline(), "the display does not start")
-                (start / rest[0]).mkdir(parents=True, exist_ok=True)
-                check(start / mode, start / rest[0])
+            yield
+
+
+@contextmanager
+def display():
+    # A server that ends can take the socket of the next one of its number with it: no other has one near this.
+    os.environ.update(DISPLAY=f":{1000 + os.getpid() % 50000}", QT_QPA_PLATFORM="xcb")
+    xvfb = ["Xvfb", os.environ["DISPLAY"], "-displayfd", "1", "-screen", "0", "1280x1024x24", "-noreset"]
+    with Started(xvfb, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as server:
+        expect(server.stdout.readline(), "the display does not start")
+        yield
+
+
+def main(mode, *rest):
+    if (status := skip_status()) is not None:
+        return status
+    start = Path.cwd()
+    with scheduler():
+        if mode == "--queue":
+            add_queue("letter")
+            return subprocess.run(rest, cwd=start).returncode
+        with display():
+            (start / rest[0]).mkdir(parents=True, exist_ok=True)
+            check(start / mode, start / rest[0])
     return 0
 
 

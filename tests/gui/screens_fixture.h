@@ -5,6 +5,7 @@
 #include "support/cases.h"
 #include "support/given_locale.h"
 #include "support/recording_printers.h"
+#include "support/temporary_directory.h"
 
 #include <QClipboard>
 #include <QComboBox>
@@ -23,8 +24,9 @@ class ScreensTest : public testing::Test
 {
 protected:
     explicit ScreensTest(const LocaleInfo* other = nullptr)
-        : screens(other != nullptr ? *other : locale, messages, printers, testTables())
+        : screens(other != nullptr ? *other : locale, messages, printers, dataFile.string())
     {
+        std::filesystem::copy_file(testTables(), dataFile);
         screens.showSetup();
     }
 
@@ -122,6 +124,8 @@ protected:
         EXPECT_EQ(found, expected) << control.objectName().toStdString();
     }
 
+    const TemporaryDirectory home;
+    const std::filesystem::path dataFile = home.path / "capacities.mdb";
     GivenLocale locale{"."};
     RecordedMessages messages;
     RecordingPrinters printers;

@@ -33,12 +33,6 @@ constexpr CaptionColumn captionColumns[] = {
     {"Comments", Label::lblComments},
 };
 
-std::string contents(const std::string& file)
-{
-    std::ifstream in(SIZING_CASES_DIR "/" + file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 /// The data file in a directory of its own, which goes with the run.
 struct TablesFile
 {
@@ -49,7 +43,7 @@ struct TablesFile
     {
         sqlite3* database = nullptr;
         sqlite3_open(path.c_str(), &database);
-        const int result = sqlite3_exec(database, contents("tables.sql").c_str(), nullptr, nullptr, nullptr);
+        const int result = sqlite3_exec(database, caseText("tables.sql").c_str(), nullptr, nullptr, nullptr);
         sqlite3_close(database);
         if (result != SQLITE_OK)
             throw std::runtime_error("the tables of the tests are wrong");
@@ -57,6 +51,12 @@ struct TablesFile
 };
 
 } // namespace
+
+std::string caseText(const std::string& file)
+{
+    std::ifstream in(SIZING_CASES_DIR "/" + file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
 
 std::vector<Case> readCases(const std::string& file)
 {

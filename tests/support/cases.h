@@ -21,7 +21,10 @@ private:
     std::map<std::string, std::string> fields_;
 };
 
-/// The rows of tests/cases/`file`.
+/// What tests/cases/`file` holds.
+std::string caseText(const std::string& file);
+
+/// Its rows.
 std::vector<Case> readCases(const std::string& file);
 
 /// A data file for the tests, made once a run: every valve passes 10 x Cv x pressure in the unit of its table, so that

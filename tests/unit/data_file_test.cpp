@@ -1,3 +1,5 @@
+#include "capacity/data_file.h"
+#include "capacity/tables_label.h"
 #include "support/data_file_fixture.h"
 
 #include <chrono>
@@ -29,32 +31,68 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
     const std::string endless =
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i AS TankVol, i "
         "AS Pad, i AS DepadHFP, i AS DepadLFP FROM n";
+    // Each is small, and worked out in full takes 100 MB or more.
+    std::string view = "CREATE VIEW v AS WITH a0 AS (SELECT 1 AS x)";
+    std::string generated = "CREATE TABLE g (w0";
+    std::string tables;
+    for (int i = 1; i < 200; ++i) {
+        const std::string own = std::to_string(i), before = std::to_string(i - 1);
+        if (i < 18)
+            view += ", a" + own + " AS (SELECT one.x FROM a" + before + " AS one, a" + before + " AS two)";
+        if (i < 20)
+            generated += ", w" + own + " INT NOT NULL AS (w" + before + " + w" + before + ")";
+        tables += "; CREATE TABLE t" + own + " (x)";
+    }
+    view += " SELECT * FROM a17";
+    const std::string schemaRow = "; PRAGMA writable_schema = ON; INSERT INTO sqlite_schema VALUES ('table', ";
     struct Fault
     {
         const char* name;
         std::function<void()> make;
         std::string answer = refusal;
+        std::string reason = ""; ///< follows the name of the file
     };
     for (const Fault& fault : std::initializer_list<Fault>{
              {"none", [] {}, "20 64"},
-             {"missing", [&] { std::filesystem::remove(file); }},
-             {"a directory", [&] { std::filesystem::remove(file), std::filesystem::create_directory(file); }},
-             {"empty", [&] { write(""); }},
-             {"not SQLite", [&] { write(std::string(8192, 'x')); }},
+             {"missing", [&] { std::filesystem::remove(file); }, refusal, "is missing"},
+             {"a directory", [&] { std::filesystem::remove(file), std::filesystem::create_directory(file); }, refusal,
+              "is no file"},
+             {"empty", [&] { write(""); }, refusal, "is empty"},
+             {"not SQLite", [&] { write(std::string(8192, 'x')); }, refusal, "is damaged: file is not a database"},
              {"one byte short", [&] { write(whole.substr(0, whole.size() - 1)); }},
              {"short of its last page", [&] { write(whole.substr(0, whole.size() - 4095)); }},
-             {"a figure changed", [&] { sql("UPDATE USLargeTank SET Pad = 24999 WHERE Pad = 25000"); }},
+             {"a figure changed", [&] { sql("UPDATE USLargeTank SET Pad = 24999 WHERE Pad = 25000"); }, refusal,
+              "is damaged: it is not as it was built"},
+             {"a body size changed", [&] { sql("UPDATE psi_Pad SET Bodysize = '9'"); }},
+             {"too large", [&] { std::filesystem::resize_file(file, largestDataFile + 1); }, refusal,
+              "is too large: 48 MB, at most 48"},
              {"a figure changed and the checksum gone",
               [&] { sql("UPDATE psi_Pad SET flow = 9; DROP TABLE Checksum"); }},
              {"a file without a checksum", [&] { sql("SELECT 1" + noChecksum); }, "20 64"},
              {"a damaged file without one",
               [&] { sql("SELECT 1" + noChecksum), write(contents(file).substr(0, 20000)); }},
-             {"a hot journal", keepJournal},
-             {"a WAL beside it", [&] { std::ofstream(beside("-wal")) << "x"; }},
-             {"in WAL mode", [&] { sql("PRAGMA journal_mode = WAL"); }},
+             {"a hot journal", keepJournal, refusal, "is being changed by another program"},
+             {"a WAL beside it", [&] { std::ofstream(beside("-wal")) << "x"; }, refusal,
+              "is being changed by another program"},
+             {"in WAL mode", [&] { sql("PRAGMA journal_mode = WAL"); }, refusal,
+              "is in WAL mode, in which other files belong to it"},
              {"an endless view",
-              [&] { sql("DROP TABLE USLargeTank; CREATE VIEW USLargeTank AS " + endless + noChecksum); }},
+              [&] { sql("DROP TABLE USLargeTank; CREATE VIEW USLargeTank AS " + endless + noChecksum); }, refusal,
+              "has no plain table USLargeTank"},
              {"a huge column", [&] { sql("ALTER TABLE psi_Pad ADD x AS (zeroblob(400000000))" + noChecksum); }},
+             {"a view that grows", [&] { sql(view + noChecksum); }, "20 64"},
+             {"and is a table, too",
+              [&] { sql(view + schemaRow + "'V', 'V', 2, 'CREATE TABLE IF NOT EXISTS V(x)')" + noChecksum); }},
+             {"and is read by a virtual table",
+              [&] {
+                  sql(view + schemaRow + "'f', 'f', 0, 'CREATE VIRTUAL TABLE f USING fts4(content=v)')" + noChecksum);
+              },
+              "20 64"},
+             {"a column that grows", [&] { sql(generated + ")" + noChecksum); }},
+             {"very many tables", [&] { sql("SELECT 1" + tables + noChecksum); }, refusal,
+              "has too many tables and indexes"},
+             {"a table with a very long text",
+              [&] { sql("CREATE TABLE t (x DEFAULT '" + std::string(10'000, 'x') + "')" + noChecksum); }},
              {"no table", [&] { sql("DROP TABLE psi_Pad" + noChecksum); }},
              {"no index", [&] { sql("DROP INDEX \"psi_Pad.Index\"" + noChecksum); }},
              {"no Cv column", [&] { sql("ALTER TABLE psi_Pad RENAME CV TO Kv" + noChecksum); }},
@@ -68,7 +106,12 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         fault.make();
         const auto before = everything();
         const auto start = std::chrono::steady_clock::now();
+        sqlite3_memory_highwater(1);
         EXPECT_EQ(size(), fault.answer) << fault.name;
+        if (!fault.reason.empty()) {
+            EXPECT_EQ(store.whyUnreadable(), "capacities.mdb " + fault.reason);
+        }
+        EXPECT_LT(sqlite3_memory_highwater(0), 20'000'000) << fault.name;
         EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << fault.name; // on a busy machine
         EXPECT_EQ(everything(), before) << fault.name;
     }
@@ -88,55 +131,59 @@ struct BusyScreen : PlainScreen
     }
 };
 
-TEST_F(DataFile, AChangeInTheMiddleOfAClickEndsInTheRefusal)
+TEST_F(DataFile, AClickIsSizedOnTheFileThatItBeganWith)
 {
     const std::string whole = contents(file);
-    sqlite3* other = nullptr;
-    const auto lock = [&] {
-        sqlite3_open(file.string().c_str(), &other);
-        sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-    };
-    const auto cut = [&] { std::filesystem::resize_file(file, whole.size() - 4096); };
-    const auto rewrite = [&] { std::ofstream(file, std::ios::binary) << whole; };
-    for (const auto& [label, change] :
-         std::initializer_list<std::pair<Label, std::function<void()>>>{{Label::lblPRFlow, cut},
-                                                                        {Label::lblPRFlow, rewrite},
-                                                                        {Label::lblCV, lock},
-                                                                        {Label::lblValveBodySize, rewrite},
-                                                                        {Label::lblMaxValveCapacity, cut}}) {
-        rewrite();
+    const auto write = [&](const std::string& bytes) { std::ofstream(file, std::ios::binary) << bytes; };
+    for (const Label label : {Label::lblPRFlow, Label::lblCV, Label::lblMaxValveCapacity}) {
+        write(whole);
         BusyScreen busy;
         busy.when = label;
-        busy.act = change;
+        busy.act = [&] { write(whole.substr(0, whole.size() - 4096)); };
         busy.boxes = {{Box::txtPumpRate, "100"},
                       {Box::txtPressure, "150"},
                       {Box::txtSpecGrav, "0.97"},
                       {Box::txtTankVolume, "1000000"}};
         SizingContext context{state, busy, messages, numbers, store};
         cmdCalcFlowRate_Click(context);
-        EXPECT_EQ(busy.caption(Label::lblComments), refusal) << static_cast<int>(label);
-        EXPECT_EQ(busy.caption(Label::lblPercentValveCapacity), "");
-        sqlite3_close(std::exchange(other, nullptr));
+        EXPECT_EQ(busy.caption(Label::lblPercentValveCapacity), "86") << static_cast<int>(label);
+        EXPECT_EQ(size(), refusal) << "the next click reads the file again";
     }
-    EXPECT_TRUE(messages.texts.empty());
 }
 
-/// Two seconds a click in all; a lock that ends before them costs nothing but time.
-TEST_F(DataFile, ALockedFileIsWaitedForAWhile)
+/// As a program leaves it that writes through a mapping.
+TEST_F(DataFile, AChangeThatLeavesNoTimeIsSeen)
 {
-    sqlite3* other = nullptr;
-    ASSERT_EQ(sqlite3_open(file.string().c_str(), &other), SQLITE_OK);
-    sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+    ASSERT_EQ(size(), "20 64");
+    const auto time = std::filesystem::last_write_time(file);
+    sql("UPDATE USLargeTank SET Pad = Pad - 1");
+    std::filesystem::last_write_time(file, time);
+    EXPECT_EQ(size(), refusal);
+    EXPECT_EQ(store.whyUnreadable(), "capacities.mdb is damaged: it is not as it was built");
+}
+
+TEST_F(DataFile, AFileInTheMiddleOfAChangeIsWaitedForAWhile)
+{
+    const std::filesystem::path journal = file.string() + "-journal";
+    std::ofstream(journal) << "x";
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(size(), refusal);
     EXPECT_GT(std::chrono::steady_clock::now() - start, 1900ms);
     EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
-    std::thread release([other] {
-        std::this_thread::sleep_for(500ms);
-        sqlite3_close(other);
+    std::thread end([&] {
+        std::this_thread::sleep_for(300ms);
+        std::filesystem::remove(journal);
     });
     EXPECT_EQ(size(), "20 64");
-    release.join();
+    end.join();
+}
+
+TEST_F(DataFile, ThatAnEarlierVersionBuiltIsRead)
+{
+    std::filesystem::remove(file);
+    sql(caseText("earlier_file.sql"));
+    EXPECT_EQ(size(), "20 64"); // 25800 of 40000 SCFH are a half more
+    EXPECT_EQ(describe(tablesLabel(store).value()), "by hand (2026-11-01)");
 }
 
 } // namespace

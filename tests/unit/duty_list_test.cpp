@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
 #include <sstream>
 
@@ -130,7 +131,22 @@ TEST(DutyList, RefusesListsThatCannotBeRead)
     EXPECT_TRUE(refusalOf("\nGas,Pumprate\n").starts_with("2: column 2, \"Pumprate\": a column is Tag Number, Valve"));
     EXPECT_EQ(refusalOf("Gas,Notes,gas\n"), "1: column 3, \"gas\": it stands twice");
     EXPECT_TRUE(refusalOf("Gas;Pressure\nx;1.5\ny;\u00A02,5 \n").starts_with("3: numbers are written in two ways"));
-    EXPECT_TRUE(refusalOf("Gas\n", "/nowhere").starts_with("the valve tables cannot be read: no data file"));
+    EXPECT_EQ(refusalOf("Gas,Notes\nx,\"a\n\xBD\"\n"), "3: the text is not UTF-8: save it as CSV in UTF-8");
+    EXPECT_EQ(refusalOf("Gas\n", "/nowhere"), "the valve tables cannot be read: nowhere is missing");
+}
+
+TEST(DutyList, SizesAllRowsOnOneFile)
+{
+    const TemporaryDirectory temporary;
+    const std::filesystem::path file = temporary.path / "tables.mdb";
+    std::filesystem::copy_file(testTables(), file);
+    std::istringstream in("Pump Rate,Pressure,Tank Volume\n100,60,1000\n100,60,1000\n");
+    DutyList list(in, file.string());
+    EXPECT_FALSE(list.isDataFileReplaced());
+    const std::string first = list.answer(*list.next());
+    std::ofstream(file) << "another file";
+    EXPECT_EQ(list.answer(*list.next()), first);
+    EXPECT_TRUE(list.isDataFileReplaced());
 }
 
 TEST(DutyList, AnswersAsTheListIsWritten)
@@ -171,10 +187,12 @@ TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
         EXPECT_EQ(write(files, tag), "");
     for (const char* const name : {"T-1.pdf", "t-1 (2).pdf", "line 2.pdf"})
         EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / name)) << name;
+    std::ofstream(temporary.path / "new" / "T-1.pdf.new-backup") << "somebody's own";
     SummaryFiles again(temporary.path / "new", pdf, "today", false);
     EXPECT_NE(write(again, "T-1").find("it exists already"), std::string::npos);
     SummaryFiles forced(temporary.path / "new", pdf, "today", true);
     EXPECT_EQ(write(forced, "T-1"), "");
+    EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / "T-1.pdf.new-backup"));
 }
 
 } // namespace

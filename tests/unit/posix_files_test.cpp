@@ -1,11 +1,14 @@
 #include "support/build_fixture.h"
 #include "support/data_file_fixture.h"
+#include "support/full_disk.h"
+#include "system.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <optional>
 
 // What modes, owners, links, limits and the environment of POSIX systems have to do with files.
 
@@ -17,17 +20,11 @@ TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
     ASSERT_EQ(build(), 0) << messages;
     fs::copy_file(database, root / "built.mdb");
     write(database, before);
-    rlimit limitBefore;
-    getrlimit(RLIMIT_FSIZE, &limitBefore);
-    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small{12'500, limitBefore.rlim_max}; // as a full disk
-    setrlimit(RLIMIT_FSIZE, &small);
+    std::optional<FullDisk> disk(12'500);
     expectRefused("");
     const std::string whenBuilt = messages;
-    const int exported = command({"--export", (root / "built.mdb").string(), (root / "csv").string()});
-    setrlimit(RLIMIT_FSIZE, &limitBefore);
-    std::signal(SIGXFSZ, signalBefore);
-    EXPECT_EQ(exported, 1);
+    EXPECT_EQ(command({"--export", (root / "built.mdb").string(), (root / "csv").string()}), 1);
+    disk.reset();
     EXPECT_TRUE(reported((root / "csv" / "psi_Depad.csv").string() + ": error", "File too large")) << messages;
     EXPECT_TRUE(fs::is_empty(root / "csv")) << "what was written would be in the way";
     messages = whenBuilt;
@@ -53,10 +50,11 @@ TEST_F(BuildCapacities, TakesThePlaceOfTheFileThatWasThere)
     fs::rename(database, real);
     fs::create_symlink("real.mdb", database);
     fs::permissions(real, fs::perms(0640));
-    write(root / "out" / "real.mdb.new-killed", "what a killed run has left");
+    write(root / "out" / "real.mdb.new-tables", "somebody's own");
     const mode_t maskBefore = umask(077);
     EXPECT_EQ(build(), 0) << messages;
-    EXPECT_EQ(filesBesideOutput(), 2);
+    EXPECT_EQ(filesBesideOutput(), 3);
+    EXPECT_EQ(contents(root / "out" / "real.mdb.new-tables"), "somebody's own");
     EXPECT_TRUE(fs::is_symlink(database));
     EXPECT_EQ(fs::status(real).permissions(), fs::perms(0640));
     EXPECT_NE(contents(real), before);
@@ -64,6 +62,23 @@ TEST_F(BuildCapacities, TakesThePlaceOfTheFileThatWasThere)
     EXPECT_EQ(build(), 0) << messages;
     EXPECT_EQ(fs::status(real).permissions(), fs::perms(0644));
     umask(maskBefore);
+}
+
+TEST_F(BuildCapacities, AnInterruptionLeavesNothingBehind)
+{
+    const auto interrupt = [](int) { std::raise(SIGINT); };
+    const auto exit = testing::ExitedWithCode(1);
+    EXPECT_EXIT((prepareConsole(), interrupt(0), std::exit(build())), exit, "") << "while the tables were read";
+    EXPECT_EXIT(
+        {
+            const FullDisk disk(12'500);
+            std::signal(SIGXFSZ, interrupt);
+            std::exit(build());
+        },
+        exit, "")
+        << "in the middle of the file";
+    EXPECT_EQ(filesBesideOutput(), 1);
+    EXPECT_TRUE(contents(database) == before);
 }
 
 TEST_F(DataFile, AReadOnlyFileIsRead)

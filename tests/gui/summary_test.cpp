@@ -1,0 +1,141 @@
+#include "gui/main_form_fixture.h"
+
+#include "app/announcer.h"
+#include "support/full_disk.h"
+#include "support/temporary_directory.h"
+
+#include <QFileDialog>
+#include <QSettings>
+#include <QToolTip>
+
+#include <sqlite3.h>
+
+#include <fstream>
+
+namespace
+{
+
+class SummaryTest : public MainFormTest
+{
+protected:
+    /// Presses Ctrl+S in a control; names the file where it is asked for, and gives whether it was.
+    bool pressCtrlS(const char* control)
+    {
+        bool isAsked = false;
+        QTimer::singleShot(0, &get<QWidget>(control), [&] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            if (dialog == nullptr)
+                return;
+            isAsked = true;
+            dialog->setOption(QFileDialog::DontConfirmOverwrite);
+            dialog->selectFile(file);
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+        get<QWidget>(control).setFocus();
+        key(Qt::Key_S, Qt::ControlModifier);
+        QCoreApplication::processEvents();
+        return isAsked;
+    }
+
+    const TemporaryDirectory temporary;
+    const QString directory = QString::fromStdString(temporary.path.string());
+    const QString file = directory + "/TK-1";
+};
+
+TEST_F(SummaryTest, IsSavedAndResultsAreCopied)
+{
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, directory);
+    openDepad();
+    EXPECT_FALSE(pressCtrlS("cmdExit"));
+    EXPECT_EQ(shown("lblComments"), "You must size a valve before printing.");
+    sizeDepad();
+    EXPECT_FALSE(pressCtrlS("txtPumpRate")) << "beeps, like every letter";
+    EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
+    QFile saved(file + ".pdf");
+    EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
+    const QByteArray whole = saved.readAll();
+    EXPECT_TRUE(whole.startsWith("%PDF"));
+    saved.close();
+
+    activate();
+    {
+        const FullDisk disk(20'000);
+        EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
+    }
+    EXPECT_EQ(messages.texts, std::vector<std::string>{"The summary is not saved: File too large"});
+    EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(saved.readAll() == whole);
+    EXPECT_EQ(QDir(directory).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("TK-1.pdf"))
+        << "and nothing else";
+
+    activate();
+    key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    const QString copied = QApplication::clipboard()->text();
+    for (const char* const line :
+         {"Pump-In Rate\t50 m3/Hr\n", "Outbreathing Flow\t5 Nm3/Hr\n", "Valve Coefficient\t3\n"})
+        EXPECT_TRUE(copied.contains(line)) << copied.toStdString();
+}
+
+TEST_F(SummaryTest, NamesTheTablesThatWereSizedOn)
+{
+    const auto put = [&](const std::string& label) {
+        std::filesystem::copy_file(testTables(), dataFile, std::filesystem::copy_options::overwrite_existing);
+        sqlite3* database = nullptr;
+        sqlite3_open(dataFile.string().c_str(), &database);
+        const std::string sql = "CREATE TABLE Label (label, date); INSERT INTO Label VALUES ('" + label + "', 'today')";
+        EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(database);
+    };
+    put("tables A");
+    openDepad();
+    sizeDepad();
+    put("tables B");
+    screens.form()->actions().last()->trigger();
+    EXPECT_NE(messages.texts.back().find("Valve capacities: tables B (today)"), std::string::npos) << "About";
+    EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
+    QFile saved(file + ".pdf");
+    EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
+    const QByteArray label = QStringEncoder(QStringEncoder::Utf16BE).encode(QStringLiteral("tables A"));
+    EXPECT_TRUE(saved.readAll().contains(label));
+}
+
+/// Beside the stated refusal, until a click can read the file again.
+TEST_F(SummaryTest, IsNotMadeWhereTheDataFileCannotBeRead)
+{
+    openDepad();
+    sizeDepad();
+    std::filesystem::resize_file(dataFile, 100);
+    press("cmdCalcFlowRate");
+    const std::string reason = "capacities.mdb is damaged: database disk image is malformed";
+    EXPECT_EQ(get<QLabel>("lblComments").toolTip().toStdString(), reason);
+    EXPECT_TRUE(QToolTip::text().contains(QString::fromStdString(reason)));
+    EXPECT_TRUE(screens.form()->findChild<Announcer*>()->accessibleName().endsWith(
+        QString::fromStdString("pressure. " + reason + ".")));
+    get<QWidget>("txtStoredMaterial").setFocus();
+    key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(QApplication::clipboard()->text().contains(QString::fromStdString("Data File\t" + reason + "\n")));
+    EXPECT_FALSE(pressCtrlS("txtStoredMaterial"));
+    EXPECT_EQ(messages.texts, std::vector<std::string>{"The summary is not saved: " + reason});
+    std::filesystem::copy_file(testTables(), dataFile, std::filesystem::copy_options::overwrite_existing);
+    sizeDepad();
+    EXPECT_EQ(get<QLabel>("lblComments").toolTip(), "");
+}
+
+TEST_F(SummaryTest, PrintsTheLastSizingAndExits)
+{
+    openDepad();
+    sizeDepad();
+    press("cmdPrint");
+    ASSERT_TRUE(printers.printed);
+    EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "1500");
+    auto& form = dynamic_cast<MainScreen&>(*screens.form());
+    form.setPrintEnabled(false);
+    EXPECT_FALSE(get<QPushButton>("cmdPrint").isEnabled());
+
+    QTimer::singleShot(0, &get<QPushButton>("cmdExit"), &QPushButton::click);
+    QTimer::singleShot(5000, qApp, [] { QApplication::exit(1); });
+    EXPECT_EQ(QApplication::exec(), 0);
+    EXPECT_FALSE(screens.form()->isVisible());
+}
+
+} // namespace

@@ -1,0 +1,419 @@
+#include "base/checked_math.h"
+#include "build_command.h"
+#include "capacity/capacity_store.h"
+#include "capacity/cv_series.h"
+#include "capacity/table_lookups.h"
+#include "capacity/valve_results.h"
+#include "capacity/valve_selection.h"
+#include "engine/input_checks.h"
+#include "engine/tank_limits.h"
+#include "fresh_sizing.h"
+#include "support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <regex>
+#include <sstream>
+
+// The guide's chapter "How a valve is found" says how to work a duty by hand. Each figure in it is worked out here by
+// the program, on the nominal tables: text and program cannot part.
+
+namespace
+{
+
+const NumberText numbers;
+
+CapacityStore& nominalTables()
+{
+    static const TemporaryDirectory directory;
+    static const std::string file = (directory.path / "capacities.mdb").string();
+    std::ostringstream said;
+    [[maybe_unused]] static const int status = buildCapacities({SIZING_NOMINAL_DIR, file}, said, said);
+    static CapacityStore store(file, numbers);
+    return store;
+}
+
+std::string text(double value)
+{
+    return numbers.general(value); // 15 digits
+}
+std::string text(float value)
+{
+    return numbers.general(value); // 7 digits
+}
+std::string text(const std::string& value)
+{
+    return value;
+}
+
+/// The figures of a row of the guide, in their order.
+template <typename... Value>
+std::string figures(const Value&... value)
+{
+    std::string all;
+    ((all += (all.empty() ? "" : " ") + text(value)), ...);
+    return all;
+}
+
+/// The figures in a line of the guide, without those in names (API-2000, m3, psi_Pad) and the numbers of steps.
+std::string figuresIn(const std::string& line)
+{
+    static const std::regex names(R"(^\d+\. |step \d|API-2000|Series 6\d)");
+    static const std::regex figure(R"((^|[^A-Za-z0-9_])(\d[\d,]*(\.\d+)?))");
+    const std::string rest = std::regex_replace(line, names, "");
+    std::string all;
+    for (std::sregex_iterator found(rest.begin(), rest.end(), figure), end; found != end; ++found)
+        all += (all.empty() ? "" : " ") + std::regex_replace((*found)[2].str(), std::regex(","), "");
+    return all;
+}
+
+std::string guide()
+{
+    std::ifstream in(SIZING_USER_GUIDE, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+using Entries = std::map<Box, double>;
+
+/// A duty after one press of "&Select Valve Size".
+struct Duty : FreshSizing
+{
+    Duty(const char* model, const char* type, const char* method, const std::string& pressUnits, const Entries& entries)
+        : FreshSizing(*std::ranges::find_if(offers,
+                                            [&](const Offer& offer) {
+                                                return offer.valveModel == std::string(model) &&
+                                                       offer.valveType == std::string(type) &&
+                                                       offer.pressUnits == pressUnits;
+                                            }),
+                      method, numbers)
+    {
+        for (const auto& [box, value] : entries)
+            screen.boxes[box] = text(value);
+        click(numbers, nominalTables());
+    }
+    SizingContext context() { return {state, screen, messages, numbers, nominalTables()}; }
+    double tableFlow(double flow) { return ::tableFlow(context(), flow); }
+    double tableCapacity()
+    {
+        SizingContext sizing = context();
+        const auto flow = ::tableFlow(sizing, state.ShownTotalFlow);
+        return state.ValveType == choice::pad ? modLookupSCFHPad(sizing, state.InputPressure, flow)
+                                              : modLookupSCFHDepad(sizing, state.InputPressure, flow);
+    }
+};
+
+/// Of a pump rate and a tank volume of 1: the flows are the factors.
+SizingState factors(const char* type, const char* pressUnits, double flashPoint = 0)
+{
+    return Duty(choice::series63, type, choice::api2000, pressUnits,
+                {{Box::txtPumpRate, 1},
+                 {Box::txtTankVolume, 1},
+                 {Box::txtPressure, 1},
+                 {Box::txtFlashPoint, flashPoint}})
+        .state;
+}
+
+/// The figure from which on something holds, to five decimals.
+template <typename Holds>
+double firstWhere(double below, double above, Holds holds)
+{
+    while (above - below > 1e-6)
+        (holds((below + above) / 2) ? above : below) = (below + above) / 2;
+    return std::round(above * 1e5) / 1e5;
+}
+
+double highFrom(Box box, const std::string& pressUnits)
+{
+    return firstWhere(1, 1000, [&](double point) {
+        Duty duty(choice::series63, choice::depad, choice::api2000, pressUnits,
+                  {{Box::txtPumpRate, 1}, {Box::txtPressure, 20}, {Box::txtTankVolume, 1}, {box, point}});
+        return duty.state.HighFlashBoil;
+    });
+}
+
+/// The share of the smallest valve, in percent, from which on the caption begins, or no longer begins, with `words`.
+double shareWhere(const char* type, Label label, const std::string& words, bool begins)
+{
+    const bool pad = type == std::string(choice::pad);
+    const auto sized = [&](double pumpRate) {
+        return Duty(choice::series63, type, choice::directDisplacement, pad ? "PSI" : "in wc",
+                    {{Box::txtPumpRate, pumpRate}, {Box::txtPressure, 40}});
+    };
+    const double capacity = static_cast<double>(sized(1).state.MaxValveCap);
+    return firstWhere(0.1, 99, [&](double percent) {
+        return sized(percent / 100 * capacity / 8).screen.caption(label).starts_with(words) == begins;
+    });
+}
+
+float gasFactor(const char* type, double gravity)
+{
+    return Duty(choice::series63, type, choice::directDisplacement, "PSI",
+                {{Box::txtPumpRate, 1}, {Box::txtPressure, 25}, {Box::txtSpecGrav, gravity}})
+        .state.GasFactor;
+}
+
+/// k of the gas factor, by a gravity at which two decimals keep all of its digits.
+double rootOfTables(const char* type)
+{
+    return static_cast<double>(gasFactor(type, 0.0001)) / 100;
+}
+
+/// Of each pressure unit that a model is offered in.
+std::string pressures(const char* model, const char* type, std::string (*figuresOf)(const Offer&))
+{
+    std::string all;
+    for (const Offer& offer : offers)
+        if (offer.valveModel == std::string(model) && offer.valveType == std::string(type))
+            all += (all.empty() ? "" : " ") + figuresOf(offer);
+    return all;
+}
+
+std::string range(const Offer& offer)
+{
+    return figures(offer.lowest, offer.highest);
+}
+
+std::string least(const Offer& offer)
+{
+    return text(offer.minimum.lowest);
+}
+
+std::string series(const char* type)
+{
+    std::string all;
+    for (const float cv : cvSeries(type))
+        all += (all.empty() ? "" : " ") + text(cv);
+    return all;
+}
+
+/// A US pad duty by Direct Displacement with this total flow.
+Duty ofFlow(double flow)
+{
+    return Duty(choice::series61, choice::pad, choice::directDisplacement, "PSI",
+                {{Box::txtPumpRate, flow / 8}, {Box::txtPressure, 60}});
+}
+
+std::string shown(double flow)
+{
+    return figures(flow, ofFlow(flow).screen.caption(Label::lblTotalFlow));
+}
+
+std::string readBack(double flow)
+{
+    return figures(flow, double(ofFlow(flow).state.ShownTotalFlow));
+}
+
+/// The rows of a table on both sides of `x`.
+struct RowsAround
+{
+    double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+
+    RowsAround(const std::string& query, const char* key, const char* value, double x)
+    {
+        nominalTables().beginClick();
+        CapacityRows rows = nominalTables().query(query, {key, value});
+        for (; rows.number(std::size_t{0}) < x; rows.next()) {
+            x1 = rows.number(std::size_t{0});
+            y1 = rows.number(std::size_t{1});
+        }
+        x2 = rows.number(std::size_t{0});
+        y2 = rows.number(std::size_t{1});
+    }
+    explicit RowsAround(const SizingState& state)
+        : RowsAround("Select * FROM " + state.ValveTable + " WHERE CV = " + text(state.SelectedCv) +
+                         " ORDER BY Pressure ASC, flow ASC",
+                     "Pressure", "flow", state.InputPressure)
+    {
+    }
+
+    /// The figures of the straight line at `x`, as the guide writes it.
+    std::string line(double x) const { return figures(y2, x2, x, x2, x1, y2, y1); }
+};
+
+struct Row
+{
+    std::string begin;
+    std::string figures;
+};
+
+std::vector<Row> constants()
+{
+    const SizingState padUs = factors(choice::pad, "PSI");
+    const SizingState padMetric = factors(choice::pad, "kPa");
+    const SizingState lowUs = factors(choice::depad, "PSI");
+    const SizingState lowMetric = factors(choice::depad, "mbar");
+    const SizingState highUs = factors(choice::depad, "PSI", 999);
+    const SizingState highMetric = factors(choice::depad, "mbar", 999);
+    const auto seven = [](double value) { return text(static_cast<float>(value)); };
+    const auto perUnit = [&](double us, double metric) { return seven(us) + " " + seven(metric); };
+    Duty halves(choice::series63, choice::depad, choice::api2000, "mbar",
+                {{Box::txtPumpRate, 50}, {Box::txtPressure, 50}, {Box::txtTankVolume, 500}, {Box::txtFlashPoint, 60}});
+    const std::string leastPressures = pressures(choice::series61, choice::pad, least);
+    constexpr Label advice = Label::lblComments;
+    constexpr Label percent = Label::lblPercentValveCapacity;
+
+    EXPECT_EQ(perUnit(padUs.BreathingFlow, padMetric.BreathingFlow),
+              perUnit(lowUs.BreathingFlow, lowMetric.BreathingFlow));
+    EXPECT_EQ(leastPressures, pressures(choice::series63, choice::pad, least));
+    return {
+        {"| Pump flow: pad; Direct", perUnit(padUs.PumpFlow, padMetric.PumpFlow)},
+        {"| Pump flow: depad API-2000, high", perUnit(highUs.PumpFlow, highMetric.PumpFlow)},
+        {"| Pump flow: depad API-2000, low", perUnit(lowUs.PumpFlow, lowMetric.PumpFlow)},
+        {"| Breathing flow: pad; depad, low", "1 " + perUnit(1 / lowUs.BreathingFlow, lowMetric.BreathingFlow)},
+        {"| Breathing flow: depad, high", perUnit(highUs.BreathingFlow, highMetric.BreathingFlow)},
+        {"| Flash point", figures(highFrom(Box::txtFlashPoint, "in wc"), highFrom(Box::txtFlashPoint, "mbar"))},
+        {"| Boiling point", figures(highFrom(Box::txtBoilingPoint, "in wc"), highFrom(Box::txtBoilingPoint, "mbar"))},
+        {"| Large-tank limit", figures(smallTankGallons, smallTankCubicMeters)},
+        {"| Largest tank", figures(largestTankGallons, largestTankCubicMeters)},
+        {"| Largest pump rate", figures(largestPumpRate, largestPumpRate)},
+        {"| k: pad; depad", figures(rootOfTables(choice::pad), rootOfTables(choice::depad))},
+        {"| Pressure: Series 61", pressures(choice::series61, choice::pad, range)},
+        {"| Pressure: Series 63, pad", pressures(choice::series63, choice::pad, range)},
+        {"| Pressure: Series 63, depad", pressures(choice::series63, choice::depad, range)},
+        {"| Least pressure", figures(halfInchCv, leastPressures)},
+        {"| Cv series: pad", series(choice::pad)},
+        {"| Cv series: depad", series(choice::depad)},
+        {"| Advice, pad", figures(shareWhere(choice::pad, advice, "Consider", false),
+                                  shareWhere(choice::pad, advice, "If utilized", true))},
+        {"| Advice, depad", figures(shareWhere(choice::depad, advice, "Consider", false),
+                                    shareWhere(choice::depad, advice, "If utilized", true))},
+        {"| No advice of less pressure", figures(models[0].lowestPressure, models[1].lowestPressure)},
+        {"| Flows shown", figures(shown(0.999), shown(0.29), shown(2.97), shown(12.5), shown(13.5))},
+        {"| N |", figures(readBack(0.45), readBack(2.5), readBack(3.5), halves.screen.caption(Label::lblPRFlow),
+                          halves.screen.caption(Label::lblBRFlow), halves.screen.caption(Label::lblTotalFlow),
+                          halves.state.PumpFlow, halves.state.BreathingFlow, halves.state.TotalFlow)},
+        {"| g |", figures(double(std::numeric_limits<double>::digits10), rootOfTables(choice::pad), "1",
+                          gasFactor(choice::pad, 1))},
+        {"| Cv shown; share", figures("1", shareWhere(choice::pad, percent, "Less than 1%", false))},
+        {"| Factors, g, M, share", figures(double(std::numeric_limits<float>::digits), "2048 4096 1",
+                                           1 / (std::nextafter(2048.0F, 4096.0F) - 2048))},
+        {"| Factors with decimals",
+         figures(highUs.PumpFlow, lowUs.PumpFlow, padMetric.PumpFlow, lowMetric.PumpFlow, lowUs.BreathingFlow, "1 42",
+                 lowMetric.BreathingFlow, highUs.BreathingFlow, highMetric.BreathingFlow)},
+    };
+}
+
+/// The steps of a worked duty up to the lookup flow.
+void addFlows(std::vector<Row>& rows, Duty& duty, double pumpFactor, const std::string& breathing)
+{
+    const SizingState& state = duty.state;
+    const auto shownIn = [&](Label label) { return duty.screen.caption(label); };
+    const double root = rootOfTables(state.ValveType.c_str());
+    const double total = state.ShownTotalFlow;
+    const double factor = state.GasFactor;
+    rows.insert(
+        rows.end(),
+        {
+            {"| Pump flow", figures(state.PumpRate, pumpFactor, state.PumpFlow, shownIn(Label::lblPRFlow))},
+            {"| Breathing", figures(breathing, state.BreathingFlow, shownIn(Label::lblBRFlow))},
+            {"| Total flow",
+             figures(state.PumpFlow, state.BreathingFlow, state.TotalFlow, shownIn(Label::lblTotalFlow))},
+            {"| Gas factor", figures(root, state.SpecGravRoot, root / state.SpecGravRoot, state.GasFactor, factor)},
+            {"| F |", figures(total, state.GasFactor, static_cast<float>(total / factor), duty.tableFlow(total))},
+        });
+    EXPECT_EQ(shownIn(Label::lblComments), ""); // "no advice"
+}
+
+std::string shareOf(const Duty& duty)
+{
+    const SizingState& state = duty.state;
+    return figures(state.TotalFlow, double{state.MaxValveCap}, state.PercentCap,
+                   duty.screen.caption(Label::lblPercentValveCapacity));
+}
+
+void addPadDuty(std::vector<Row>& rows)
+{
+    Duty duty(choice::series61, choice::pad, choice::api2000, "PSI",
+              {{Box::txtSpecGrav, 0.6}, {Box::txtPumpRate, 150}, {Box::txtPressure, 45}, {Box::txtTankVolume, 20000}});
+    const SizingState& state = duty.state;
+    const SizingState factor = factors(choice::pad, "PSI");
+    const double pressure = state.InputPressure;
+    const double flow = duty.tableFlow(state.ShownTotalFlow);
+    const double capacity = duty.tableCapacity();
+    const double whole = toWhole(capacity);
+    const RowsAround around(state);
+
+    rows.push_back({"| On the summary", text(state.TotalFlow)});
+    rows.push_back({"**Pad, US:**", figures(state.SpecGrav, state.PumpRate, pressure, state.TankVolume)});
+    addFlows(rows, duty, factor.PumpFlow, figures(state.TankVolume, factor.BreathingFlow));
+    rows.insert(rows.end(), {
+                                {"| Cv, size", figures(pressure, flow, around.x2, around.y2, state.SelectedCv,
+                                                       figuresIn(state.ValveBodySize))},
+                                {"| C |", figures(around.line(pressure), capacity, whole)},
+                                {"| M |", figures(whole, double{state.GasFactor}, whole * double{state.GasFactor},
+                                                  double{state.MaxValveCap})},
+                                {"| Step up", text(state.TotalFlow)},
+                                {"| Share", shareOf(duty)},
+                            });
+}
+
+void addDepadDuty(std::vector<Row>& rows)
+{
+    Duty duty(choice::series63, choice::depad, choice::api2000, "mbar",
+              {{Box::txtSpecGrav, 1.52},
+               {Box::txtPumpRate, 200},
+               {Box::txtPressure, 135},
+               {Box::txtTankVolume, 4550},
+               {Box::txtFlashPoint, 60}});
+    Duty first = duty; // as before the step up
+    SizingContext sizing = first.context();
+    modGetValveData(sizing);
+    const SizingState& state = duty.state;
+    const double pressure = state.InputPressure;
+    const double factor = state.GasFactor;
+    const RowsAround tank("Select * FROM MetriclargeTank", "TankVol", "DepadHFP", state.TankVolume);
+    const RowsAround around(first.state);
+    const RowsAround stepped(state);
+    const auto capacity = [&](Duty& of) {
+        const double table = of.tableCapacity();
+        return figures(table, state.GasFactor, static_cast<float>(table * factor), of.state.MaxValveCap);
+    };
+    const double sizeFlow = duty.tableFlow(double{state.MaxValveCap});
+    EXPECT_EQ(modLookupCVDepad(sizing, pressure, toWhole(sizeFlow)), double{state.SelectedCv});
+
+    rows.push_back(
+        {"**Depad, metric:**", figures(state.SpecGrav, state.PumpRate, pressure, state.TankVolume, state.FlashPoint)});
+    addFlows(rows, duty, factors(choice::depad, "mbar", 60).PumpFlow, tank.line(state.TankVolume));
+    rows.insert(rows.end(),
+                {
+                    {"| Cv, size", figures(pressure, duty.tableFlow(state.ShownTotalFlow), around.x2, around.y2,
+                                           first.state.SelectedCv, figuresIn(first.state.ValveBodySize))},
+                    {"| C |", figures(around.line(pressure), first.tableCapacity())},
+                    {"| M |", capacity(first)},
+                    {"| Step up", figures(state.TotalFlow, first.state.MaxValveCap, state.SelectedCv)},
+                    {"| C |", figures(stepped.line(pressure), duty.tableCapacity())},
+                    {"| M |", capacity(duty)},
+                    {"| Size",
+                     figures(state.MaxValveCap, state.GasFactor, static_cast<float>(double{state.MaxValveCap} / factor),
+                             sizeFlow, stepped.x2, stepped.y2, figuresIn(state.ValveBodySize))},
+                    {"| Share", shareOf(duty)},
+                });
+}
+
+} // namespace
+
+TEST(UserGuide, WorksAValveOutWithTheProgramsOwnFigures)
+{
+    const std::string all = guide();
+    const auto start = all.find(". How a valve is found\n");
+    ASSERT_NE(start, std::string::npos);
+    std::istringstream chapter(all.substr(start, all.find("\n## ", start) - start));
+
+    std::vector<Row> expected = constants();
+    addPadDuty(expected);
+    addDepadDuty(expected);
+    auto row = expected.begin();
+    for (std::string line; std::getline(chapter, line);) {
+        const std::string found = figuresIn(line);
+        if (found.empty())
+            continue;
+        ASSERT_NE(row, expected.end()) << line;
+        EXPECT_TRUE(line.starts_with(row->begin)) << "expected " << row->begin << " and not " << line;
+        EXPECT_EQ(found, row->figures) << line;
+        ++row;
+    }
+    EXPECT_EQ(row, expected.end()) << row->begin;
+}
