@@ -9,18 +9,12 @@
 #include "table_text.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
-#include <cstring>
-#include <fstream>
 #include <sstream>
 
 namespace
 {
 
-constexpr Rule fileUnreadable{Severity::error, "the file cannot be read"};
-constexpr Rule fileNamedOtherwise{Severity::error, "the file is named otherwise", "rename it"};
-constexpr Rule fileTooLarge{Severity::error, "a file too large for a table", "look whether it is the right one"};
 constexpr Rule encodingWrong{Severity::error, "the text is not UTF-8", "save it as \"CSV UTF-8\""};
 constexpr Rule columnsNotSeparated{Severity::error, "the columns are not separated", "save it as CSV"};
 constexpr Rule numbersUnclear{Severity::error, "numbers cannot be read in exactly one way",
@@ -28,6 +22,8 @@ constexpr Rule numbersUnclear{Severity::error, "numbers cannot be read in exactl
 constexpr Rule columnsUnclear{Severity::error, "the columns are not clear", "correct the header row"};
 constexpr Rule unitDiffers{Severity::error, "figures in another unit",
                            "multiply them in the spreadsheet; nothing is converted unseen"};
+constexpr Rule figuresBeforeHeader{Severity::error, "a row of figures before the header",
+                                   "move it below, or delete it"};
 constexpr Rule titlePassedOver{Severity::note, "passed over, as it stands before the header"};
 constexpr Rule tableIsEmpty{Severity::error, "a table without rows", "add its rows"};
 constexpr Rule rowDoesNotFit{Severity::error, "a row does not fit the header", "add or delete fields"};
@@ -35,8 +31,6 @@ constexpr Rule quotingBroken{Severity::error, "broken quoting", "write a text wi
 constexpr Rule nothingInRow{Severity::error, "a row without a figure", "delete it, or enter the figure"};
 constexpr Rule lastLineHasNoEnd{Severity::warning, "the last line has no end, as if the file had been cut",
                                 "look whether rows are missing"};
-
-constexpr std::size_t mostBytes = 8'000'000; // 20,000 rows have two million
 
 std::string quotedText(const std::string& text)
 {
@@ -57,7 +51,7 @@ public:
 
     Table<Row> read()
     {
-        if (const auto bytes = readFile()) {
+        if (const auto bytes = bytesOf(path_, findings_)) {
             const TableText text = decoded(*bytes);
             if (text.encoding != nullptr)
                 report(encodingWrong, text.line, text.encoding, "UTF-8");
@@ -76,41 +70,6 @@ private:
     void report(const Rule& rule, std::size_t line, const std::string& found, const std::string& expected = "")
     {
         findings_.report(rule, table_.source, line, found, expected);
-    }
-
-    /// Spreadsheets and mails change the case of names; some systems do not tell such names apart.
-    void findNamedOtherwise()
-    {
-        std::error_code failure;
-        if (std::filesystem::exists(path_, failure))
-            return;
-        for (const auto& entry : std::filesystem::directory_iterator(path_.parent_path(), failure))
-            if (const std::string name = textOf(entry.path().filename()); isAlike(name, table_.source)) {
-                report(fileNamedOtherwise, 0, name, table_.source + ", capitals included");
-                path_ = entry.path();
-                return;
-            }
-    }
-
-    std::optional<std::string> readFile()
-    {
-        findNamedOtherwise();
-        errno = 0;
-        std::ifstream in(path_, std::ios::binary);
-        in.peek(); // a directory can be opened, but not read
-        if (in.bad() || !in.is_open()) {
-            const std::string reason = whyUnreadable(path_);
-            report(fileUnreadable, 0, reason.empty() ? std::strerror(errno) : reason);
-            return std::nullopt;
-        }
-        in.clear();
-        std::string bytes(mostBytes, '\0');
-        in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        bytes.resize(static_cast<std::size_t>(in.gcount()));
-        if (bytes.size() < mostBytes)
-            return bytes;
-        report(fileTooLarge, 0, "more than 8 million bytes");
-        return std::nullopt;
     }
 
     /// Splits the text by the separator that finds most names of columns. Whether there is a table in it.
@@ -157,7 +116,7 @@ private:
     {
         layout_ = findLayout(rows_, columns_);
         for (std::size_t at = 0; at < layout_.header; ++at)
-            report(titlePassedOver, rows_[at].line,
+            report(numbersIn(rows_[at]) > 1 ? figuresBeforeHeader : titlePassedOver, rows_[at].line,
                    quotedText(rows_[at].fields.empty() ? rows_[at].broken : rows_[at].fields.front()));
         const CsvRow& header = rows_[layout_.header];
         table_.isWhole = checkHeader(header);
@@ -191,6 +150,13 @@ private:
         table_.isWhole = 10 * unread_ <= std::ssize(rows_) && !table_.rows.empty(); // else single rows tell nothing
     }
 
+    static std::ptrdiff_t numbersIn(const CsvRow& row)
+    {
+        return std::ranges::count_if(row.fields, [](std::string_view text) {
+            return !text.empty() && text.find_first_not_of("0123456789.,") == std::string_view::npos;
+        });
+    }
+
     /// Whether each column is there, by its name or a likely one; columns without a name at the end are left out.
     bool checkHeader(const CsvRow& header)
     {
@@ -204,11 +170,12 @@ private:
         for (HeaderField& field : layout_.fields) {
             const bool isKnown = field.column != HeaderField::none;
             if (isKnown && std::ranges::find(seen, field.column) != seen.end()) {
-                report(columnsUnclear, header.line, "column " + quotedText(field.text) + " stands twice", "it once");
+                report(columnsUnclear, header.line, "column " + quotedText(field.text) + " stands twice",
+                       "each column once");
                 field.column = HeaderField::none;
             } else if (isKnown && !field.isExact) {
                 report(columnsUnclear, header.line, "unknown column " + quotedText(field.text),
-                       "perhaps " + quotedText(std::string(columns_[field.column].name)) + ", exactly so");
+                       "perhaps " + quotedText(std::string(columns_[field.column].name)));
             } else if (!isKnown && !field.cv) {
                 report(columnsUnclear, header.line, "unknown column " + quotedText(field.text), namesOfColumns());
             } else if (field.cv && field.bodySize.empty()) {

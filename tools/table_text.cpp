@@ -1,14 +1,28 @@
 #include "table_text.h"
 
 #include "csv_reader.h"
+#include "findings.h"
+#include "system.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
+#include <fstream>
 #include <string_view>
+
+namespace fs = std::filesystem;
+
+const Rule fileTooLarge{Severity::error, "a file too large for a table", "look whether it is the right one"};
 
 namespace
 {
+
+constexpr Rule fileUnreadable{Severity::error, "the file cannot be read"};
+constexpr Rule fileNamedOtherwise{Severity::error, "the file is named otherwise", "rename it"};
+
+constexpr std::size_t mostBytes = 8'000'000; // 20,000 rows have two million
 
 // Windows-1252 from 0x80 to 0x9F; above, it is Latin-1. 0 stands for a byte that it does not use.
 constexpr std::array<char32_t, 32> windows1252 = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -55,6 +69,35 @@ std::string fromWindows1252(std::string_view bytes)
 }
 
 } // namespace
+
+std::optional<std::string> bytesOf(fs::path path, Findings& findings)
+{
+    const std::string name = textOf(path.filename());
+    std::error_code failure;
+    if (!fs::exists(path, failure))
+        for (const auto& entry : fs::directory_iterator(path.parent_path(), failure))
+            if (const std::string other = textOf(entry.path().filename()); isAlike(other, name)) {
+                findings.report(fileNamedOtherwise, name, 0, other, name + ", capitals included");
+                path = entry.path();
+                break;
+            }
+    errno = 0;
+    std::ifstream in(path, std::ios::binary);
+    in.peek(); // a directory can be opened, but not read
+    if (in.bad() || !in.is_open()) {
+        const std::string reason = whyUnreadable(path);
+        findings.report(fileUnreadable, name, 0, reason.empty() ? std::strerror(errno) : reason);
+        return std::nullopt;
+    }
+    in.clear();
+    std::string bytes(mostBytes, '\0');
+    in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(in.gcount()));
+    if (bytes.size() < mostBytes)
+        return bytes;
+    findings.report(fileTooLarge, name, 0, "more than 8 million bytes");
+    return std::nullopt;
+}
 
 TableText decoded(const std::string& bytes)
 {

@@ -1,7 +1,18 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
+#include <optional>
 #include <string>
+
+class Findings;
+struct Rule;
+
+extern const Rule fileTooLarge;
+
+/// The bytes of the file of a table; nullopt for one that cannot be read, which is reported. One whose name has other
+/// capitals is reported and read: spreadsheets and mails change them, and some systems do not tell such names apart.
+std::optional<std::string> bytesOf(std::filesystem::path path, Findings& findings);
 
 /// A text in UTF-8, and what it was written in.
 struct TableText

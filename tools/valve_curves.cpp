@@ -48,8 +48,11 @@ double Rounding::unit(double value) const
     if (decade == decades_.end())
         return 0;
     const auto& [first, seen] = *decade;
-    const bool isFew = seen.count < 3; // one figure like 2000 does not say that all are given to thousands
-    const int place = isFew ? std::min(seen.place, first - 1) : seen.place;
+    // One figure like 2000 does not say that all are given to thousands: the larger ones tell.
+    const bool isFew = seen.count < 3;
+    const auto larger = std::next(decade);
+    const int place =
+        isFew ? std::min(seen.place, larger != decades_.end() ? larger->second.place : first - 1) : seen.place;
     return std::pow(10, place) * (seen.onlyHalves && !isFew ? 5 : 1);
 }
 

@@ -183,7 +183,8 @@ TEST_F(BuildCapacities, ChecksADataFile)
     }
     write(database, built.substr(0, built.size() - 4096));
     EXPECT_EQ(command({"--check", database.string()}), 1);
-    EXPECT_TRUE(reported(database.string() + ": error", "the program cannot read it: capacities.mdb is damaged: database disk image is malformed"))
+    EXPECT_TRUE(reported(database.string() + ": error",
+                         "the program cannot read it: capacities.mdb is damaged: database disk image is malformed"))
         << messages;
     EXPECT_TRUE(reported("build_capacities", "errors: 1, warnings: 0;")) << messages;
     for (const auto& [file, words] : {std::pair{root / "absent", "No such file"}, {root / "out", "Is a directory"}}) {

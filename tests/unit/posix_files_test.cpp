@@ -15,6 +15,14 @@
 namespace
 {
 
+TEST_F(BuildCapacities, FindsATableNamedWithOtherCapitals)
+{
+    fs::rename(root / "in" / "psi_Pad.csv", root / "in" / "psi_pad.csv");
+    expectRefused("other capitals");
+    EXPECT_TRUE(reported("psi_Pad.csv: error", "named otherwise: psi_pad.csv; expected psi_Pad.csv")) << messages;
+    EXPECT_TRUE(reported("build_capacities", "errors: 1, warnings: 0;")) << messages;
+}
+
 TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
 {
     ASSERT_EQ(build(), 0) << messages;
