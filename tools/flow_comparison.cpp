@@ -86,7 +86,7 @@ public:
 
     void run()
     {
-        std::vector<bool> isOff;
+        std::vector<bool> isOff; // each table is first compared with all others
         for (std::size_t at = 0; at < tables_.size(); ++at)
             isOff.push_back(compareTable(at));
         isOff_ = isOff;
@@ -317,13 +317,13 @@ private:
                         ofRows.push_back(point.share);
                     ofTables.push_back(median(ofRows));
                 }
-            if (!ofTables.empty())
+            if (!first.empty())
                 shares[cv] = median(ofTables);
         }
         std::vector<double> values;
         for (const auto& [cv, share] : shares)
             values.push_back(share);
-        if (values.size() < 3)
+        if (values.size() < 3) // nothing to stand out from
             return;
         const double middle = median(values);
         for (const auto& [cv, share] : shares)

@@ -35,7 +35,7 @@ void Rounding::add(double value)
     const int place = last < point ? static_cast<int>(point - last) - 1 : -static_cast<int>(last - point);
     Decade& decade = decades_[decadeOf(value)];
     if (decade.count++ == 0 || place < decade.place) {
-        decade.onlyHalves = text[last] == '5' && (decade.count == 1 || decade.place > place);
+        decade.onlyHalves = text[last] == '5';
         decade.place = place;
     } else if (place == decade.place) {
         decade.onlyHalves &= text[last] == '5';
