@@ -2,6 +2,7 @@
 
 #include "capacity_database.h"
 #include "capacity_tables.h"
+#include "complete_tables.h"
 #include "findings.h"
 #include "replacement_file.h"
 #include "system.h"
@@ -26,7 +27,7 @@ namespace
 
 constexpr const char* usage = R"(usage: build_capacities [--label TEXT] [--complete] IN_DIR OUT_FILE
        build_capacities --check FILE
-       build_capacities --export FILE OUT_DIR
+       build_capacities --export [--decimal-comma] FILE OUT_DIR
        build_capacities --help | --version
 
 Builds the data file OUT_FILE from the capacity tables, one CSV file each, in IN_DIR. What cannot be right is refused,
@@ -34,16 +35,18 @@ what is only odd is warned of. --label and --complete may stand in either order.
 
   --label     stores in the data file what its tables are, such as "nominal, computed", with the date of today (or of
               SOURCE_DATE_EPOCH); at most 100 bytes of UTF-8
-  --complete  fills the rows that a Cv lacks at pressures of the others, between its own rows on the straight line
+  --complete  lays pressures between those of a table where the steps from Cv to Cv need them, and fills the rows that a
+              Cv lacks; both between its own rows on the straight line
   --check     holds the tables of an existing data file to the same rules
-  --export    writes the tables of a data file as CSV files into OUT_DIR, where there must be none of them yet
+  --export    writes the tables of a data file as CSV files into OUT_DIR, where there must be none of them yet; with
+              --decimal-comma as a spreadsheet wants them that writes 1,5, as a German or a French one does
 
 Exit status: 0 done, 1 refused or not written, 2 wrong arguments.
 )";
 
-constexpr Rule cannotBeWritten{Severity::error, "cannot be written"};
-constexpr Rule onlyDataFiles{Severity::error, "only a data file is replaced"};
-constexpr Rule neverOverwritten{Severity::error, "a table that is there is not overwritten"};
+constexpr Rule cannotBeWritten{Severity::error, "the file cannot be written"};
+constexpr Rule isNoDataFile{Severity::error, "a file of another kind is there", "name another file"};
+constexpr Rule fileExists{Severity::error, "the file exists", "name another directory: no table is overwritten"};
 
 constexpr std::size_t mostOfLabel = 100; // bytes: one line of the screens and of the summary
 
@@ -166,7 +169,7 @@ int build(const BuildOptions& options, std::ostream& messages)
     }
     Findings findings(messages);
     if (!isReplaceable(file))
-        findings.report(onlyDataFiles, textOf(file), 0, "a file of another kind is there");
+        findings.report(isNoDataFile, textOf(file), 0, "", "a data file, or none");
     CapacityTables tables = readCapacityTables(pathOf(options.operands[0]), findings);
     tables.label = label;
     if (options.complete)
@@ -202,7 +205,7 @@ std::string shellText(const std::string& text)
     return quoted + '"';
 }
 
-int exportTables(const fs::path& file, const fs::path& directory, std::ostream& messages)
+int exportTables(const fs::path& file, const fs::path& directory, bool decimalComma, std::ostream& messages)
 {
     Findings findings(messages);
     const CapacityTables tables = readDatabase(file, findings);
@@ -215,14 +218,15 @@ int exportTables(const fs::path& file, const fs::path& directory, std::ostream& 
     forEachFile([&](const fs::path& path, const auto&) {
         std::error_code ignored;
         if (fs::exists(fs::symlink_status(path, ignored)))
-            findings.report(neverOverwritten, textOf(path), 0, "the file exists");
+            findings.report(fileExists, textOf(path), 0, "");
     });
     std::error_code failure;
     if (findings.errors() == 0 && !fs::create_directories(directory, failure) && failure)
         findings.report(cannotBeWritten, textOf(directory), 0, failure.message());
     std::vector<fs::path> written;
     forEachFile([&](const fs::path& path, const auto& table) {
-        if (findings.errors() == 0 && writeFile(path, csvText(table), &ReplacementFile::putInFreePlace, findings))
+        if (findings.errors() == 0 &&
+            writeFile(path, csvText(table, decimalComma), &ReplacementFile::putInFreePlace, findings))
             written.push_back(path);
     });
     if (findings.errors() > 0) // what is left would be in the way of the next attempt
@@ -252,8 +256,10 @@ int buildCapacities(const std::vector<std::string>& arguments, std::ostream& out
     if (isCommand("--check", 1))
         return check(pathOf(arguments[1]), messages);
     prepareConsole(); // so that Ctrl+C leaves no half file behind
-    if (isCommand("--export", 2))
-        return exportTables(pathOf(arguments[1]), pathOf(arguments[2]), messages);
+    if (isCommand("--export", 2) && arguments[1] != "--decimal-comma")
+        return exportTables(pathOf(arguments[1]), pathOf(arguments[2]), false, messages);
+    if (isCommand("--export", 3) && arguments[1] == "--decimal-comma")
+        return exportTables(pathOf(arguments[2]), pathOf(arguments[3]), true, messages);
     if (const auto options = readBuildOptions(arguments); options && options->operands.size() == 2)
         return build(*options, messages);
     messages << usage;

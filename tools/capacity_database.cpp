@@ -18,12 +18,12 @@
 namespace
 {
 
-constexpr Rule canBeOpened{Severity::error, "cannot be read"};
-constexpr Rule canBeRead{Severity::error, "the program cannot read it"};
-constexpr Rule storedRight{Severity::error, "numbers are stored as numbers, body sizes as text"};
-constexpr Rule notEmpty{Severity::error, "a table has rows"};
-constexpr Rule hasChecksum{Severity::warning,
-                           "the program cannot notice when the figures are damaged; --export and build"};
+constexpr Rule cannotBeOpened{Severity::error, "the file cannot be read"};
+constexpr Rule cannotBeRead{Severity::error, "the program cannot read it", "build the file anew"};
+constexpr Rule storedWrong{Severity::error, "a value is stored wrongly", "build the file with build_capacities"};
+constexpr Rule tableIsEmpty{Severity::error, "a table without rows", "build the file anew"};
+constexpr Rule hasNoChecksum{Severity::warning, "the file has no checksum",
+                             "--export it and build it anew, so that the program notices damaged figures"};
 
 /// What the program says only to itself.
 std::string reasonOf(const SilentFailure& failure)
@@ -108,7 +108,7 @@ bool isReadable(CapacityStore& store, const std::filesystem::path& file, Finding
         store.query("SELECT value FROM Checksum", {});
     } catch (const SilentFailure& failure) {
         const bool isWhole = store.whyUnreadable().empty();
-        findings.report(isWhole ? hasChecksum : canBeRead, textOf(file), 0, reasonOf(failure));
+        findings.report(isWhole ? hasNoChecksum : cannotBeRead, textOf(file), 0, reasonOf(failure));
         return isWhole;
     }
     return true;
@@ -153,7 +153,7 @@ private:
         for (std::size_t line = 1; !rows.atEnd(); rows.next(), ++line)
             readRow(rows, line);
         if (table_.isWhole && table_.rows.empty())
-            findings_.report(notEmpty, table_.source, 0, "there is none");
+            findings_.report(tableIsEmpty, table_.source, 0, "");
     }
 
     void readRow(const CapacityRows& stored, std::size_t line)
@@ -175,7 +175,8 @@ private:
         const std::string type = stored.text(typeColumn(column).c_str());
         if (asNumber ? type == "real" || type == "integer" : type == "text")
             return true;
-        findings_.report(storedRight, table_.source, line, std::string(column) + " is stored as " + type);
+        findings_.report(storedWrong, table_.source, line, std::string(column) + " is stored as " + type,
+                         asNumber ? "a number" : "text");
         return false;
     }
 
@@ -237,7 +238,10 @@ std::string databaseBytes(const CapacityTables& tables)
     run(connection, "BEGIN");
     for (const auto& [name, table] : tables.valves) {
         run(connection, "CREATE TABLE \"" + name + "\" (Pressure REAL, flow REAL, Bodysize TEXT, CV REAL)");
-        insertRows(connection, name, table.rows);
+        std::vector<CapacityRow> rows = table.rows;
+        // Of two Cvs with the same flow the program takes the one that comes first: the smaller one.
+        std::ranges::stable_sort(rows, {}, [](const CapacityRow& row) { return std::pair(row.pressure, row.cv); });
+        insertRows(connection, name, rows);
         run(connection, "CREATE INDEX \"" + name + ".Index\" ON \"" + name + "\" (Pressure, flow)");
     }
     for (const auto& [name, table] : tables.largeTanks) {
@@ -269,7 +273,7 @@ CapacityTables readDatabase(const std::filesystem::path& file, Findings& finding
     for (const LargeTankTableSpec& table : largeTankTableSpecs)
         tables.largeTanks[std::string(table.name)].source = sourceOf(table.name);
     if (const std::string reason = whyUnreadable(file); !reason.empty()) {
-        findings.report(canBeOpened, textOf(file), 0, reason);
+        findings.report(cannotBeOpened, textOf(file), 0, reason);
         return tables;
     }
     const NumberText numbers;
@@ -283,10 +287,11 @@ CapacityTables readDatabase(const std::filesystem::path& file, Findings& finding
             // Counted first, for a row at a time it would take longer than the program has.
             const double rows = store.query("SELECT count(*) AS n FROM " + name, {}).number("n");
             if (rows > mostRows)
-                return findings.report(notTooLarge, table.source, 0, "there are " + std::to_string(std::lround(rows)));
+                return findings.report(tooManyRows, table.source, 0, "there are " + std::to_string(std::lround(rows)),
+                                       atMostRows);
             table = StoredTable<Row>(store, name, table.source, findings).read();
         } catch (const SilentFailure& failure) {
-            findings.report(canBeRead, table.source, 0, reasonOf(failure));
+            findings.report(cannotBeRead, table.source, 0, reasonOf(failure));
         }
     };
     for (auto& [name, table] : tables.valves)

@@ -5,15 +5,11 @@
 #include "csv_reader.h"
 #include "engine/tank_limits.h"
 #include "findings.h"
-#include "system.h"
+#include "table_reader.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
-#include <cstring>
-#include <fstream>
-#include <optional>
 
 const std::array<LargeTankTableSpec, 2> largeTankTableSpecs{{
     // The factors of API Standard 2000, repeated from engine/required_flow.cpp: a slip there is not repeated here.
@@ -21,166 +17,14 @@ const std::array<LargeTankTableSpec, 2> largeTankTableSpecs{{
     {"MetriclargeTank", choice::metric, "m3", smallTankCubicMeters, largestTankCubicMeters, 0.169, 0.1},
 }};
 
-const Rule notTooLarge{Severity::error, "the program reads the whole file at a click; a table has at most 20000 rows"};
+const Rule isNoNumber{Severity::error, "not a number", "correct it, or delete the row"};
+const Rule tooManyRows{Severity::error, "a table too large for the program, which reads it at every click",
+                       "leave out rows"};
 
 namespace
 {
 
-constexpr Rule unreadable{Severity::error, "cannot be read"};
-constexpr Rule oneWayToRead{Severity::error, "a text is read only when that can be done in exactly one way"};
-constexpr Rule headed{Severity::error, "the first row names the columns of the table, each once, capitals included"};
-constexpr Rule notEmpty{Severity::error, "a table has rows"};
-constexpr Rule rowFits{Severity::error, "a row has as many fields as the header"};
-constexpr Rule quotedRight{Severity::error, "a text with a quotation mark is written like \"1/2\"\"\""};
-constexpr Rule finiteNumber{Severity::error, "a number is finite, not negative, and written in digits"};
-constexpr Rule plainText{Severity::error, "a text is UTF-8, and neither blank nor with control characters"};
-constexpr Rule lastLine{Severity::warning, "the last line has no end, as if the file had been cut"};
-
-/// Reads the CSV file of one table.
-template <typename Row>
-class TableReader
-{
-public:
-    TableReader(std::filesystem::path path, Findings& findings) : path_(std::move(path)), findings_(findings)
-    {
-        table_.source = textOf(path_.filename());
-        table_.isWhole = true;
-    }
-
-    Table<Row> read()
-    {
-        errno = 0;
-        std::ifstream in(path_, std::ios::binary);
-        in.peek(); // a directory can be opened, but not read
-        if (in.bad() || !in.is_open()) {
-            const std::string reason = whyUnreadable(path_);
-            report(unreadable, 0, reason.empty() ? std::strerror(errno) : reason);
-            return std::move(table_);
-        }
-        in.clear();
-        try {
-            readRows(in);
-        } catch (const CsvProblem& problem) {
-            report(oneWayToRead, problem.line, problem.what());
-        }
-        return std::move(table_);
-    }
-
-private:
-    void report(const Rule& rule, std::size_t line, const std::string& found)
-    {
-        findings_.report(rule, table_.source, line, found);
-        table_.isWhole &= rule.severity != Severity::error;
-    }
-
-    void readRows(std::istream& in)
-    {
-        std::vector<CsvColumn> columns;
-        for (const Column<Row>& column : columnsOf<Row>())
-            columns.push_back({column.name, std::holds_alternative<double Row::*>(column.member)});
-        format_ = findCsvFormat(in, columns);
-        in.clear();
-        in.seekg(0);
-        CsvReader reader(in, format_.separator);
-        CsvRow csv;
-        if (!reader.next(csv)) {
-            report(headed, 1, "the header row is missing");
-            return;
-        }
-        readHeader(csv);
-        if (!table_.isWhole) // what stands in the rows cannot be told
-            return;
-        const std::size_t headerLine = csv.line;
-        bool hasRows = false;
-        for (; reader.next(csv); hasRows = true) {
-            if (table_.rows.size() == mostRows) {
-                report(notTooLarge, csv.line, "there are more");
-                return;
-            }
-            readRow(csv);
-        }
-        if (!hasRows)
-            report(notEmpty, headerLine, "there is none");
-        if (!reader.lastLineHasEnd())
-            report(lastLine, csv.line, csv.fields.empty() ? "" : "the field \"" + shown(csv.fields.back()) + '"');
-    }
-
-    /// Finds the column that each field of the header names; columns without a name at its end are left out.
-    void readHeader(CsvRow& header)
-    {
-        if (header.fields.empty())
-            report(quotedRight, header.line, "broken quoting");
-        while (!header.fields.empty() && header.fields.back().empty())
-            header.fields.pop_back();
-        for (const std::string& name : header.fields) {
-            const auto column =
-                std::ranges::find_if(columnsOf<Row>(), [&](const auto& one) { return name == one.name; });
-            const bool known = column != columnsOf<Row>().end();
-            const bool doubled = known && std::ranges::find(order_, &*column) != order_.end();
-            if (!known)
-                report(headed, header.line, "unknown column \"" + shown(name) + '"');
-            else if (doubled)
-                report(headed, header.line, "column " + name + " stands twice");
-            order_.push_back(known && !doubled ? &*column : nullptr);
-        }
-        for (const Column<Row>& column : columnsOf<Row>())
-            if (!header.fields.empty() && std::ranges::find(order_, &column) == order_.end())
-                report(headed, header.line, std::string("column ") + column.name + " is missing");
-    }
-
-    void readRow(CsvRow& csv)
-    {
-        if (csv.fields.empty()) {
-            report(quotedRight, csv.line, "broken quoting");
-            return;
-        }
-        while (csv.fields.size() > order_.size() && csv.fields.back().empty()) // columns that a spreadsheet adds
-            csv.fields.pop_back();
-        if (csv.fields.size() != order_.size()) {
-            report(rowFits, csv.line,
-                   std::to_string(csv.fields.size()) + " fields where the header has " + std::to_string(order_.size()));
-            return;
-        }
-        Row row;
-        row.line = csv.line;
-        bool good = true;
-        for (std::size_t at = 0; at < order_.size(); ++at) {
-            if (!order_[at])
-                continue;
-            const auto readInto = [&](auto member) {
-                return readField(csv.fields[at], order_[at]->name, row.*member, csv.line);
-            };
-            good = std::visit(readInto, order_[at]->member) && good;
-        }
-        table_.isWhole &= good;
-        if (good)
-            table_.rows.push_back(std::move(row));
-    }
-
-    bool readField(std::string text, const char* column, double& value, std::size_t line)
-    {
-        const std::string named = std::string(column) + " \"" + shown(text) + '"';
-        if (format_.decimalMark != '.')
-            std::ranges::replace(text, format_.decimalMark, '.');
-        const auto [stop, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (failure == std::errc() && stop == text.data() + text.size())
-            return checkValue(value, column, table_.source, line, findings_);
-        report(finiteNumber, line, text.empty() ? std::string(column) + " is empty" : named);
-        return false;
-    }
-
-    bool readField(const std::string& text, const char* column, std::string& value, std::size_t line)
-    {
-        value = text;
-        return checkValue(text, column, table_.source, line, findings_);
-    }
-
-    std::filesystem::path path_;
-    Findings& findings_;
-    Table<Row> table_;
-    CsvFormat format_;
-    std::vector<const Column<Row>*> order_; ///< the column of each field, nullptr for one that should not be there
-};
+constexpr Rule textUnplain{Severity::error, "a text that cannot be shown", "correct it"};
 
 /// Whether nothing of a text would be seen.
 bool isBlank(std::string_view text)
@@ -198,14 +42,19 @@ bool isBlank(std::string_view text)
     return true;
 }
 
-std::string fieldText(double value)
+std::string fieldText(double value, bool decimalComma)
 {
-    return numberText(value);
+    std::string text = numberText(value);
+    const std::size_t point = text.find('.');
+    if (!decimalComma || point == std::string::npos)
+        return text;
+    text[point] = ',';
+    return text.size() - point == 4 ? text + '0' : text; // 1,245 alone might be a thousand and more
 }
 
-std::string fieldText(const std::string& text)
+std::string fieldText(const std::string& text, bool decimalComma)
 {
-    return csvField(text, ',');
+    return csvField(text, decimalComma ? ';' : ',');
 }
 
 } // namespace
@@ -236,8 +85,9 @@ bool checkValue(double value, const char* column, std::string_view file, std::si
 {
     if (std::isfinite(value) && !std::signbit(value))
         return true;
-    findings.report(finiteNumber, file, line,
-                    std::string(column) + ' ' + (std::isfinite(value) ? shown(numberText(value)) : "not finite"));
+    findings.report(isNoNumber, file, line,
+                    std::string(column) + ' ' + (std::isfinite(value) ? shown(numberText(value)) : "not finite"),
+                    digitsOnly);
     return false;
 }
 
@@ -260,7 +110,7 @@ bool checkValue(const std::string& value, const char* column, std::string_view f
 {
     const char* const fault = textFault(value);
     if (fault != nullptr)
-        findings.report(plainText, file, line, std::string(column) + ' ' + fault);
+        findings.report(textUnplain, file, line, std::string(column) + ' ' + fault, "plain UTF-8 text");
     return fault == nullptr;
 }
 
@@ -268,29 +118,33 @@ CapacityTables readCapacityTables(const std::filesystem::path& directory, Findin
 {
     CapacityTables tables;
     const auto pathOf = [&](std::string_view table) { return directory / (std::string(table) + ".csv"); };
+    const auto flowUnit = [](std::string_view unitSystem) { return unitSystem == choice::us ? "SCFH" : "Nm3/h"; };
     for (const ValveTableSpec& table : valveTableSpecs())
-        tables.valves[std::string(table.name)] = TableReader<CapacityRow>(pathOf(table.name), findings).read();
+        tables.valves[std::string(table.name)] = readTable<CapacityRow>(
+            pathOf(table.name), {table.pressUnits, flowUnit(table.unitSystem), table.valveType == choice::pad},
+            findings);
     for (const LargeTankTableSpec& table : largeTankTableSpecs)
-        tables.largeTanks[std::string(table.name)] = TableReader<LargeTankRow>(pathOf(table.name), findings).read();
+        tables.largeTanks[std::string(table.name)] =
+            readTable<LargeTankRow>(pathOf(table.name), {table.volUnits, flowUnit(table.unitSystem), false}, findings);
     return tables;
 }
 
 template <typename Row>
-std::string csvText(const Table<Row>& table)
+std::string csvText(const Table<Row>& table, bool decimalComma)
 {
-    std::string text;
+    std::string text = decimalComma ? "\xEF\xBB\xBF" : "";
     const auto addLine = [&](const auto& fieldOf) {
         for (const Column<Row>& column : columnsOf<Row>())
-            text += (&column == columnsOf<Row>().data() ? "" : ",") + fieldOf(column);
+            text += (&column == columnsOf<Row>().data() ? "" : decimalComma ? ";" : ",") + fieldOf(column);
         text += '\n';
     };
     addLine([](const Column<Row>& column) { return std::string(column.name); });
     for (const Row& row : table.rows)
         addLine([&](const Column<Row>& column) {
-            return std::visit([&](auto member) { return fieldText(row.*member); }, column.member);
+            return std::visit([&](auto member) { return fieldText(row.*member, decimalComma); }, column.member);
         });
     return text;
 }
 
-template std::string csvText(const Table<CapacityRow>& table);
-template std::string csvText(const Table<LargeTankRow>& table);
+template std::string csvText(const Table<CapacityRow>&, bool);
+template std::string csvText(const Table<LargeTankRow>&, bool);

@@ -18,7 +18,8 @@ struct Rule;
 
 /// What the program reads in a tenth of a second; thirty times the rows of the shipped tables.
 inline constexpr std::size_t mostRows = 20'000;
-extern const Rule notTooLarge;
+inline constexpr const char* atMostRows = "at most 20000 rows";
+extern const Rule tooManyRows;
 
 /// Capacity of one valve at one pressure, in the units of its table.
 struct CapacityRow
@@ -121,6 +122,9 @@ extern const std::array<LargeTankTableSpec, 2> largeTankTableSpecs;
 /// Shortest text that reads back as `value`, without an exponent.
 std::string numberText(double value);
 
+extern const Rule isNoNumber;
+inline constexpr const char* digitsOnly = "a number in digits, not negative"; ///< what its findings expect
+
 /// What keeps a text from being plain: "is empty" (or blank), "has a control character", "is not UTF-8"; nullptr for a
 /// plain one.
 const char* textFault(std::string_view text);
@@ -134,6 +138,7 @@ bool checkValue(const std::string& value, const char* column, std::string_view f
 /// Reads the CSV file of every table in `directory`.
 CapacityTables readCapacityTables(const std::filesystem::path& directory, Findings& findings);
 
-/// The CSV text of a table.
+/// The CSV text of a table: with commas and decimal points, or as spreadsheets with a decimal comma read it, with
+/// semicolons and a byte-order mark.
 template <typename Row>
-std::string csvText(const Table<Row>& table);
+std::string csvText(const Table<Row>& table, bool decimalComma = false);

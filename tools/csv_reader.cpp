@@ -54,7 +54,7 @@ struct Mark
 class DecimalMarks
 {
 public:
-    DecimalMarks(char separator, OddNumbers odd) : separator_(separator), odd_(odd) {}
+    explicit DecimalMarks(char separator) : separator_(separator) {}
 
     void look(const std::string& field, std::size_t line)
     {
@@ -64,15 +64,8 @@ public:
         const bool isNumber = text.find_first_not_of("0123456789.,+-eE") == std::string::npos;
         if (!isNumber || points + commas == 0)
             return;
-        if (odd_ == OddNumbers::passOver &&
-            (points + commas > 1 || (commas > 0 && separator_ == ',') || !isPlain(text)))
+        if (points + commas > 1 || (commas > 0 && separator_ == ',') || !isPlain(text))
             return;
-        if (commas > 0 && separator_ == ',')
-            throw CsvProblem(line, inQuotes(text) +
-                                       ": in a file separated by commas numbers have a decimal point and no "
-                                       "thousands separators");
-        if (points + commas > 1)
-            throw CsvProblem(line, inQuotes(text) + ": numbers have one decimal mark and no thousands separators");
         Mark& mark = points > 0 ? point_ : comma_;
         if (mark.line == 0)
             mark = {text, line, false};
@@ -110,7 +103,6 @@ private:
     }
 
     char separator_;
-    OddNumbers odd_;
     Mark point_;
     Mark comma_;
 };
@@ -158,7 +150,7 @@ CsvFormat lookAtStart(std::istream& in)
 
 } // namespace
 
-CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns, OddNumbers odd)
+CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
 {
     const std::streampos start = in.tellg();
     CsvFormat format = lookAtStart(in);
@@ -172,7 +164,7 @@ CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns, Od
         for (std::size_t at = 0; at < row.fields.size(); ++at)
             if (const CsvColumn* const column = findColumn(columns, row.fields[at]); column && column->isNumber)
                 numbers.push_back(at);
-    DecimalMarks marks(format.separator, odd);
+    DecimalMarks marks(format.separator);
     for (; reader.next(row); ++format.rows)
         for (const std::size_t at : numbers)
             if (at < row.fields.size())

@@ -41,19 +41,13 @@ struct CsvColumn
     bool isNumber;
 };
 
-/// What becomes of a text that no decimal mark makes a number, like "1.2.3".
-enum class OddNumbers
-{
-    refuse,   ///< the whole text cannot be read
-    passOver, ///< it says nothing of the decimal mark; who reads the row refuses it
-};
-
 /// Finds how the rest of `in` is written: separated by commas, semicolons or tabs, and in the last two with a decimal
 /// point or comma. The separator is the one that finds most of the `columns` in the header, upper and lower case alike.
 /// Where no number has a decimal mark, it is the one that spreadsheets have beside that separator.
 /// Throws CsvProblem when the text can be read in no way or in more than one: another encoding or separator, both
-/// decimal marks, one that may separate thousands, odd numbers unless they are passed over. Reads to the end.
-CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns, OddNumbers odd = OddNumbers::refuse);
+/// decimal marks, one that may separate thousands. A text that no decimal mark makes a number, like "1.2.3", says
+/// nothing; who reads the row refuses it. Reads to the end.
+CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns);
 
 /// The rows of an RFC 4180 text, one after the other; lines end in LF, CRLF or CR, and a UTF-8 byte order mark is
 /// passed over. Line ends in a quoted field are kept as they are. Rows without any text (a blank line, ",,,") are left

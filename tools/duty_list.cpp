@@ -244,7 +244,7 @@ std::vector<CsvColumn> csvColumns()
 CsvFormat formatOf(std::istream& list)
 {
     const std::streampos start = list.tellg();
-    const CsvFormat format = findCsvFormat(list, csvColumns(), OddNumbers::passOver);
+    const CsvFormat format = findCsvFormat(list, csvColumns());
     list.clear();
     list.seekg(start);
     return format;

@@ -41,7 +41,8 @@ Findings::Kind& Findings::kindOf(const Rule& rule, std::string_view file)
     return kinds.back();
 }
 
-void Findings::report(const Rule& rule, std::string_view file, std::size_t line, std::string_view found)
+void Findings::report(const Rule& rule, std::string_view file, std::size_t line, std::string_view found,
+                      std::string_view expected)
 {
     errorCount += rule.severity == Severity::error;
     warningCount += rule.severity == Severity::warning;
@@ -50,7 +51,12 @@ void Findings::report(const Rule& rule, std::string_view file, std::size_t line,
     out << file;
     if (line > 0)
         out << ':' << line;
-    out << ": " << nameOf(rule) << ": " << shown(found, std::string::npos) << ": " << rule.words << '\n';
+    out << ": " << nameOf(rule) << ": " << rule.fault;
+    if (!found.empty())
+        out << ": " << shown(found, std::string::npos);
+    if (!expected.empty())
+        out << "; expected " << shown(expected, std::string::npos);
+    out << (*rule.remedy != '\0' ? "; " : "") << rule.remedy << '\n';
 }
 
 void Findings::finish()
@@ -58,6 +64,6 @@ void Findings::finish()
     for (const Kind& kind : kinds)
         if (kind.count > mostOfAKind)
             out << kind.file << ": " << nameOf(*kind.rule) << ": and " << kind.count - mostOfAKind
-                << " more: " << kind.rule->words << '\n';
+                << " more: " << kind.rule->fault << '\n';
     kinds.clear();
 }

@@ -15,6 +15,14 @@
 namespace
 {
 
+TEST_F(BuildCapacities, FindsATableNamedWithOtherCapitals)
+{
+    fs::rename(root / "in" / "psi_Pad.csv", root / "in" / "psi_pad.csv");
+    expectRefused("other capitals");
+    EXPECT_TRUE(reported("psi_Pad.csv: error", "named otherwise: psi_pad.csv; expected psi_Pad.csv")) << messages;
+    EXPECT_TRUE(reported("build_capacities", "errors: 1, warnings: 0;")) << messages;
+}
+
 TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
 {
     ASSERT_EQ(build(), 0) << messages;
@@ -28,11 +36,11 @@ TEST_F(BuildCapacities, SaysWhyTheFileCannotBeWritten)
     EXPECT_TRUE(reported((root / "csv" / "psi_Depad.csv").string() + ": error", "File too large")) << messages;
     EXPECT_TRUE(fs::is_empty(root / "csv")) << "what was written would be in the way";
     messages = whenBuilt;
-    EXPECT_TRUE(reported(database.string() + ": error", "File too large: cannot be written")) << messages;
+    EXPECT_TRUE(reported(database.string() + ": error", "the file cannot be written: File too large")) << messages;
 
     write(database, "Pressure,flow,Bodysize,CV\n");
     EXPECT_EQ(build(), 1);
-    EXPECT_TRUE(reported(database.string() + ": error", "only a data file is replaced")) << messages;
+    EXPECT_TRUE(reported(database.string() + ": error", "a file of another kind is there")) << messages;
     EXPECT_EQ(contents(database), "Pressure,flow,Bodysize,CV\n");
 
     for (const auto& [file, words] :
