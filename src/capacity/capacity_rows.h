@@ -94,6 +94,8 @@ private:
 
     TimeTaken time_;
     std::unique_ptr<sqlite3_stmt, Closer> statement_;
+    std::string sql_;
+    std::size_t walked_ = 0;     ///< rows
     std::vector<int> positions_; ///< of the walked columns in the statement's rows
     Row current_;
     Row before_; ///< the row walked over last

@@ -138,8 +138,12 @@ sqlite3* CapacityStore::open(const std::string& table)
 
 CapacityRows CapacityStore::table(const std::string& name, const Columns& columns)
 {
+    std::string walked;
+    for (const char* const column : columns)
+        walked += (walked.empty() ? "" : ", ") + std::string(column);
     return {open(name), click_,
-            "SELECT * FROM " + sqlName(name) + " INDEXED BY " + sqlName(name + ".Index") + " ORDER BY Pressure, flow",
+            "SELECT " + (walked.empty() ? "*" : walked) + " FROM " + sqlName(name) + " INDEXED BY " +
+                sqlName(name + ".Index") + " ORDER BY Pressure, flow",
             columns};
 }
 
