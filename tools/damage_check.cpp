@@ -8,6 +8,7 @@
 #include "fresh_sizing.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -151,6 +152,8 @@ private:
         out.close();
         if (!out)
             throw std::runtime_error("cannot write " + file_);
+        // Damage that has just been done might be a copy on its way, which is waited for.
+        std::filesystem::last_write_time(file_, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
         ++files_;
         valves_ = 0;
         for (std::size_t at = 0; at < std::size(duties); ++at) {

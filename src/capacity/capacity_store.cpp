@@ -128,8 +128,10 @@ sqlite3* CapacityStore::open(const std::string& table)
         throw SilentFailure(whyUnreadable());
     const auto isWanted = [&](const std::string& name) { return sqlite3_stricmp(name.c_str(), table.c_str()) == 0; };
     if (std::ranges::any_of(contents_.notPlain, isWanted)) {
-        click_.unreadable = "has no plain table " + table;
-        throw SilentFailure(whyUnreadable());
+        const std::string reason = "has no plain table " + table;
+        if (sqlite3_stricmp(table.c_str(), "Label") != 0) // which no figure comes from
+            click_.unreadable = reason;
+        throw SilentFailure(reason);
     }
     if (std::ranges::none_of(contents_.plain, isWanted)) // missing in a whole file: a failure of this lookup alone
         throw SilentFailure("no table " + table);

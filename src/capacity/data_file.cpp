@@ -18,6 +18,7 @@ using namespace std::chrono_literals;
 
 constexpr auto longestWait = 2000ms;
 constexpr auto betweenLooks = 20ms;
+constexpr auto timeToWrite = 250ms; // from one change of a copy on its way to the next
 
 [[noreturn]] void failForReason()
 {
@@ -51,10 +52,14 @@ std::uint64_t sizeOf(const fs::path& path)
     return size;
 }
 
-/// Whether another program is in the middle of a change, or has crashed there. A journal that is done with is empty or
-/// has its beginning wiped out.
+/// Whether another program is in the middle of a change, or has crashed there. A copy that is written over the file is
+/// empty at first, and cut until it is done. A journal that is done with is empty or has its beginning wiped out.
 bool isInChange(const fs::path& path)
 {
+    std::error_code noTime;
+    const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, noTime);
+    if (!noTime && age >= 0ms && age < timeToWrite)
+        return true;
     const auto firstByte = [&](const char* ending) {
         fs::path beside = path;
         beside += ending;

@@ -66,7 +66,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
               "is damaged: it is not as it was built"},
              {"a body size changed", [&] { sql("UPDATE psi_Pad SET Bodysize = '9'"); }},
              {"too large", [&] { std::filesystem::resize_file(file, largestDataFile + 1); }, refusal,
-              "is too large: more than 48 MB"},
+              "is too large: more than 16 MB"},
              {"a figure changed and the checksum gone",
               [&] { sql("UPDATE psi_Pad SET flow = 9; DROP TABLE Checksum"); }},
              {"a file without a checksum", [&] { sql("SELECT 1" + noChecksum); }, "20 64"},
@@ -75,6 +75,13 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
              {"a hot journal", keepJournal, refusal, "is being changed by another program"},
              {"a WAL beside it", [&] { std::ofstream(beside("-wal")) << "x"; }, refusal,
               "is being changed by another program"},
+             {"a WAL beside what it is a link to",
+              [&] {
+                  std::filesystem::rename(file, beside(".target"));
+                  std::filesystem::create_symlink(beside(".target"), file);
+                  std::ofstream(beside(".target-wal")) << "x";
+              },
+              refusal, "is being changed by another program"},
              {"in WAL mode", [&] { sql("PRAGMA journal_mode = WAL"); }, refusal,
               "is in WAL mode, in which other files belong to it"},
              {"an endless view",
@@ -98,6 +105,8 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
              {"no index", [&] { sql("DROP INDEX \"psi_Pad.Index\"" + noChecksum); }},
              {"no Cv column", [&] { sql("ALTER TABLE psi_Pad RENAME CV TO Kv" + noChecksum); }},
              {"no rows", [&] { sql("DELETE FROM psi_Pad" + noChecksum); }},
+             {"a label that is a view", [&] { sql("CREATE VIEW Label AS SELECT 1 AS label, 2 AS date" + noChecksum); },
+              "20 64"},
              // What a whole file does not have is a failure of its own lookup alone: no breathing.
              {"no large tanks", [&] { sql("DROP TABLE USLargeTank" + noChecksum); }, "1 40"},
          }) {
@@ -105,17 +114,35 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         std::filesystem::create_directory(directory);
         write(whole);
         fault.make();
+        std::error_code none; // the last change is long ago: nobody is to be waited for
+        std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - 1h, none);
         const auto before = everything();
         const auto start = std::chrono::steady_clock::now();
         sqlite3_memory_highwater(1);
         EXPECT_EQ(size(), fault.answer) << fault.name;
-        if (!fault.reason.empty()) {
-            EXPECT_EQ(store.whyUnreadable(), "capacities.mdb " + fault.reason) << fault.name;
+        EXPECT_FALSE(tablesLabel(store).has_value()) << fault.name;
+        if (!fault.reason.empty() || fault.answer != refusal) {
+            EXPECT_EQ(store.whyUnreadable(), fault.reason.empty() ? "" : "capacities.mdb " + fault.reason)
+                << fault.name;
         }
         EXPECT_LT(sqlite3_memory_highwater(0), 20'000'000) << fault.name;
         EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << fault.name; // on a busy machine
         EXPECT_EQ(everything(), before) << fault.name;
     }
+}
+
+/// The largest tables that `build_capacities` takes have room in a file, and in the two seconds of a click.
+TEST_F(DataFile, TheLargestTablesAreSized)
+{
+    std::string fill = "DROP TABLE Checksum; PRAGMA application_id = 0; BEGIN;"
+                       "CREATE TEMP TABLE n AS WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 19000) "
+                       "SELECT i FROM n;";
+    for (const Offer& offer : offers)
+        fill += "INSERT INTO " + std::string(offer.valveTable) +
+                " SELECT 0.0001 * i, 0.0001 * i, 'a usual text', 0.5 FROM n WHERE (SELECT count(*) FROM " +
+                offer.valveTable + ") < 19000;";
+    sql(fill + "COMMIT");
+    EXPECT_EQ(size(), "20 64") << store.whyUnreadable();
 }
 
 /// A main screen that does something to the file between two lookups: when the caption is written.
@@ -177,6 +204,22 @@ TEST_F(DataFile, AFileInTheMiddleOfAChangeIsWaitedForAWhile)
     });
     EXPECT_EQ(size(), "20 64");
     end.join();
+}
+
+/// As a copy over the file does it: first it is empty, then cut, then whole.
+TEST_F(DataFile, ACopyOnItsWayIsWaitedFor)
+{
+    const std::string whole = contents(file);
+    for (const std::size_t there : {std::size_t{0}, whole.size() / 2}) {
+        std::ofstream copy(file, std::ios::binary | std::ios::trunc);
+        copy << whole.substr(0, there) << std::flush;
+        std::thread end([&] {
+            std::this_thread::sleep_for(100ms);
+            copy << whole.substr(there) << std::flush;
+        });
+        EXPECT_EQ(size(), "20 64") << there;
+        end.join();
+    }
 }
 
 TEST_F(DataFile, ThatAnEarlierVersionBuiltIsRead)

@@ -1,7 +1,11 @@
 #include "capacity/table_lookups.h"
 
+#include "base/failure.h"
 #include "capacity/valve_check.h"
 #include "support/sizing_fixture.h"
+
+#include <chrono>
+#include <thread>
 
 namespace
 {
@@ -54,6 +58,27 @@ TEST_F(TableLookups, BadValuesAreMismatchesOnlyWhereTheyAreMet)
     state.SelectedCv = 9;
     sql("INSERT INTO psi_Pad VALUES (50, 80, 's', 9), (50, 90, 's', 9)");
     EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupSCFHDepad(sizing, 45, 85), 0); }), "Error Code 11; modInterpolate");
+}
+
+/// A click has two seconds for its walks. A message in a lookup waits for the user and takes none of them.
+TEST_F(TableLookups, EndAfterTwoSecondsWithoutTheMessages)
+{
+    struct : MessageBox
+    {
+        void show(const std::string&) override { std::this_thread::sleep_for(std::chrono::milliseconds(2100)); }
+    } read;
+    SizingContext readSlowly{state, screen, read, numbers, store};
+    capacityTable("psi_Pad", "(50, 80, 's', 9), (50, 90, 's', 9)");
+    sql("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000) "
+        "INSERT INTO psi_Pad SELECT i / 2000.0, i, 's', 9 FROM n"); // as many as take a look at the clock
+    state.SelectedCv = 9;
+    EXPECT_EQ(modLookupSCFHDepad(readSlowly, 45, 85), 0);
+    EXPECT_EQ(modLookupSCFHDepad(readSlowly, 50, 85), 90);
+
+    CapacityRows rows = store.table("psi_Pad", {});
+    std::this_thread::sleep_for(std::chrono::milliseconds(2100)); // as a walk that never ends
+    EXPECT_THROW(while (!rows.atEnd()) rows.next(), SilentFailure);
+    EXPECT_EQ(store.whyUnreadable(), "capacities.mdb takes too much time or memory to read");
 }
 
 /// Tables that `build_capacities` warns of: a Cv outside the series stays, and one without rows has no capacity.
