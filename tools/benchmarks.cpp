@@ -13,9 +13,9 @@
 #include "base/number_text.h"
 #include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "duty_list.h"
+#include "engine/plain_screen.h"
 #include "engine/sizing_driver.h"
-#include "plain_screen.h"
+#include "lists/duty_list.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>

@@ -5,7 +5,7 @@
 // or a message. Exit status 1 when one is not, 2 when that could not be found out.
 
 #include "capacity/capacity_store.h"
-#include "fresh_sizing.h"
+#include "engine/fresh_sizing.h"
 
 #include <algorithm>
 #include <chrono>

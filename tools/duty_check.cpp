@@ -7,7 +7,7 @@
 
 #include "base/gases.h"
 #include "capacity/capacity_store.h"
-#include "fresh_sizing.h"
+#include "engine/fresh_sizing.h"
 
 #include <sqlite3.h>
 

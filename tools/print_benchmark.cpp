@@ -3,7 +3,7 @@
 
 #include "app/sizing_state.h"
 #include "base/number_text.h"
-#include "plain_screen.h"
+#include "engine/plain_screen.h"
 #include "platform/printers.h"
 #include "report/print_command.h"
 

@@ -2,7 +2,7 @@
 
 #include "app/main_form_layout.h"
 #include "app/setup_form_layout.h"
-#include "duty_list.h"
+#include "lists/duty_list.h"
 
 #include <sstream>
 

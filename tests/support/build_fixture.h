@@ -1,7 +1,7 @@
 #pragma once
 
-#include "build_command.h"
 #include "support/temporary_directory.h"
+#include "tables/build_command.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>

@@ -1,6 +1,6 @@
 #include "support/cases.h"
 
-#include "csv_reader.h"
+#include "files/csv_reader.h"
 #include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>

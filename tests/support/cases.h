@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/main_screen.h"
-#include "plain_screen.h"
+#include "engine/plain_screen.h"
 
 #include <cstddef>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "capacity/capacity_store.h"
-#include "fresh_sizing.h"
+#include "engine/fresh_sizing.h"
 #include "support/cases.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 #include "base/number_text.h"
 #include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "plain_screen.h"
+#include "engine/plain_screen.h"
 #include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "duty_list.h"
+#include "lists/duty_list.h"
+#include "lists/summary_files.h"
 #include "report/file_name.h"
-#include "summary_files.h"
 #include "support/cases.h"
 #include "support/temporary_directory.h"
 

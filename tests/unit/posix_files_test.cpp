@@ -1,7 +1,7 @@
+#include "files/system.h"
 #include "support/build_fixture.h"
 #include "support/data_file_fixture.h"
 #include "support/full_disk.h"
-#include "system.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

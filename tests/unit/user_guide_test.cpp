@@ -1,14 +1,14 @@
 #include "base/checked_math.h"
-#include "build_command.h"
 #include "capacity/capacity_store.h"
 #include "capacity/cv_series.h"
 #include "capacity/table_lookups.h"
 #include "capacity/valve_results.h"
 #include "capacity/valve_selection.h"
+#include "engine/fresh_sizing.h"
 #include "engine/input_checks.h"
 #include "engine/tank_limits.h"
-#include "fresh_sizing.h"
 #include "support/temporary_directory.h"
+#include "tables/build_command.h"
 
 #include <gtest/gtest.h>
 

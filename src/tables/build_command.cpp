@@ -1,0 +1,267 @@
+#include "tables/build_command.h"
+
+#include "files/replacement_file.h"
+#include "files/system.h"
+#include "tables/capacity_database.h"
+#include "tables/capacity_tables.h"
+#include "tables/complete_tables.h"
+#include "tables/findings.h"
+#include "tables/table_checks.h"
+
+#include <charconv>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <ostream>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+constexpr const char* usage = R"(usage: build_capacities [--label TEXT] [--complete] IN_DIR OUT_FILE
+       build_capacities --check FILE
+       build_capacities --export [--decimal-comma] FILE OUT_DIR
+       build_capacities --help | --version
+
+Builds the data file OUT_FILE from the capacity tables, one CSV file each, in IN_DIR. What cannot be right is refused,
+what is only odd is warned of. --label and --complete may stand in either order.
+
+  --label     stores in the data file what its tables are, such as "nominal, computed", with the date of today (or of
+              SOURCE_DATE_EPOCH); at most 100 bytes of UTF-8
+  --complete  lays pressures between those of a table where the steps from Cv to Cv need them, and fills the rows that a
+              Cv lacks; both between its own rows on the straight line
+  --check     holds the tables of an existing data file to the same rules
+  --export    writes the tables of a data file as CSV files into OUT_DIR, where there must be none of them yet; with
+              --decimal-comma as a spreadsheet wants them that writes 1,5, as a German or a French one does
+
+Exit status: 0 done, 1 refused or not written, 2 wrong arguments.
+)";
+
+constexpr Rule cannotBeWritten{Severity::error, "the file cannot be written"};
+constexpr Rule isNoDataFile{Severity::error, "a file of another kind is there", "name another file"};
+constexpr Rule fileExists{Severity::error, "the file exists", "name another directory: no table is overwritten"};
+
+constexpr std::size_t mostOfLabel = 100; // bytes: one line of the screens and of the summary
+
+/// What a finished command says last.
+int close(Findings& findings, std::ostream& messages, const std::string& done, const std::string& notDone)
+{
+    findings.finish();
+    messages << "build_capacities: errors: " << findings.errors() << ", warnings: " << findings.warnings() << "; "
+             << (findings.errors() == 0 ? done : notDone) << '\n';
+    return findings.errors() == 0 ? 0 : 1;
+}
+
+int print(std::ostream& out, const char* text, std::ostream& messages)
+{
+    out << text << std::flush;
+    if (!out)
+        messages << "build_capacities: standard output cannot be written\n";
+    return out ? 0 : 1;
+}
+
+/// Whether a built file may take the place of what is there: a data file, or an empty one. A slip in the operands must
+/// not cost somebody his tables. What is no file at all is left to the writing.
+bool isReplaceable(const fs::path& file)
+{
+    constexpr std::string_view beginning("SQLite format 3\0", 16);
+    std::error_code ignored;
+    if (!fs::is_regular_file(file, ignored))
+        return true;
+    std::string found(beginning.size(), ' ');
+    std::ifstream in(file, std::ios::binary);
+    in.read(found.data(), static_cast<std::streamsize>(found.size()));
+    return in.is_open() && (in.gcount() == 0 || found == beginning);
+}
+
+/// Writes a whole file, puts it where it belongs and gives whether it did; a failure is a finding.
+bool writeFile(const fs::path& file, const std::string& bytes, void (ReplacementFile::*put)(), Findings& findings)
+{
+    try {
+        ReplacementFile replacement(file);
+        replacement.write(bytes);
+        if (isInterrupted())
+            throw std::runtime_error("interrupted");
+        (replacement.*put)();
+        return true;
+    } catch (const std::runtime_error& failure) {
+        findings.report(cannotBeWritten, textOf(file), 0, failure.what());
+        return false;
+    }
+}
+
+/// The arguments of a build.
+struct BuildOptions
+{
+    std::optional<std::string> label;
+    bool complete = false;
+    std::vector<std::string> operands;
+};
+
+/// nullopt for options that there are not, without their text, or behind an operand.
+std::optional<BuildOptions> readBuildOptions(const std::vector<std::string>& arguments)
+{
+    BuildOptions options;
+    for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
+        const bool isFirst = options.operands.empty();
+        if (*argument == "--complete" && isFirst && !options.complete)
+            options.complete = true;
+        else if (*argument == "--label" && isFirst && !options.label && std::next(argument) != arguments.end())
+            options.label = *++argument;
+        else if (argument->starts_with("--"))
+            return std::nullopt;
+        else
+            options.operands.push_back(*argument);
+    }
+    return options;
+}
+
+/// Of SOURCE_DATE_EPOCH, which whoever wants the same bytes from the same tables sets, else of today, in UTC.
+/// Throws std::invalid_argument when that is no number of seconds up to the year 9999.
+std::string dateOfBuild()
+{
+    using namespace std::chrono;
+    constexpr sys_seconds firstTooLate = sys_days(year(10000) / 1 / 1);
+    sys_seconds time = floor<seconds>(system_clock::now());
+    if (const char* const given = std::getenv("SOURCE_DATE_EPOCH")) {
+        const std::string_view text = given;
+        std::uint64_t count = 0;
+        const auto [stop, failure] = std::from_chars(text.data(), text.data() + text.size(), count);
+        if (failure != std::errc() || stop != text.data() + text.size() ||
+            count >= static_cast<std::uint64_t>(firstTooLate.time_since_epoch().count()))
+            throw std::invalid_argument("SOURCE_DATE_EPOCH is not a number of seconds since 1970");
+        time = sys_seconds(seconds(count));
+    }
+    const year_month_day date = floor<days>(time);
+    char text[16];
+    std::snprintf(text, sizeof text, "%04d-%02u-%02u", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
+    return text;
+}
+
+/// Throws std::invalid_argument for a text that is not to be shown.
+TablesLabel labelOf(const std::string& text)
+{
+    if (const char* const fault = textFault(text))
+        throw std::invalid_argument(std::string("the label ") + fault);
+    if (text.size() > mostOfLabel)
+        throw std::invalid_argument("the label is longer than 100 bytes");
+    return {text, dateOfBuild()};
+}
+
+int build(const BuildOptions& options, std::ostream& messages)
+{
+    const fs::path file = pathOf(options.operands[1]);
+    std::optional<TablesLabel> label;
+    try {
+        if (options.label)
+            label = labelOf(*options.label);
+    } catch (const std::invalid_argument& wrong) {
+        messages << "build_capacities: " << wrong.what() << '\n';
+        return 2;
+    }
+    Findings findings(messages);
+    if (!isReplaceable(file))
+        findings.report(isNoDataFile, textOf(file), 0, "", "a data file, or none");
+    CapacityTables tables = readCapacityTables(pathOf(options.operands[0]), findings);
+    tables.label = label;
+    if (options.complete)
+        completeTables(tables, findings);
+    checkTables(tables, findings);
+    if (findings.errors() == 0)
+        writeFile(file, databaseBytes(tables), &ReplacementFile::putInPlace, findings);
+    return close(findings, messages, textOf(file) + " is built", "nothing is written");
+}
+
+/// "; " and which label the tables have.
+std::string labelText(const std::optional<TablesLabel>& label)
+{
+    return label ? "; its tables are labelled \"" + shown(label->label, mostOfLabel) + "\", " + shown(label->date)
+                 : "; its tables have no label";
+}
+
+int check(const fs::path& file, std::ostream& messages)
+{
+    Findings findings(messages);
+    const CapacityTables tables = readDatabase(file, findings);
+    checkTables(tables, findings);
+    return close(findings, messages, textOf(file) + " can be used" + labelText(tables.label),
+                 textOf(file) + " must not be used");
+}
+
+/// `text` as one argument of a shell.
+std::string shellText(const std::string& text)
+{
+    std::string quoted = "\"";
+    for (const char sign : text)
+        quoted += (std::strchr("\"\\$`", sign) != nullptr ? "\\" : "") + std::string(1, sign);
+    return quoted + '"';
+}
+
+int exportTables(const fs::path& file, const fs::path& directory, bool decimalComma, std::ostream& messages)
+{
+    Findings findings(messages);
+    const CapacityTables tables = readDatabase(file, findings);
+    const auto forEachFile = [&](const auto& write) {
+        for (const auto& [name, table] : tables.valves)
+            write(directory / (name + ".csv"), table);
+        for (const auto& [name, table] : tables.largeTanks)
+            write(directory / (name + ".csv"), table);
+    };
+    forEachFile([&](const fs::path& path, const auto&) {
+        std::error_code ignored;
+        if (fs::exists(fs::symlink_status(path, ignored)))
+            findings.report(fileExists, textOf(path), 0, "");
+    });
+    std::error_code failure;
+    if (findings.errors() == 0 && !fs::create_directories(directory, failure) && failure)
+        findings.report(cannotBeWritten, textOf(directory), 0, failure.message());
+    std::vector<fs::path> written;
+    forEachFile([&](const fs::path& path, const auto& table) {
+        if (findings.errors() == 0 &&
+            writeFile(path, csvText(table, decimalComma), &ReplacementFile::putInFreePlace, findings))
+            written.push_back(path);
+    });
+    if (findings.errors() > 0) // what is left would be in the way of the next attempt
+        for (const fs::path& path : written)
+            fs::remove(path, failure);
+    std::string done = textOf(directory) + " holds the tables of " + textOf(file) + labelText(tables.label);
+    if (tables.label)
+        done += "; build with --label " + shellText(shown(tables.label->label, mostOfLabel)) + " to keep that";
+    return close(findings, messages, done, "nothing is written");
+}
+
+} // namespace
+
+int buildCapacities(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& messages)
+{
+    const std::string option =
+        !arguments.empty() && arguments.front().starts_with("--") ? arguments.front() : std::string();
+    const auto isCommand = [&](const char* wanted, std::size_t operands) {
+        return option == wanted && arguments.size() == operands + (option.empty() ? 0 : 1);
+    };
+    if (isCommand("--help", 0)) {
+        return print(out, usage, messages);
+    }
+    if (isCommand("--version", 0)) {
+        return print(out, "build_capacities " SIZING_VERSION "\n", messages);
+    }
+    if (isCommand("--check", 1))
+        return check(pathOf(arguments[1]), messages);
+    prepareConsole(); // so that Ctrl+C leaves no half file behind
+    if (isCommand("--export", 2) && arguments[1] != "--decimal-comma")
+        return exportTables(pathOf(arguments[1]), pathOf(arguments[2]), false, messages);
+    if (isCommand("--export", 3) && arguments[1] == "--decimal-comma")
+        return exportTables(pathOf(arguments[2]), pathOf(arguments[3]), true, messages);
+    if (const auto options = readBuildOptions(arguments); options && options->operands.size() == 2)
+        return build(*options, messages);
+    messages << usage;
+    return 2;
+}

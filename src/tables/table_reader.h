@@ -1,0 +1,16 @@
+#pragma once
+
+#include "tables/capacity_tables.h"
+
+/// What the columns of a table are measured in.
+struct TableUnits
+{
+    std::string_view first; ///< of `Pressure` or `TankVol`
+    std::string_view flow;
+    bool isNitrogen; ///< in place of air, where a mass is given
+};
+
+/// Reads the CSV file of one table. What cannot be read in exactly one way is reported and read in the likelier one, so
+/// that one run finds whatever else is wrong; the errors keep the table from being used.
+template <typename Row>
+Table<Row> readTable(const std::filesystem::path& path, const TableUnits& units, Findings& findings);
