@@ -72,7 +72,7 @@ public:
         mark.isDecimal |= separator_ == ',' || !mayBeThousands(text, text.find_first_of(".,"));
     }
 
-    char found() const
+    char found(std::optional<char> usual) const
     {
         if (point_.line > 0 && comma_.line > 0)
             throw CsvProblem(std::max(point_.line, comma_.line), "numbers are written in two ways, " +
@@ -83,8 +83,9 @@ public:
                 throw CsvProblem(mark->line, inQuotes(mark->text) +
                                                  " may have a decimal mark or a thousands separator, and no other "
                                                  "number tells which");
-        const bool isComma = point_.line == 0 && (comma_.line > 0 || separator_ == ';');
-        return isComma ? ',' : '.';
+        if (point_.line == 0 && comma_.line == 0)
+            return usual.value_or(separator_ == ';' ? ',' : '.');
+        return comma_.line > 0 ? ',' : '.';
     }
 
 private:
@@ -150,11 +151,11 @@ CsvFormat lookAtStart(std::istream& in)
 
 } // namespace
 
-CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
+CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns, const CsvKnown& known)
 {
     const std::streampos start = in.tellg();
     CsvFormat format = lookAtStart(in);
-    format.separator = findSeparator(in, start, columns);
+    format.separator = known.separator ? *known.separator : findSeparator(in, start, columns);
     in.clear();
     in.seekg(start);
     CsvReader reader(in, format.separator);
@@ -169,7 +170,7 @@ CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
         for (const std::size_t at : numbers)
             if (at < row.fields.size())
                 marks.look(row.fields[at], row.line);
-    format.decimalMark = marks.found();
+    format.decimalMark = marks.found(known.decimalMark);
     return format;
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <deque>
 #include <istream>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -34,6 +35,13 @@ struct CsvFormat
     std::size_t rows = 0;       ///< below the header
 };
 
+/// What is known of a CSV text before it is read.
+struct CsvKnown
+{
+    std::optional<char> separator;
+    std::optional<char> decimalMark; ///< where no number of the text has one
+};
+
 /// A column that a CSV text may have.
 struct CsvColumn
 {
@@ -47,7 +55,7 @@ struct CsvColumn
 /// Throws CsvProblem when the text can be read in no way or in more than one: another encoding or separator, both
 /// decimal marks, one that may separate thousands. A text that no decimal mark makes a number, like "1.2.3", says
 /// nothing; who reads the row refuses it. Reads to the end.
-CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns);
+CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns, const CsvKnown& known = {});
 
 /// The rows of an RFC 4180 text, one after the other; lines end in LF, CRLF or CR, and a UTF-8 byte order mark is
 /// passed over. Line ends in a quoted field are kept as they are. Rows without any text (a blank line, ",,,") are left

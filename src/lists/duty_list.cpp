@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <variant>
@@ -95,6 +96,22 @@ const AnswerColumn answerColumns[] = {
     {"Comments", commentsOf},
     {"Messages", messagesOf},
 };
+
+std::vector<std::string> answerNames()
+{
+    std::vector<std::string> names;
+    for (const AnswerColumn& column : answerColumns)
+        names.emplace_back(column.name);
+    return names;
+}
+
+std::vector<std::string> answerFields(const SizedDuty& duty)
+{
+    std::vector<std::string> fields;
+    for (const AnswerColumn& column : answerColumns)
+        fields.push_back(column.text(duty));
+    return fields;
+}
 
 /// A row that cannot be entered on the screens, and why.
 struct CannotBeEntered : std::runtime_error
@@ -241,10 +258,10 @@ std::vector<CsvColumn> csvColumns()
 }
 
 /// Finds how the list is written and rewinds it.
-CsvFormat formatOf(std::istream& list)
+CsvFormat formatOf(std::istream& list, const CsvKnown& known)
 {
     const std::streampos start = list.tellg();
-    const CsvFormat format = findCsvFormat(list, csvColumns());
+    const CsvFormat format = findCsvFormat(list, csvColumns(), known);
     list.clear();
     list.seekg(start);
     return format;
@@ -260,8 +277,8 @@ NumberText numbersOf(const CsvFormat& format)
 
 } // namespace
 
-DutyList::DutyList(std::istream& list, std::string dataFile)
-    : format_(formatOf(list)), numbers_(numbersOf(format_)), store_(std::move(dataFile), numbers_),
+DutyList::DutyList(std::istream& list, std::string dataFile, const CsvKnown& known)
+    : format_(formatOf(list, known)), numbers_(numbersOf(format_)), store_(std::move(dataFile), numbers_),
       reader_(list, format_.separator)
 {
     readHeader();
@@ -357,8 +374,7 @@ std::string DutyList::csvLine(const std::vector<std::string>& fields) const
 std::string DutyList::answerHeader() const
 {
     std::vector<std::string> fields = header_;
-    for (const AnswerColumn& column : answerColumns)
-        fields.emplace_back(column.name);
+    std::ranges::copy(answerNames(), std::back_inserter(fields));
     return (format_.byteOrderMark ? "\xEF\xBB\xBF" : "") + csvLine(fields);
 }
 
@@ -368,7 +384,28 @@ std::string DutyList::answer(const SizedDuty& duty) const
     if (fields.empty())
         fields.push_back(duty.row.broken);
     fields.resize(order_.size()); // those beyond the header's are what the row is refused for
-    for (const AnswerColumn& column : answerColumns)
-        fields.push_back(column.text(duty));
+    std::ranges::copy(answerFields(duty), std::back_inserter(fields));
     return csvLine(fields);
+}
+
+std::string DutyList::addedHeader() const
+{
+    return csvLine(answerNames());
+}
+
+std::string DutyList::added(const SizedDuty& duty) const
+{
+    return csvLine(answerFields(duty));
+}
+
+std::vector<std::string> DutyList::lacking() const
+{
+    std::vector<std::string> names;
+    for (const Box box : {Box::txtPumpRate, Box::txtPressure, Box::txtTankVolume}) {
+        const auto* const column =
+            std::ranges::find(listColumns, decltype(ListColumn::target)(box), &ListColumn::target);
+        if (std::ranges::find(order_, static_cast<std::size_t>(column - listColumns)) == order_.end())
+            names.emplace_back(column->name);
+    }
+    return names;
 }

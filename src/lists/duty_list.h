@@ -36,7 +36,7 @@ class DutyList
 public:
     /// Reads how the list is written and its header, twice over `list`, which can be rewound and must outlive this.
     /// Throws CsvProblem when the list or its header cannot be read, std::runtime_error when the data file cannot.
-    DutyList(std::istream& list, std::string dataFile);
+    DutyList(std::istream& list, std::string dataFile, const CsvKnown& known = {});
     DutyList(const DutyList&) = delete; // the reader and the store refer to it
 
     std::size_t rowCount() const { return format_.rows; }
@@ -58,6 +58,13 @@ public:
 
     /// One row of the answer in the format of the list: its fields as they came, then the captions of the main form.
     std::string answer(const SizedDuty& duty) const;
+
+    /// The same without the columns of the list.
+    std::string addedHeader() const;
+    std::string added(const SizedDuty& duty) const;
+
+    /// The columns that a row needs and the header lacks: "Pump Rate", "Pressure"; by API-2000 "Tank Volume".
+    std::vector<std::string> lacking() const;
 
 private:
     void readHeader();
