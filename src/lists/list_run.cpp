@@ -1,0 +1,103 @@
+#include "lists/list_run.h"
+
+#include "files/system.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+/// Has a failure name the file that it is about.
+template <typename Action>
+auto about(const fs::path& file, const Action& action)
+{
+    try {
+        return action();
+    } catch (const std::runtime_error& failure) {
+        throw std::runtime_error(textOf(file) + ": " + failure.what());
+    }
+}
+
+/// The same where the list is read, whose rows have lines.
+template <typename Action>
+auto reading(const fs::path& list, const Action& action)
+{
+    try {
+        return action();
+    } catch (const CsvProblem& problem) {
+        throw std::runtime_error(textOf(list) + ':' + std::to_string(problem.line) + ": " + problem.what());
+    }
+}
+
+} // namespace
+
+ListRun::ListRun(const ListFiles& files, const std::string& dataFile, const MakePdf& makePdf, const std::string& today)
+    : files_(files), makesDirectory_(files.summaries && !fs::exists(*files.summaries)),
+      in_(files.list, std::ios::in | std::ios::binary)
+{
+    if (const std::string reason = whyUnreadable(files_.list); !reason.empty())
+        throw std::runtime_error(textOf(files_.list) + ": " + reason);
+    std::error_code isNew;
+    if (fs::equivalent(files_.list, files_.answer, isNew))
+        throw std::runtime_error(textOf(files_.answer) + ": this is the list; its answer needs a name of its own");
+    reading(files_.list, [&] { list_.emplace(in_, dataFile); });
+    about(files_.answer, [&] {
+        answer_.emplace(files_.answer, ordinaryMode());
+        answer_->write(list_->answerHeader());
+    });
+    if (files_.summaries)
+        summaries_.emplace(
+            *files_.summaries,
+            [makePdf, tables = list_->tables()](const SummaryForm& page) { return makePdf(page, tables); }, today,
+            false);
+}
+
+ListRun::~ListRun()
+{
+    std::error_code hasSummaries;
+    if (makesDirectory_)
+        fs::remove(*files_.summaries, hasSummaries);
+}
+
+bool ListRun::next()
+{
+    std::optional<SizedDuty> duty = reading(files_.list, [&] { return list_->next(); });
+    if (!duty) {
+        about(files_.answer, [&] { files_.replacesAnswer ? answer_->putInPlace() : answer_->putInFreePlace(); });
+        return false;
+    }
+    if (summaries_ && duty->status == SizedDuty::Status::sized) {
+        const std::string failure = summaries_->write(*duty->sizing, duty->row.line, list_->numbers());
+        if (!failure.empty())
+            duty->sizing->messages.show(failure);
+        ++(failure.empty() ? summariesWritten_ : withoutSummary_);
+    }
+    about(files_.answer, [&] { answer_->write(list_->answer(*duty)); });
+    ++counts_[static_cast<std::size_t>(duty->status)];
+    return true;
+}
+
+std::string ListRun::outcome() const
+{
+    const auto [sized, refused, failed] = counts_;
+    std::string text = std::to_string(done()) + (done() == 1 ? " row: " : " rows: ") + std::to_string(sized) +
+                       " sized, " + std::to_string(refused) + " refused, " + std::to_string(failed) +
+                       " failed. The answer is " + textOf(files_.answer) + '.';
+    if (withoutSummary_ > 0)
+        text += ' ' + std::to_string(withoutSummary_) + " summaries are not written, see Messages.";
+    if (list_->isDataFileReplaced())
+        text += " The data file was changed meanwhile; all rows are sized on the earlier one.";
+    return text;
+}
+
+std::string ListRun::outcomeOfCancel() const
+{
+    std::string text =
+        "Cancelled after " + std::to_string(done()) + " of " + std::to_string(rowCount()) + " rows; no answer is kept.";
+    if (summariesWritten_ > 0)
+        text += ' ' + std::to_string(summariesWritten_) + " summaries stay in " + textOf(*files_.summaries) + '.';
+    return text;
+}
