@@ -42,8 +42,9 @@ constexpr FileQuestion forSummaries = {"Write the Summaries into", QFileDialog::
 QString ask(QWidget* parent, const FileQuestion& question, const QString& proposed)
 {
     // One dialog for all: the destructor of QFileDialog writes a settings file.
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     static auto* const dialog =
-        new QFileDialog(nullptr, {}, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QString());
+        new QFileDialog(nullptr, {}, QDir(documents).exists() ? documents : QDir::homePath(), QString());
     dialog->setWindowTitle(QString::fromLatin1(question.title));
     dialog->setAcceptMode(question.accept);
     dialog->setFileMode(question.mode);
@@ -124,7 +125,7 @@ ListDialog::ListDialog(QWidget* parent, const QString& list, std::string dataFil
 
 QLineEdit* ListDialog::addFile(QGridLayout& rows, QWidget& caption, const char* what, void (ListDialog::*choose)())
 {
-    constexpr int wide = 400; // pixels: a path of usual length
+    constexpr int wide = 280; // pixels: the dialog fits a screen of 640
     auto* const box = new QLineEdit;
     box->setReadOnly(true);
     box->setMinimumWidth(wide);

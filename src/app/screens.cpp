@@ -5,11 +5,14 @@
 #include "app/bubble.h"
 #include "app/form_layout.h"
 #include "app/key_repeat.h"
+#include "app/list_dialog.h"
 #include "app/main_form.h"
 #include "app/menu_bell.h"
 #include "app/setup_form.h"
+#include "base/locale_info.h"
 #include "base/message_box.h"
 #include "capacity/tables_label.h"
+#include "lists/copied_rows.h"
 #include "platform/about.h"
 #include "platform/pdf_summary.h"
 #include "platform/user_locale.h"
@@ -153,6 +156,22 @@ void Screens::saveSummary(MainForm& mainForm)
     }
 }
 
+/// The rows on the clipboard give way to what is to be pasted beside them.
+void Screens::sizeCopied(QWidget& form)
+{
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    const char decimalMark = localeText(locale_, LocaleItem::numberDecimal) == "," ? ',' : '.';
+    const CopiedRows rows = sizeCopiedRows(clipboard.text().toStdString(), dataFile_, decimalMark);
+    if (!rows.added.empty())
+        clipboard.setText(QString::fromStdString(rows.added));
+    const QString outcome = QString::fromStdString(rows.outcome);
+    form.findChild<Announcer*>()->say(outcome);
+    constexpr int afterMenu = 100; // milliseconds: its closing would take the bubble with it
+    QTimer::singleShot(afterMenu, &form, [&form, outcome] {
+        showBubble(form.focusWidget() != nullptr ? *form.focusWidget() : form, outcome);
+    });
+}
+
 void Screens::addMenu(QWidget& form, MainForm* mainForm)
 {
     // Right-click, or the menu key on a button. The actions' keys work everywhere in the form.
@@ -179,6 +198,8 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
                                       [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
+    add("Size Copied &Rows", {}, [this, &form] { sizeCopied(form); });
+    add("Size a &List...", {}, [this, &form] { sizeList(form, dataFile_); });
     add("About", {}, [this] { showAbout(messageBox_, dataFile_); });
 
     // Not the toolkit's own help of this key (QWhatsThis), which takes the next key or click for itself.

@@ -39,6 +39,7 @@ private:
     void addMenu(QWidget& form, MainForm* mainForm);
     SummaryContext summaryContext(MainForm& mainForm);
     void saveSummary(MainForm& mainForm);
+    void sizeCopied(QWidget& form);
 
     const LocaleInfo& locale_;
     MessageBox& messageBox_;

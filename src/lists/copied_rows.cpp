@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr char tab = '\t';
-constexpr std::size_t mostRows = 10'000; // the window waits for them
+constexpr std::size_t mostRows = 5'000; // about a second, in which the window waits
 
 /// The length of the quoted cell that a text begins with, 0 when there is none. Spreadsheets put a cell with a line
 /// break in quotation marks and double those inside, but some leave one like "A" tank as it is. A cell has no tab, so
@@ -74,7 +74,7 @@ CopiedRows sizeAll(DutyList& list, std::size_t headerLine)
         return {"", "Nothing is sized: the first copied row must be the header, and it lacks " + joined(lacking) + '.'};
     if (list.rowCount() == 0 || list.rowCount() > mostRows)
         return {"", list.rowCount() == 0 ? "Nothing is sized: copy the rows below the header, too."
-                                         : "Nothing is sized: these are more than 10000 rows. Save them as a CSV file "
+                                         : "Nothing is sized: these are more than 5000 rows. Save them as a CSV file "
                                            "and take \"Size a List\"."};
     std::string added = std::string(headerLine - 1, '\n') + list.addedHeader();
     std::size_t line = headerLine + 1; // the next one in the answer
