@@ -6,35 +6,24 @@
 #include "app/gas_box.h"
 #include "app/numeric_box.h"
 #include "app/sizing_state.h"
+#include "base/customer_fields.h"
 #include "base/gases.h"
 #include "base/number_text.h"
-#include "base/offered.h"
+#include "base/setup_choices.h"
 #include "capacity/capacity_store.h"
 #include "engine/sizing_driver.h"
-#include "report/print_command.h"
 
 #include <QGroupBox>
 #include <QPushButton>
 
-#include <array>
+#include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <optional>
+#include <span>
 #include <utility>
 
 namespace
 {
-
-/// What an edit of an input empties, in this order.
-constexpr Label resultLabels[] = {
-    Label::lblPRFlow, Label::lblBRFlow,        Label::lblTotalFlow,        Label::lblSGGas,
-    Label::lblCV,     Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity,
-    Label::lblHFPLFP, Label::lblComments};
-
-constexpr MainControl storedMaterialControls[] = {"lblBoilingPoint",   "txtBoilingPoint",  "lblTempUnits1",
-                                                  "lblFlashPoint",     "txtFlashPoint",    "lblTempUnits2",
-                                                  "lblStoredMaterial", "txtStoredMaterial"};
-constexpr MainControl tankVolumeControls[] = {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"};
 
 /// A value or an entry with its caption and its unit.
 struct Fact
@@ -97,15 +86,9 @@ constexpr const char* directDisplacementNote =
     "Direct Displacement only accounts for a direct volumetric displacement of liquid/vapor based on the liquid "
     "displacement. It is normally used for indoor storage of low volatility products.";
 
-template <std::size_t... at>
-consteval auto controlsNamed(const char* const* names, std::index_sequence<at...>)
-{
-    return std::array{MainControl(names[at])...};
-}
-
 /// What the engine calls by number, in that order.
-constexpr auto boxes = controlsNamed(boxNames, std::make_index_sequence<std::size(boxNames)>());
-constexpr auto labels = controlsNamed(labelNames, std::make_index_sequence<std::size(labelNames)>());
+constexpr auto boxes = rowsNamed<MainControl, boxNames>();
+constexpr auto labels = rowsNamed<MainControl, labelNames>();
 
 MainControl controlOf(Box box)
 {
@@ -189,7 +172,7 @@ void MainForm::connectHandlers()
         onClick(controls_.get<QPushButton>(name), *this, handler);
     };
     on("cmdCalcFlowRate", [this] { selectValve(); });
-    on("cmdPrint", [this] { requestSummary(&MainForm::printRequested); });
+    on("cmdPrint", [this] { emit printRequested(); });
     on("cmdClear", [this] { cmdClear_Click(); });
     on("cmdNewCalc", [this] { cmdNewCalc_Click(); });
     on("cmdExit", [this] { cmdExit_Click(); });
@@ -210,11 +193,9 @@ void MainForm::load()
     centreOnScreen(*this);
 
     const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
-    if (directDisplacement) {
+    if (directDisplacement)
         setText("txtTankVolume", "0");
-        hideAll(tankVolumeControls);
-        hideAll(storedMaterialControls);
-    }
+    hideUnasked();
     loadValveType();
 
     if (const UnitSystem* const units = unitsOf(state.UnitSystem)) {
@@ -248,10 +229,8 @@ void MainForm::loadValveType()
         setText("txtSpecGrav", sizing_.numbers.general(firstGas(valveType).specGrav));
         gas_.setGas(QString::fromUtf8(firstGas(valveType).name));
     }
-    if (valveType == choice::pad) {
-        hideAll(storedMaterialControls);
+    if (valveType == choice::pad)
         setCaption(Label::lblHFPLFP, "");
-    }
 }
 
 void MainForm::cmbBlanketingGas_Click()
@@ -290,8 +269,8 @@ void MainForm::nameGas()
 
 void MainForm::emptyResultLabels(bool keepPointNote)
 {
-    for (const Label label : resultLabels)
-        if (label != Label::lblHFPLFP || !keepPointNote)
+    for (const Label label : allLabels)
+        if (label != Label::lblSGGas2 && (label != Label::lblHFPLFP || !keepPointNote))
             setCaption(label, "");
 }
 
@@ -340,19 +319,11 @@ void MainForm::selectValve()
 void MainForm::tellOutcome()
 {
     announcer_.say(outcome());
-    if (!caption(Label::lblPercentValveCapacity).empty()) // the last of them, should they not all fit
+    if (hasValve()) // the last of them, should they not all fit
         for (const MainControl shown : {MainControl("lblPercentValveCapacity"), MainControl("lblCVlbl")})
             scrollIntoView(controls_.get<QWidget>(shown));
     if (!caption(Label::lblComments).empty())
         scrollIntoView(controls_.get<QWidget>("frmComments"));
-}
-
-void MainForm::requestSummary(void (MainForm::*request)())
-{
-    emit(this->*request)();
-    if (caption(Label::lblComments) != nothingSized)
-        return;
-    tellOutcome();
 }
 
 QString MainForm::resultsText() const
@@ -367,12 +338,8 @@ QString MainForm::resultsText() const
         if (!value.isEmpty())
             lines += name + u'\t' + cell(value) + (unit.isEmpty() ? unit : u' ' + unit) + u'\n';
     };
-    for (const auto& [name, text] : {std::pair{"Customer Name", &state.CustomerName},
-                                     {"Customer Location", &state.CustomerLocation},
-                                     {"Tag Number", &state.CustTagNo},
-                                     {"Notes", &state.Notes},
-                                     {"ORM Representative", &state.Representative}})
-        add(QString::fromLatin1(name), QString::fromStdString(*text));
+    for (const CustomerField& field : customerFields)
+        add(QString::fromLatin1(field.name), QString::fromStdString(state.*field.text));
     for (const Fact& fact : facts) {
         const auto& value = controls_.get<QWidget>(fact.value);
         // The gravity that the capacity refers to stays on the form when an edit has emptied the capacity.
@@ -395,7 +362,7 @@ QString MainForm::outcome() const
     const QString comments = spoken("lblComments");
     if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) // beside older figures, perhaps
         return comments + u' ' + QString::fromStdString(reason) + u'.';
-    if (caption(Label::lblPercentValveCapacity).empty())
+    if (!hasValve())
         return comments;
     return QStringLiteral("Cv %1, body size %2, capacity %3 %4, %5 % utilized. %6")
         .arg(spoken("lblCV"), spoken("lblValveBodySize"), spoken("lblMaxValveCapacity"),
@@ -404,18 +371,10 @@ QString MainForm::outcome() const
 
 void MainForm::modClearData()
 {
-    const auto emptyLabels = [this](std::initializer_list<Label> emptied) {
-        for (const Label label : emptied)
-            setCaption(label, "");
-    };
-    emptyLabels({Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize, Label::lblPercentValveCapacity});
-    setText("txtPressure", "");
+    for (const Box box : clearedBoxes)
+        setText(controlOf(box), "");
     setText("txtTankVolume", "0");
-    for (const MainControl box :
-         std::initializer_list<MainControl>{"txtPumpRate", "txtFlashPoint", "txtBoilingPoint", "txtStoredMaterial"})
-        setText(box, "");
-    emptyLabels({Label::lblComments, Label::lblPRFlow, Label::lblBRFlow, Label::lblTotalFlow, Label::lblHFPLFP,
-                 Label::lblSGGas, Label::lblSGGas2});
+    empty(allLabels);
 }
 
 void MainForm::setPrintEnabled(bool enabled)
@@ -442,8 +401,16 @@ void MainForm::setText(MainControl box, const std::string& entry)
     controls_.get<QLineEdit>(box).setText(QString::fromStdString(entry));
 }
 
-void MainForm::hideAll(std::span<const MainControl> names)
+void MainForm::hideUnasked()
 {
-    for (const MainControl name : names)
-        controls_.get<QWidget>(name).hide();
+    const std::string sizingCase = sizingCaseOf(sizing_.state);
+    for (std::size_t box = 0; box < boxes.size(); ++box) {
+        if (asksFor(sizingCase, static_cast<Box>(box)))
+            continue;
+        const Fact& fact = *std::ranges::find(facts, boxes[box].index, [](const Fact& row) { return row.value.index; });
+        controls_.get<QWidget>(fact.caption).hide();
+        controls_.get<QWidget>(fact.value).hide();
+        if (fact.unit)
+            controls_.get<QWidget>(*fact.unit).hide();
+    }
 }
