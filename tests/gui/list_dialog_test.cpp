@@ -5,10 +5,11 @@
 
 #include <QCheckBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSignalSpy>
+#include <QToolTip>
 #include <QtTest>
 
 #include <fstream>
@@ -118,6 +119,95 @@ TEST_F(ListDialogTest, WritesSummariesAndSaysWhatStopsIt)
     EXPECT_EQ(said(*dialog),
               "Nothing is sized: " + (home.path / "tanks.csv").string() + ": No such file or directory.");
     delete dialog;
+}
+
+class ListEntriesTest : public ScreensTest
+{
+protected:
+    ListEntriesTest() { std::ofstream(list) << "Pump Rate,Pressure,Tank Volume\n100,50,10000\n"; }
+
+    void trigger(const char* entry)
+    {
+        for (QAction* const action : screens.form()->actions())
+            if (action->text() == QLatin1String(entry))
+                return action->trigger();
+        FAIL() << entry;
+    }
+
+    /// Names the file that the next dialog asks for.
+    static void answerWith(const std::filesystem::path& file)
+    {
+        QTimer::singleShot(0, qApp, [file] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            dialog->setOption(QFileDialog::DontConfirmOverwrite);
+            dialog->findChild<QLineEdit*>()->setText(QString::fromStdString(file.string())); // as typed
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+    }
+
+    std::string captions() const
+    {
+        std::string text;
+        for (const auto* const control : screens.form()->findChildren<QWidget*>())
+            if (control->isVisible() && !control->isWindow()) // a bubble is one
+                text += textOf(*control) + '|';
+        return text;
+    }
+
+    const std::filesystem::path list = home.path / "tanks.csv";
+};
+
+TEST_F(ListEntriesTest, CopiedRowsGiveWayToTheirSizingsOnBothForms)
+{
+    for (const char* const goOn : {"cmdContinue", "cmdNewCalc"}) {
+        QApplication::clipboard()->setText("Pump Rate\tPressure\tTank Volume\n10\t60\t100\n1\t\t\n");
+        activate();
+        const std::string before = captions() + focus();
+        trigger("Size Copied &Rows");
+        const std::string copied = QApplication::clipboard()->text().toStdString();
+        EXPECT_TRUE(copied.starts_with("Status\t")) << copied;
+        EXPECT_NE(copied.find("\t82\tSCFH\t0.2\t"), std::string::npos) << copied;
+        const QString outcome = "1 of 2 rows sized, 1 refused: paste them beside the list.";
+        EXPECT_EQ(screens.form()->findChild<Announcer*>()->accessibleName(), outcome);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return QToolTip::text().contains(outcome); }));
+        EXPECT_EQ(captions() + focus(), before);
+
+        trigger("Size Copied &Rows");
+        EXPECT_EQ(QApplication::clipboard()->text().toStdString(), copied) << "no list, and not taken away";
+        press(goOn);
+    }
+}
+
+TEST_F(ListEntriesTest, AListIsAskedForAndItsAnswerMayReplaceAFile)
+{
+    openMain();
+    const std::string before = captions() + focus();
+    answerWith(list);
+    trigger("Size a &List...");
+    const QPointer<ListDialog> dialog = screens.form()->window()->findChild<ListDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    std::ofstream(home.path / "mine.csv") << "an earlier answer";
+    const auto button = [&](const char* name) {
+        for (auto* const one : dialog->findChildren<QPushButton*>())
+            if (one->accessibleName() == QLatin1String(name) || one->text() == QLatin1String(name))
+                return one->click();
+        FAIL() << name;
+    };
+    answerWith(home.path / "mine.csv");
+    button("Choose Answer");
+    button("&Size");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog->findChild<Announcer*>()->accessibleName().isEmpty(); }));
+    EXPECT_EQ(dialog->findChild<Announcer*>()->accessibleName().toStdString(),
+              "1 row: 1 sized, 0 refused, 0 failed. The answer is " + (home.path / "mine.csv").string() + ".");
+    std::ifstream answer(home.path / "mine.csv");
+    std::string first;
+    std::getline(answer, first);
+    EXPECT_TRUE(first.starts_with("Pump Rate,Pressure,Tank Volume,Status,")) << first;
+    button("Close");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.isNull(); }));
+    activate();
+    EXPECT_EQ(captions() + focus(), before);
 }
 
 } // namespace
