@@ -128,21 +128,21 @@ void Screens::showMain()
         QApplication::quit();
     });
     connect(mainForm, &MainForm::printRequested, this,
-            [this, mainForm] { cmdPrint_Click(summaryContext(*mainForm), printers_); });
+            [this, mainForm] { cmdPrint_Click(sizingContext(*mainForm), userToday(), printers_); });
     connect(mainForm, &MainForm::saveRequested, this, [this, mainForm] { saveSummary(*mainForm); });
     addMenu(*mainForm, mainForm);
     replaceForm(mainForm);
 }
 
-SummaryContext Screens::summaryContext(MainForm& mainForm)
+SizingContext Screens::sizingContext(MainForm& mainForm)
 {
-    return {state_, mainForm, messageBox_, numbers_, userToday()};
+    return {state_, mainForm, messageBox_, numbers_, store_};
 }
 
 void Screens::saveSummary(MainForm& mainForm)
 {
     try {
-        const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
+        const std::optional<SummaryForm> page = summaryOfSizing(sizingContext(mainForm), userToday());
         if (const std::string reason = store_.whyUnreadable(); page && !reason.empty())
             throw std::runtime_error(reason); // figures of an earlier click are still shown
         const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();

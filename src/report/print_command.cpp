@@ -4,37 +4,38 @@
 #include "base/main_screen.h"
 #include "base/message_box.h"
 #include "base/offered.h"
+#include "base/sizing_context.h"
 #include "engine/required_flow.h"
 #include "report/printers.h"
 
 #include <exception>
 
-std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary)
+std::optional<SummaryForm> summaryOfSizing(const SizingContext& sizing, const std::string& today)
 {
-    SizingState& state = summary.state;
-    if (summary.screen.caption(Label::lblTotalFlow).empty() ||
-        summary.screen.caption(Label::lblPercentValveCapacity).empty()) {
-        summary.screen.setCaption(Label::lblComments, nothingSized);
+    SizingState& state = sizing.state;
+    if (sizing.screen.caption(Label::lblTotalFlow).empty() ||
+        sizing.screen.caption(Label::lblPercentValveCapacity).empty()) {
+        sizing.screen.setCaption(Label::lblComments, nothingSized);
         return std::nullopt;
     }
     // The stored material is judged afresh from the points of the last sizing.
     if (state.ValveType == choice::depad && state.SizingCase == sizing_case::depadApi2000)
-        state.HighFlashBoil = isHighFlashBoil(state, summary.screen, summary.numbers);
-    return SummaryForm(state, summary.numbers, summary.today, summary.screen, summary.messageBox);
+        state.HighFlashBoil = isHighFlashBoil(state, sizing.screen, sizing.numbers);
+    return SummaryForm(state, sizing.numbers, today, sizing.screen, sizing.messageBox);
 }
 
-void cmdPrint_Click(const SummaryContext& summary, Printers& printers)
+void cmdPrint_Click(const SizingContext& sizing, const std::string& today, Printers& printers)
 {
     try {
         const bool hasPrinter = printers.count() >= 1;
         if (!hasPrinter)
-            summary.messageBox.show("There is no printer installed on this computer.");
-        summary.screen.setPrintEnabled(hasPrinter);
+            sizing.messageBox.show("There is no printer installed on this computer.");
+        sizing.screen.setPrintEnabled(hasPrinter);
         if (!hasPrinter)
             return;
-        if (const std::optional<SummaryForm> page = summaryOfSizing(summary))
+        if (const std::optional<SummaryForm> page = summaryOfSizing(sizing, today))
             printers.print(*page);
     } catch (const std::exception&) {
-        summary.messageBox.show("cmdPrint: A printing error has occurred");
+        sizing.messageBox.show("cmdPrint: A printing error has occurred");
     }
 }

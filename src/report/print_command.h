@@ -5,29 +5,16 @@
 #include <optional>
 #include <string>
 
-class MainScreen;
-class MessageBox;
-class NumberText;
 class Printers;
-struct SizingState;
-
-/// What a summary is made of.
-struct SummaryContext
-{
-    SizingState& state;
-    MainScreen& screen;
-    MessageBox& messageBox;
-    const NumberText& numbers;
-    std::string today; ///< in the user's short date form
-};
+struct SizingContext;
 
 /// What the comments say where nothing is sized.
 inline constexpr const char* nothingSized = "You must size a valve before printing.";
 
-/// The summary of the last sizing. Nothing sized: says so in `lblComments`. Throws when the points of the stored
-/// material cannot be judged.
-std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary);
+/// The summary of the last sizing; `today` is the date in the user's short form. Nothing sized: says so in
+/// `lblComments`. Throws when the points of the stored material cannot be judged.
+std::optional<SummaryForm> summaryOfSizing(const SizingContext& sizing, const std::string& today);
 
 /// One press of "Prin&t": prints the summary of the last sizing as one page. No printer: says so and disables the
 /// button. Any failure ends in a message; the program stays usable.
-void cmdPrint_Click(const SummaryContext& summary, Printers& printers);
+void cmdPrint_Click(const SizingContext& sizing, const std::string& today, Printers& printers);

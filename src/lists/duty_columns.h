@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/sizing_state.h"
+#include "base/main_screen.h"
+
+#include <string>
+#include <variant>
+
+/// The choices of the setup screen.
+enum class Choice
+{
+    valveModel,
+    valveType,
+    sizingMethod,
+    unitSystem,
+    pressUnits,
+};
+
+/// A column that a list may have and what it is entered into.
+struct ListColumn
+{
+    const char* name;
+    bool isNumber;
+    std::variant<Choice, Box, std::string SizingState::*> target;
+};
+
+/// All of them. A list may have them in any order.
+inline const ListColumn listColumns[] = {
+    {"Tag Number", false, &SizingState::CustTagNo},
+    {"Valve Model", false, Choice::valveModel},
+    {"Valve Type", false, Choice::valveType},
+    {"Sizing Method", false, Choice::sizingMethod},
+    {"Units of Measure", false, Choice::unitSystem},
+    {"Units of Pressure", false, Choice::pressUnits},
+    {"Pump Rate", true, Box::txtPumpRate},
+    {"Pressure", true, Box::txtPressure},
+    {"Tank Volume", true, Box::txtTankVolume},
+    {"Gas", false, Box::cmbBlanketingGas},
+    {"Specific Gravity", true, Box::txtSpecGrav},
+    {"Boiling Point", true, Box::txtBoilingPoint},
+    {"Flash Point", true, Box::txtFlashPoint},
+    {"Material", false, Box::txtStoredMaterial},
+    {"Customer Name", false, &SizingState::CustomerName},
+    {"Customer Location", false, &SizingState::CustomerLocation},
+    {"Notes", false, &SizingState::Notes},
+    {"ORM Representative", false, &SizingState::Representative},
+};
