@@ -14,7 +14,7 @@
 void holdStandardStreams();
 
 /// Notes Ctrl+C and the like from now on instead of ending the program, makes a closed pipe a failed write, and lets
-/// the standard streams take bytes as they are. What is ignored, as under nohup, stays so.
+/// the standard streams take bytes as they are. Signals that are ignored already (nohup does this) stay ignored.
 void prepareConsole();
 
 /// Whether there was an interruption since.
