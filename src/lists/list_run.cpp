@@ -70,7 +70,7 @@ bool ListRun::next()
         return false;
     }
     if (summaries_ && duty->status == SizedDuty::Status::sized) {
-        const std::string failure = summaries_->write(*duty->sizing, duty->row.line, list_->numbers());
+        const std::string failure = summaries_->write(*list_, *duty);
         if (!failure.empty())
             duty->sizing->messages.show(failure);
         ++(failure.empty() ? summariesWritten_ : withoutSummary_);
