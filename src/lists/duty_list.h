@@ -23,7 +23,8 @@
 // 4. `answer` writes the row back with what the main form shows now.
 // 5. With `--summaries`, the page of each sized row becomes a PDF file (lists/summary_files).
 //
-// All rows are sized on the data file as it is when the list is opened.
+// All rows are sized on the data file as it is when the list is opened. The screens do the same: "Size a List..." by
+// lists/list_run, "Size Copied Rows" by lists/copied_rows.
 
 /// A row of the list, sized as one press of "&Select Valve Size" sizes it.
 struct SizedDuty
