@@ -1,11 +1,27 @@
+#include "base/number_text.h"
 #include "files/system.h"
 #include "lists/size_command.h"
 #include "platform/pdf_summary.h"
 #include "platform/user_locale.h"
 
 #include <QGuiApplication>
+#include <QLocale>
+#include <QSysInfo>
 
 #include <cstdio>
+
+namespace
+{
+
+Verification verify(const std::string& directory, const std::string& dataFile)
+{
+    const QString system = QSysInfo::prettyProductName() + QStringLiteral(", ") + QSysInfo::currentCpuArchitecture();
+    const bool decimalComma = userNumberText(userLocale(), "").general(0.5) == "0,5";
+    return verifyProgram({directory + "/verification", dataFile, system.toStdString(),
+                          QLocale::system().name().toStdString(), decimalComma, userToday()});
+}
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -20,6 +36,8 @@ int main(int argc, char* argv[])
     int count = 1;
     char* program[] = {argv[0], nullptr};
     const QGuiApplication application(count, program);
-    const QString dataFile = QCoreApplication::applicationDirPath() + QStringLiteral("/capacities.mdb");
-    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), summaryPdf, userToday()});
+    const std::string directory = QCoreApplication::applicationDirPath().toStdString();
+    const std::string dataFile = directory + "/capacities.mdb";
+    return sizeValves({argv + 1, argv + argc},
+                      {dataFile, summaryPdf, userToday(), [&] { return verify(directory, dataFile); }});
 }
