@@ -16,7 +16,7 @@ def duty(name, valve, pump, pressure, volume=None, gravity="", gas="", boiling="
 
 
 def factors():
-    """Each to a flow ending in a half that only the factor of 24 binary digits rounds as shown."""
+    """Each to a flow ending in a half that only the factor of 24 binary digits rounds as shown, and to five digits."""
     yield duty("pump flow, pad, US", "61 PSI", 100, 50, 10000)
     yield duty("pump flow, pad, metric", "61 kPa", 150, 500, 100)
     yield duty("displaced flow, pad, US", "61 PSI", 100, 50)
@@ -33,6 +33,12 @@ def factors():
     yield duty("breathing, low point, US", "depad PSI", 1, 1, 525, flash=80)
     yield duty("breathing, high point, metric", "depad mbar", 1, 50, 125, flash=60)
     yield duty("breathing, low point, metric", "depad mbar", 1, 50, 1500, flash=20)
+    for units, pad, depad, pressures in ("US", "61 PSI", "depad PSI", (50, 1)), ("metric", "61 kPa", "depad mbar", (500, 50)):
+        yield duty(f"pump flow to five digits, pad, {units}", pad, 9999, pressures[0], 1)
+        yield duty(f"displaced flow to five digits, pad, {units}", pad, 9999, pressures[0])
+        yield duty(f"displaced flow to five digits, depad, {units}", depad, 9999, pressures[1])
+        yield duty(f"pump flow to five digits, high point, {units}", depad, 9999, pressures[1], 1, flash=200)
+        yield duty(f"pump flow to five digits, low point, {units}", depad, 9999, pressures[1], 1, flash=20)
 
 
 def points():
@@ -47,7 +53,7 @@ def points():
 
 def tanks():
     for units, pad, depad, pressures, limit, above, row, largest, beyond in [
-            ("US", "61 PSI", "depad PSI", (200, 2.8), 840000, 840001, 2000000, 7560000, 7560000.5),
+            ("US", "61 PSI", "depad PSI", (200, 2.8), 840000, 840000.1, 2000000, 7560000, 7560000.5),
             ("metric", "61 kPa", "depad mbar", (1379, 193), 3179, 3179.01, 8000, 30000, 30000.01)]:
         for where, volume in [("at the limit of the factor", limit), ("just above it", above), ("on a row", row),
                               ("between two rows", row * 1.25), ("the largest", largest), ("too large", beyond)]:
@@ -92,12 +98,12 @@ def pressures(ranges):
     for kind, units in ("61", ranges["Series 61"]), ("63", ranges["Series 63"]), ("depad", ranges["Depad"]):
         for unit, (lowest, highest) in units.items():
             low, high = float(lowest), float(highest)
-            for where, pressure in [("below the range", low * 0.999), ("at its lowest", low), ("at its highest", high),
-                                    ("above the range", high * 1.001)]:
+            for where, pressure in [("below the range", low * 0.99999), ("at its lowest", low), ("at its highest", high),
+                                    ("above the range", high * 1.00001)]:
                 valve = f"{kind} {unit}"
-                yield duty(f"{where}, {valve}", valve, flows[unit], f"{pressure:.6g}")
+                yield duty(f"{where}, {valve}", valve, flows[unit], f"{pressure:.8g}")
     for unit, least, pump in ("PSI", 25, 100), ("kg/cm2", 1.8, 20), ("kPa", 172, 20):
-        for where, pressure in ("below", least * 0.99), ("at", least):
+        for where, pressure in ("below", least * 0.9999), ("at", least):
             yield duty(f"Cv above 0.4 {where} its least pressure, {unit}", f"61 {unit}", pump, f"{pressure:.6g}")
             yield duty(f"Cv 0.4 {where} the pressure of larger ones, {unit}", f"61 {unit}", pump / 2, f"{pressure:.6g}")
     yield duty("in the range, below the least pressure, 63 kg/cm2", "63 kg/cm2", 1, 1.79)
