@@ -155,9 +155,11 @@ def roundings():
     yield duty("depad: whole after the gas factor", "depad PSI", 1.2, 0.55, gravity=0.97)
     yield duty("Cv 0.2 is not cut", "61 kg/cm2", 1, 5)
     yield duty("2.5 is looked up as 2", "61 PSI", 0.3125, 1, gravity=388)
+    yield duty("2.55 is shown as 2.5 and looked up as 2", "61 PSI", 0.31875, 1, gravity=388)
     yield duty("3.5 is looked up as 4", "61 PSI", 0.4375, 1, gravity=151.6)
     yield duty("0.45 is looked up as 0", "61 PSI", 0.05625, 1, gravity=9702)
     yield duty("689.5 through the gas factor is 690", "depad PSI", 172.375, 1, gravity=0.25)
+    yield duty("207.5 through the gas factor as held is 207", "depad mbar", 164.26, 193, gravity=1.5625)
     yield duty("584.5 through the gas factor is 584", "depad in wc", 146.125, 20, gravity=0.25)
 
 
