@@ -20,6 +20,3 @@ bool isInterrupted();
 
 /// Why the operating system does not let a file be read; "" when it does.
 std::string whyUnreadable(const std::filesystem::path& file);
-
-/// A new empty file in the directory for temporary ones. Throws std::runtime_error with the system's reason.
-std::filesystem::path createTemporaryFile();

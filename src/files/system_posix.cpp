@@ -6,9 +6,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
-#include <stdexcept>
 
 namespace
 {
@@ -53,14 +51,4 @@ std::string whyUnreadable(const std::filesystem::path& file)
         return std::strerror(errno);
     close(descriptor);
     return "";
-}
-
-std::filesystem::path createTemporaryFile()
-{
-    std::string name = (std::filesystem::temp_directory_path() / "size-valves-XXXXXX").string();
-    const int descriptor = mkstemp(name.data());
-    if (descriptor < 0)
-        throw std::runtime_error(name + ": " + std::strerror(errno));
-    close(descriptor);
-    return name;
 }

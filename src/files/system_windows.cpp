@@ -6,7 +6,7 @@
 #include <io.h>
 
 #include <atomic>
-#include <stdexcept>
+#include <system_error>
 
 namespace
 {
@@ -55,12 +55,4 @@ std::string whyUnreadable(const std::filesystem::path& file)
         return lastReason();
     CloseHandle(opened);
     return "";
-}
-
-std::filesystem::path createTemporaryFile()
-{
-    wchar_t name[MAX_PATH] = L"";
-    if (GetTempFileNameW(std::filesystem::temp_directory_path().c_str(), L"siz", 0, name) == 0)
-        throw std::runtime_error(lastReason());
-    return name;
 }
