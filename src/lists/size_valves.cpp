@@ -1,27 +1,12 @@
-#include "base/number_text.h"
 #include "files/system.h"
 #include "lists/size_command.h"
+#include "platform/about.h"
 #include "platform/pdf_summary.h"
 #include "platform/user_locale.h"
 
 #include <QGuiApplication>
-#include <QLocale>
-#include <QSysInfo>
 
 #include <cstdio>
-
-namespace
-{
-
-Verification verify(const std::string& directory, const std::string& dataFile)
-{
-    const QString system = QSysInfo::prettyProductName() + QStringLiteral(", ") + QSysInfo::currentCpuArchitecture();
-    const bool decimalComma = userNumberText(userLocale(), "").general(0.5) == "0,5";
-    return verifyProgram({directory + "/verification", dataFile, system.toStdString(),
-                          QLocale::system().name().toStdString(), decimalComma, userToday()});
-}
-
-} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -38,6 +23,8 @@ int main(int argc, char* argv[])
     const QGuiApplication application(count, program);
     const std::string directory = QCoreApplication::applicationDirPath().toStdString();
     const std::string dataFile = directory + "/capacities.mdb";
+    const VerificationPlace place = {directory + "/verification", dataFile,   systemName(), userLocaleName(),
+                                     hasDecimalComma(),           userToday()};
     return sizeValves({argv + 1, argv + argc},
-                      {dataFile, summaryPdf, userToday(), [&] { return verify(directory, dataFile); }});
+                      {dataFile, summaryPdf, userToday(), [&] { return verifyProgram(place); }});
 }
