@@ -4,116 +4,22 @@
 #include "app/box_help.h"
 #include "app/bubble.h"
 #include "app/gas_box.h"
+#include "app/main_form_facts.h"
 #include "app/numeric_box.h"
 #include "app/sizing_state.h"
-#include "base/customer_fields.h"
 #include "base/gases.h"
 #include "base/number_text.h"
-#include "base/setup_choices.h"
 #include "capacity/capacity_store.h"
 #include "engine/sizing_driver.h"
 
 #include <QGroupBox>
 #include <QPushButton>
 
-#include <algorithm>
 #include <iostream>
-#include <optional>
-#include <span>
 #include <utility>
 
 namespace
 {
-
-/// A value or an entry with its caption and its unit.
-struct Fact
-{
-    MainControl caption;
-    MainControl value;
-    std::optional<MainControl> unit;
-
-    consteval Fact(const char* captionName, const char* valueName, const char* unitName = nullptr)
-        : caption(captionName), value(valueName)
-    {
-        if (unitName != nullptr)
-            unit = MainControl(unitName);
-    }
-};
-
-/// What screen readers say beside a value, and what is copied, in that order.
-constexpr Fact facts[] = {
-    {"lblValveModellbl", "lblValveModel"},
-    {"lblValveTypelbl", "lblValveType"},
-    {"lblSizingMethodlbl", "lblSizingMethod"},
-    {"lblSizingMethodlbl", "lblHFPLFP"},
-    {"lblPumpRate", "txtPumpRate", "lblPumpRateUnits"},
-    {"lblPressure", "txtPressure", "lblPressureUnits"},
-    {"lblTankVolume", "txtTankVolume", "lblVolumeUnits"},
-    {"lblBlanketingGas", "cmbBlanketingGas"},
-    {"lblSpecGravlbl", "txtSpecGrav"},
-    {"lblBoilingPoint", "txtBoilingPoint", "lblTempUnits1"},
-    {"lblFlashPoint", "txtFlashPoint", "lblTempUnits2"},
-    {"lblStoredMaterial", "txtStoredMaterial"},
-    {"lblPRFlowLabel", "lblPRFlow", "lblFlow1"},
-    {"lblBRFlowLabel", "lblBRFlow", "lblFlow1"},
-    {"lblTotalFlowLabel", "lblTotalFlow", "lblFlow1"},
-    {"lblSGGaslbl", "lblSGGas"},
-    {"lblCVlbl", "lblCV"},
-    {"lblValveBodySizelbl", "lblValveBodySize"},
-    {"lblMaxValveCapacitylbl", "lblMaxValveCapacity", "lblFlow2"},
-    {"Label2", "lblSGGas2"},
-    {"lblPercentValveCapacitylbl", "lblPercentValveCapacity"},
-};
-
-struct ValveTypeTexts
-{
-    const char* valveType;
-    const char* pumpRate;
-    const char* breathingFlow;
-    const char* pressure;
-    const char* blanketingGas;
-    const char* specGrav;
-};
-
-constexpr ValveTypeTexts valveTypeTexts[] = {
-    {choice::pad, "Pump-&Out Rate", "+ Inbreathing Flow", "Supply &Pressure of Blanketing Gas",
-     "&Blanketing Gas:", "Specific &Gravity - Blanketing Gas"},
-    {choice::depad, "Pump-In Rate", "+ Outbreathing Flow", "Differential &Pressure",
-     "&Vented Gas:", "Specific &Gravity - Vented Gas"},
-};
-
-constexpr const char* directDisplacementNote =
-    "Direct Displacement only accounts for a direct volumetric displacement of liquid/vapor based on the liquid "
-    "displacement. It is normally used for indoor storage of low volatility products.";
-
-/// What the engine calls by number, in that order.
-constexpr auto boxes = rowsNamed<MainControl, boxNames>();
-constexpr auto labels = rowsNamed<MainControl, labelNames>();
-
-MainControl controlOf(Box box)
-{
-    return boxes[static_cast<std::size_t>(box)];
-}
-
-MainControl controlOf(Label label)
-{
-    return labels[static_cast<std::size_t>(label)];
-}
-
-/// The property with the text of a label or box.
-const char* valueProperty(const QWidget& control)
-{
-    return control.inherits("QComboBox") ? "currentText" : "text";
-}
-
-/// A caption without its access key and the signs around it: "+ Inbreathing Flow", "Tank &Volume:".
-QString plainCaption(QString caption)
-{
-    caption.remove(u'&').remove(u':');
-    while (caption.startsWith(u'+') || caption.startsWith(u'=') || caption.startsWith(u' '))
-        caption.remove(0, 1);
-    return caption;
-}
 
 void paintText(QLabel& label, const QColor& colour)
 {
@@ -145,16 +51,10 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
 
 void MainForm::describeControls()
 {
-    for (const Fact& fact : facts) {
-        auto& value = controls_.get<QWidget>(fact.value);
-        if (qobject_cast<QLabel*>(&value) != nullptr)
-            value.setAccessibleDescription(controls_.get<QLabel>(fact.caption).text());
-        else if (fact.unit) // the caption is the box's name
-            value.setAccessibleDescription(controls_.get<QLabel>(*fact.unit).text());
-    }
-    controls_.get<QLabel>("lblComments").setAccessibleDescription(controls_.get<QGroupBox>("frmComments").title());
-    for (std::size_t box = 0; box < boxes.size(); ++box)
-        controls_.get<QWidget>(boxes[box]).setToolTip(helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
+    describeValues(controls_);
+    for (std::size_t box = 0; box < mainBoxes.size(); ++box)
+        controls_.get<QWidget>(mainBoxes[box])
+            .setToolTip(helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
 }
 
 void MainForm::connectHandlers()
@@ -176,61 +76,6 @@ void MainForm::connectHandlers()
     on("cmdClear", [this] { cmdClear_Click(); });
     on("cmdNewCalc", [this] { cmdNewCalc_Click(); });
     on("cmdExit", [this] { cmdExit_Click(); });
-}
-
-void MainForm::load()
-{
-    const SizingState& state = sizing_.state;
-    const struct
-    {
-        MainControl name;
-        const std::string& shown;
-    } choices[] = {{"lblValveModel", state.ValveModel},       {"lblValveType", state.ValveType},
-                   {"lblSizingMethod", state.SizingMethod},   {"lblPressureUnits", state.PressUnits},
-                   {"lblPumpRateUnits", state.PumpRateUnits}, {"lblVolumeUnits", state.VolUnits}};
-    for (const auto& [name, shown] : choices)
-        setLabelCaption(name, shown);
-    centreOnScreen(*this);
-
-    const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
-    if (directDisplacement)
-        setText("txtTankVolume", "0");
-    hideUnasked();
-    loadValveType();
-
-    if (const UnitSystem* const units = unitsOf(state.UnitSystem)) {
-        for (const MainControl name : {MainControl("lblFlow1"), MainControl("lblFlow2")})
-            setLabelCaption(name, std::string(units->flow) + " of");
-        for (const MainControl name : {MainControl("lblTempUnits1"), MainControl("lblTempUnits2")})
-            setLabelCaption(name, std::string("(") + units->degrees + ")");
-    }
-
-    QStringList names;
-    for (const Gas& gas : gases)
-        names.append(QString::fromUtf8(gas.name));
-    gas_.fill(names);
-
-    // Last: every box written above has emptied the comments.
-    if (directDisplacement)
-        setCaption(Label::lblComments, directDisplacementNote);
-}
-
-void MainForm::loadValveType()
-{
-    const std::string& valveType = sizing_.state.ValveType;
-    for (const ValveTypeTexts& texts : valveTypeTexts) {
-        if (valveType != texts.valveType)
-            continue;
-        setLabelCaption("lblPumpRate", texts.pumpRate);
-        setLabelCaption("lblBRFlowLabel", texts.breathingFlow);
-        setLabelCaption("lblPressure", texts.pressure);
-        setLabelCaption("lblBlanketingGas", texts.blanketingGas);
-        setLabelCaption("lblSpecGravlbl", texts.specGrav);
-        setText("txtSpecGrav", sizing_.numbers.general(firstGas(valveType).specGrav));
-        gas_.setGas(QString::fromUtf8(firstGas(valveType).name));
-    }
-    if (valveType == choice::pad)
-        setCaption(Label::lblHFPLFP, "");
 }
 
 void MainForm::cmbBlanketingGas_Click()
@@ -328,32 +173,7 @@ void MainForm::tellOutcome()
 
 QString MainForm::resultsText() const
 {
-    const SizingState& state = sizing_.state;
-    QString lines;
-    const auto add = [&](const QString& name, const QString& value, const QString& unit = {}) {
-        const auto cell = [](const QString& text) { // on one line, and nothing that a spreadsheet would work out
-            const QString line = text.simplified();
-            return !line.isEmpty() && QStringLiteral("=+-@").contains(line.front()) ? u' ' + line : line;
-        };
-        if (!value.isEmpty())
-            lines += name + u'\t' + cell(value) + (unit.isEmpty() ? unit : u' ' + unit) + u'\n';
-    };
-    for (const CustomerField& field : customerFields)
-        add(QString::fromLatin1(field.name), QString::fromStdString(state.*field.text));
-    for (const Fact& fact : facts) {
-        const auto& value = controls_.get<QWidget>(fact.value);
-        // The gravity that the capacity refers to stays on the form when an edit has emptied the capacity.
-        const bool isStale =
-            fact.value.index == controlOf(Label::lblSGGas2).index && caption(Label::lblMaxValveCapacity).empty();
-        if (!value.isHidden() && !isStale)
-            add(plainCaption(controls_.get<QLabel>(fact.caption).text()),
-                value.property(valueProperty(value)).toString(),
-                fact.unit ? controls_.get<QLabel>(*fact.unit).text().remove(QStringLiteral(" of")) : QString());
-    }
-    const auto& comments = controls_.get<QLabel>("lblComments");
-    add(controls_.get<QGroupBox>("frmComments").title(), comments.text());
-    add(QStringLiteral("Data File"), comments.toolTip());
-    return lines;
+    return ::resultsText(controls_, sizing_.state);
 }
 
 QString MainForm::outcome() const
@@ -399,18 +219,4 @@ void MainForm::setLabelCaption(MainControl name, const std::string& shown)
 void MainForm::setText(MainControl box, const std::string& entry)
 {
     controls_.get<QLineEdit>(box).setText(QString::fromStdString(entry));
-}
-
-void MainForm::hideUnasked()
-{
-    const std::string sizingCase = sizingCaseOf(sizing_.state);
-    for (std::size_t box = 0; box < boxes.size(); ++box) {
-        if (asksFor(sizingCase, static_cast<Box>(box)))
-            continue;
-        const Fact& fact = *std::ranges::find(facts, boxes[box].index, [](const Fact& row) { return row.value.index; });
-        controls_.get<QWidget>(fact.caption).hide();
-        controls_.get<QWidget>(fact.value).hide();
-        if (fact.unit)
-            controls_.get<QWidget>(*fact.unit).hide();
-    }
 }
