@@ -9,6 +9,7 @@
 #include "app/sizing_state.h"
 #include "base/gases.h"
 #include "base/number_text.h"
+#include "base/setup_choices.h"
 #include "capacity/capacity_store.h"
 #include "engine/sizing_driver.h"
 
@@ -20,6 +21,20 @@
 
 namespace
 {
+
+/// What the engine calls by number, in that order.
+constexpr auto boxes = rowsNamed<MainControl, boxNames>();
+constexpr auto labels = rowsNamed<MainControl, labelNames>();
+
+MainControl controlOf(Box box)
+{
+    return boxes[static_cast<std::size_t>(box)];
+}
+
+MainControl controlOf(Label label)
+{
+    return labels[static_cast<std::size_t>(label)];
+}
 
 void paintText(QLabel& label, const QColor& colour)
 {
@@ -52,9 +67,8 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
 void MainForm::describeControls()
 {
     describeValues(controls_);
-    for (std::size_t box = 0; box < mainBoxes.size(); ++box)
-        controls_.get<QWidget>(mainBoxes[box])
-            .setToolTip(helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
+    for (std::size_t box = 0; box < boxes.size(); ++box)
+        controls_.get<QWidget>(boxes[box]).setToolTip(helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
 }
 
 void MainForm::connectHandlers()
@@ -219,4 +233,12 @@ void MainForm::setLabelCaption(MainControl name, const std::string& shown)
 void MainForm::setText(MainControl box, const std::string& entry)
 {
     controls_.get<QLineEdit>(box).setText(QString::fromStdString(entry));
+}
+
+void MainForm::hideUnasked()
+{
+    const std::string sizingCase = sizingCaseOf(sizing_.state);
+    for (std::size_t box = 0; box < boxes.size(); ++box)
+        if (!asksFor(sizingCase, static_cast<Box>(box)))
+            hideFact(controls_, boxes[box]);
 }

@@ -70,6 +70,8 @@ private:
 
     void setLabelCaption(MainControl name, const std::string& shown);
     void setText(MainControl box, const std::string& entry);
+    /// Hides the boxes that the choices do not ask for, with their captions and units.
+    void hideUnasked();
 
     Controls<mainFormRows> controls_;
     SizingContext sizing_;

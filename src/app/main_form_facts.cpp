@@ -1,7 +1,7 @@
 #include "app/main_form_facts.h"
 
+#include "app/sizing_state.h"
 #include "base/customer_fields.h"
-#include "base/setup_choices.h"
 
 #include <QGroupBox>
 
@@ -80,18 +80,13 @@ void describeValues(const Controls<mainFormRows>& controls)
     controls.get<QLabel>("lblComments").setAccessibleDescription(controls.get<QGroupBox>("frmComments").title());
 }
 
-void hideUnasked(const Controls<mainFormRows>& controls, const std::string& sizingCase)
+void hideFact(const Controls<mainFormRows>& controls, MainControl value)
 {
-    for (std::size_t box = 0; box < mainBoxes.size(); ++box) {
-        if (asksFor(sizingCase, static_cast<Box>(box)))
-            continue;
-        const auto isOfBox = [&](const Fact& fact) { return fact.value.index == mainBoxes[box].index; };
-        const Fact& fact = *std::ranges::find_if(facts, isOfBox);
-        controls.get<QWidget>(fact.caption).hide();
-        controls.get<QWidget>(fact.value).hide();
-        if (fact.unit)
-            controls.get<QWidget>(*fact.unit).hide();
-    }
+    const Fact& fact = *std::ranges::find(facts, value.index, [](const Fact& row) { return row.value.index; });
+    controls.get<QWidget>(fact.caption).hide();
+    controls.get<QWidget>(fact.value).hide();
+    if (fact.unit)
+        controls.get<QWidget>(*fact.unit).hide();
 }
 
 QString resultsText(const Controls<mainFormRows>& controls, const SizingState& state)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/form_layout.h"
-#include "base/main_screen.h"
 
 inline constexpr int mainFormWidth = 10620; // twips
 inline constexpr int mainFormHeight = 6900;
@@ -76,20 +75,6 @@ inline constexpr ControlRow mainFormRows[] = {
 
 /// A control of the form by its name.
 using MainControl = NamedRow<mainFormRows>;
-
-/// What the engine calls by number, in that order.
-inline constexpr auto mainBoxes = rowsNamed<MainControl, boxNames>();
-inline constexpr auto mainLabels = rowsNamed<MainControl, labelNames>();
-
-constexpr MainControl controlOf(Box box)
-{
-    return mainBoxes[static_cast<std::size_t>(box)];
-}
-
-constexpr MainControl controlOf(Label label)
-{
-    return mainLabels[static_cast<std::size_t>(label)];
-}
 
 /// Labels that stand in one line: one that outgrows its place pushes the next ones on.
 inline constexpr MainControl flowRow[] = {"lblPRFlowLabel", "lblPRFlow",         "lblBRFlowLabel",

@@ -2,7 +2,6 @@
 
 #include "app/gas_box.h"
 #include "app/main_form.h"
-#include "app/main_form_facts.h"
 #include "app/sizing_state.h"
 #include "base/gases.h"
 #include "base/number_text.h"
@@ -51,7 +50,7 @@ void MainForm::load()
     const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
     if (directDisplacement)
         setText("txtTankVolume", "0");
-    hideUnasked(controls_, sizingCaseOf(state));
+    hideUnasked();
     loadValveType();
 
     if (const UnitSystem* const units = unitsOf(state.UnitSystem)) {
