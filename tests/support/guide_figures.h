@@ -55,7 +55,7 @@ std::string figures(const Value&... value)
 /// The figures in a line of the guide, without those in names (API-2000, m3, psi_Pad) and the numbers of steps.
 inline std::string figuresIn(const std::string& line)
 {
-    static const std::regex names(R"(^\d+\. |step \d|API-2000|Series 6\d)");
+    static const std::regex names(R"(^\d+\. |step \d|API-2000|Series \d+)");
     static const std::regex figure(R"((^|[^A-Za-z0-9_])(\d[\d,]*(\.\d+)?))");
     const std::string rest = std::regex_replace(line, names, "");
     std::string all;
