@@ -86,3 +86,30 @@ struct Duty : FreshSizing
                                               : modLookupSCFHDepad(sizing, state.InputPressure, flow);
     }
 };
+
+/// The rows of a table on both sides of `x`.
+struct RowsAround
+{
+    double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+
+    RowsAround(const std::string& query, const char* key, const char* value, double x)
+    {
+        nominalTables().beginClick();
+        CapacityRows rows = nominalTables().query(query, {key, value});
+        for (; rows.number(std::size_t{0}) < x; rows.next()) {
+            x1 = rows.number(std::size_t{0});
+            y1 = rows.number(std::size_t{1});
+        }
+        x2 = rows.number(std::size_t{0});
+        y2 = rows.number(std::size_t{1});
+    }
+    explicit RowsAround(const SizingState& state)
+        : RowsAround("Select * FROM " + state.ValveTable + " WHERE CV = " + text(state.SelectedCv) +
+                         " ORDER BY Pressure ASC, flow ASC",
+                     "Pressure", "flow", state.InputPressure)
+    {
+    }
+
+    /// The figures of the straight line at `x`, as the guide writes it.
+    std::string line(double x) const { return figures(y2, x2, x, x2, x1, y2, y1); }
+};

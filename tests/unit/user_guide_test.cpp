@@ -128,33 +128,6 @@ std::string readBack(double flow)
     return figures(flow, double(ofFlow(flow).state.ShownTotalFlow));
 }
 
-/// The rows of a table on both sides of `x`.
-struct RowsAround
-{
-    double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
-
-    RowsAround(const std::string& query, const char* key, const char* value, double x)
-    {
-        nominalTables().beginClick();
-        CapacityRows rows = nominalTables().query(query, {key, value});
-        for (; rows.number(std::size_t{0}) < x; rows.next()) {
-            x1 = rows.number(std::size_t{0});
-            y1 = rows.number(std::size_t{1});
-        }
-        x2 = rows.number(std::size_t{0});
-        y2 = rows.number(std::size_t{1});
-    }
-    explicit RowsAround(const SizingState& state)
-        : RowsAround("Select * FROM " + state.ValveTable + " WHERE CV = " + text(state.SelectedCv) +
-                         " ORDER BY Pressure ASC, flow ASC",
-                     "Pressure", "flow", state.InputPressure)
-    {
-    }
-
-    /// The figures of the straight line at `x`, as the guide writes it.
-    std::string line(double x) const { return figures(y2, x2, x, x2, x1, y2, y1); }
-};
-
 struct Row
 {
     std::string begin;
@@ -200,6 +173,7 @@ std::vector<Row> constants()
     const auto perUnit = [&](double us, double metric) { return seven(us) + " " + seven(metric); };
     Duty halves(choice::series63, choice::depad, choice::api2000, "mbar",
                 {{Box::txtPumpRate, 50}, {Box::txtPressure, 50}, {Box::txtTankVolume, 500}, {Box::txtFlashPoint, 60}});
+    const auto held = static_cast<double>(gasFactor(choice::depad, 1.5625));
     const std::vector<Row> ofModels = pressureRows();
     constexpr Label advice = Label::lblComments;
     constexpr Label percent = Label::lblPercentValveCapacity;
@@ -233,6 +207,7 @@ std::vector<Row> constants()
                           halves.state.PumpFlow, halves.state.BreathingFlow, halves.state.TotalFlow)},
         {"| g |", figures(double(std::numeric_limits<double>::digits10), rootOfTables(choice::pad), "1",
                           gasFactor(choice::pad, 1))},
+        {"| F, and M / g", figures("166", held, double(toWhole(166 / held)), double(toWhole(166 / 0.8)))},
         {"| Cv shown; share", figures("1", shareWhere(choice::pad, percent, "Less than 1%", false))},
         {"| Factors, g, M, share", figures(double(std::numeric_limits<float>::digits), "2048 4096 1",
                                            1 / (std::nextafter(2048.0F, 4096.0F) - 2048))},
