@@ -115,6 +115,12 @@ TEST_F(Summary, WantsAValveSizedFirst)
         EXPECT_TRUE(sizing.messages.texts.empty());
     }
     EXPECT_FALSE(printers.printed);
+
+    Sizing later = sized("pad: displacement only"); // there is no advice that would take the place of the refusal
+    later.screen.captions[Label::lblComments] = nothingSized;
+    later.click(later.numbers, later.store);
+    print(later);
+    EXPECT_EQ(printers.printed->shown("lblComments").text, "");
 }
 
 /// From the points of the last sizing; of the flash point's box only whether it is empty counts.

@@ -54,7 +54,11 @@ TEST_F(TableLookups, BadValuesAreMismatchesOnlyWhereTheyAreMet)
     EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupCVPad(sizing, 20, 59), 0); }), "Error Code 13; modLookupCVPad");
     EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupSizeDepad(sizing, 20, 59), ""); }), "");
     EXPECT_EQ(messageOf([&] { modLookupSizePad(sizing, 20, 69); }), "Error Code 13; modLookupSizePad");
+    EXPECT_EQ(messageOf([&] { modLookupSizeDepad(sizing, 20, 69); }), "Error Code 13; modLookupSizeDepad");
     EXPECT_EQ(messageOf([&] { modLookupCVDepad(sizing, 30, 0); }), "Error Code 13; modLookupCVDepad");
+    state.SelectedCv = 3;
+    EXPECT_EQ(messageOf([&] { modLookupSCFHPad(sizing, 30, 0); }), "Error Code 13; modLookupSCFHPad");
+    EXPECT_EQ(messageOf([&] { modLookupSCFHDepad(sizing, 30, 0); }), "Error Code 13; modLookupSCFHDepad");
     state.SelectedCv = 9;
     sql("INSERT INTO psi_Pad VALUES (50, 80, 's', 9), (50, 90, 's', 9)");
     EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupSCFHDepad(sizing, 45, 85), 0); }), "Error Code 11; modInterpolate");
