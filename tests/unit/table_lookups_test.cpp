@@ -2,6 +2,7 @@
 
 #include "base/failure.h"
 #include "capacity/valve_check.h"
+#include "engine/sizing_driver.h"
 #include "support/sizing_fixture.h"
 
 #include <chrono>
@@ -64,6 +65,22 @@ TEST_F(TableLookups, BadValuesAreMismatchesOnlyWhereTheyAreMet)
     EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupSCFHDepad(sizing, 45, 85), 0); }), "Error Code 11; modInterpolate");
 }
 
+/// On it a click loses its time as soon as it shows a Cv.
+struct SlowScreen : PlainScreen
+{
+    CapacityStore& store;
+
+    explicit SlowScreen(CapacityStore& used) : store(used) {}
+    void setCaption(Label label, const std::string& shown) override
+    {
+        PlainScreen::setCaption(label, shown);
+        if (label != Label::lblCV || shown.empty())
+            return;
+        const CapacityRows rows = store.table("psi_Pad", {});
+        std::this_thread::sleep_for(std::chrono::milliseconds(2100));
+    }
+};
+
 /// A click has two seconds for its walks. A message in a lookup waits for the user and takes none of them.
 TEST_F(TableLookups, EndAfterTwoSecondsWithoutTheMessages)
 {
@@ -83,6 +100,15 @@ TEST_F(TableLookups, EndAfterTwoSecondsWithoutTheMessages)
     std::this_thread::sleep_for(std::chrono::milliseconds(2100)); // as a walk that never ends
     EXPECT_THROW(while (!rows.atEnd()) rows.next(), SilentFailure);
     EXPECT_EQ(store.whyUnreadable(), "capacities.mdb takes too much time or memory to read");
+
+    SlowScreen slow(store);
+    slow.boxes = {
+        {Box::txtPumpRate, "10"}, {Box::txtPressure, "50"}, {Box::txtSpecGrav, "0.97"}, {Box::txtTankVolume, "1"}};
+    state.PressUnits = "PSI";
+    SizingContext slowly{state, slow, messages, numbers, store};
+    cmdCalcFlowRate_Click(slowly);
+    EXPECT_EQ(slow.caption(Label::lblCV), "") << "a valve that was found before the time was over is none";
+    EXPECT_TRUE(slow.caption(Label::lblComments).starts_with("You have exceeded")) << slow.caption(Label::lblComments);
 }
 
 /// Tables that `build_capacities` warns of: a Cv outside the series stays, and one without rows has no capacity.
