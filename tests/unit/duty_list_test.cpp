@@ -152,6 +152,8 @@ TEST(DutyList, SizesAllRowsOnOneFile)
     std::ofstream(file) << "another file";
     EXPECT_EQ(list.answer(*list.next()), first);
     EXPECT_TRUE(list.isDataFileReplaced());
+    fs::remove(file);
+    EXPECT_TRUE(list.isDataFileReplaced());
 }
 
 TEST(DutyList, AnswersAsTheListIsWritten)
@@ -190,7 +192,9 @@ TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
     EXPECT_EQ(fileNameOf("COMB"), "COMB");
     EXPECT_EQ(fileNameOf("T\u00851\u202Efdp\u2069\u00E4"), "T_1_fdp_\u00E4") << "characters that do not show";
     EXPECT_EQ(fileNameOf("T. "), "T");
-    EXPECT_EQ(fileNameOf(std::string(99, 'a') + "\xC3\xA4"), std::string(99, 'a')) << "half a character";
+    EXPECT_EQ(fileNameOf("\u200B# -"), "_# -");
+    EXPECT_EQ(fileNameOf("-1") + fileNameOf(" 1"), "_-1_ 1");
+    EXPECT_EQ(fileNameOf(std::string(98, 'a') + "\u20AC"), std::string(98, 'a')) << "a part of a character";
 
     const TemporaryDirectory temporary;
     const auto write = [&](SummaryFiles& files, const char* tag) {

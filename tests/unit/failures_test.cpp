@@ -44,13 +44,15 @@ protected:
 
 TEST_F(Failures, LargeTankLookupsGiveNothingWhereTheTableCannotAnswer)
 {
-    sql("CREATE TABLE USLargeTank (TankVol REAL, Pad REAL, DepadHFP REAL, DepadLFP REAL)");
-    sql("INSERT INTO USLargeTank VALUES (840000, 19000, 12000, 21000), (1500000, 30000, 18000, 31000), "
+    sql("CREATE TABLE USLargeTank (TankVol REAL, Pad REAL, DepadHFP, DepadLFP REAL)");
+    sql("INSERT INTO USLargeTank VALUES (840000, 19000, 12000, 21000), (1500000, 30000, '18000.5', 31000), "
         "(1500000, 31000, 1, 1), (1600000, 32000, NULL, 'many'), (1700000, 1, 'few', 1)");
     EXPECT_EQ(modGetLargeTankBRPad(sizing, 839999), 0); // no row below
     EXPECT_EQ(modGetLargeTankBRPad(sizing, 1700001), 0);
-    EXPECT_EQ(modGetLargeTankBRPad(sizing, 1500000), 30000);  // the first of two equal volumes
-    EXPECT_EQ(modGetLargeTankBRDepadHFP(sizing, 1600000), 0); // empty value
+    EXPECT_EQ(modGetLargeTankBRPad(sizing, 1500000), 30000);        // the first of two equal volumes
+    EXPECT_EQ(modGetLargeTankBRDepadHFP(sizing, 840000), 12000);    // stored as a whole number
+    EXPECT_EQ(modGetLargeTankBRDepadHFP(sizing, 1500000), 18000.5); // and as text
+    EXPECT_EQ(modGetLargeTankBRDepadHFP(sizing, 1600000), 0);       // empty value
     EXPECT_TRUE(messages.texts.empty());
 
     screen.boxes[Box::txtPumpRate] = "100";
