@@ -230,6 +230,7 @@ TEST_F(BuildCapacities, IsCalledInOneOfItsWays)
 
 TEST_F(BuildCapacities, BuildsTheNominalTablesWithoutFindings)
 {
+    write(database, ""); // an empty file may be taken as well
     ASSERT_EQ(build(), 0) << messages;
     EXPECT_TRUE(messages.starts_with("build_capacities: errors: 0, warnings: 0;")) << messages;
     EXPECT_EQ(filesBesideOutput(), 1);
