@@ -35,10 +35,10 @@ endif()
 execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${DIR}/piped.csv ${DIR}/tanks_sized.csv
                 COMMAND_ERROR_IS_FATAL ANY)
 
-# Of a list with an unknown column nothing is done.
-file(WRITE ${DIR}/unknown.csv "Gas,Pumprate\nAir,1\n")
-execute_process(COMMAND ${SIZE_VALVES} -o ${DIR}/none.csv ${DIR}/unknown.csv RESULT_VARIABLE status ERROR_VARIABLE errors)
-if(NOT status EQUAL 2 OR EXISTS ${DIR}/none.csv OR NOT errors MATCHES "unknown.csv:1: column 2, \"Pumprate\": a column is")
+# Of a list with a misspelt column nothing is done.
+file(WRITE ${DIR}/misspelt.csv "Gas,Pumprate\nAir,1\n")
+execute_process(COMMAND ${SIZE_VALVES} -o ${DIR}/none.csv ${DIR}/misspelt.csv RESULT_VARIABLE status ERROR_VARIABLE errors)
+if(NOT status EQUAL 2 OR EXISTS ${DIR}/none.csv OR NOT errors MATCHES "misspelt.csv:1: column 2, \"Pumprate\": it resembles")
     message(SEND_ERROR "exit status ${status}: ${errors}")
 endif()
 

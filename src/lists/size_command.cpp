@@ -230,6 +230,8 @@ int run(const Options& options, const SizeCommandSystem& system)
         if (!options.quiet)
             std::cerr << "size_valves: " << counts.rows() << " rows: " << counts.sized << " sized, " << counts.refused
                       << " refused, " << counts.failed << " failed\n";
+        for (const std::string& note : options.quiet ? std::vector<std::string>() : list.notes())
+            std::cerr << "size_valves: " << note << '\n';
         if (counts.withoutSummary > 0)
             std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
         if (list.isDataFileReplaced())
