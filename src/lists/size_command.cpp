@@ -222,16 +222,15 @@ int run(const Options& options, const SizeCommandSystem& system)
         Results results(options.output);
         std::optional<SummaryFiles> summaries;
         if (options.summaries)
-            summaries.emplace(
-                pathOf(*options.summaries),
-                [&, tables = list.tables()](const SummaryForm& page) { return system.makePdf(page, tables); },
-                system.today, options.force);
+            summaries.emplace(pathOf(*options.summaries), system.makePdf, system.today, options.force);
         const Counts counts = sizeAll(list, results, summaries ? &*summaries : nullptr, options.quiet);
         if (!options.quiet)
             std::cerr << "size_valves: " << counts.rows() << " rows: " << counts.sized << " sized, " << counts.refused
                       << " refused, " << counts.failed << " failed\n";
         for (const std::string& note : options.quiet ? std::vector<std::string>() : list.notes())
             std::cerr << "size_valves: " << note << '\n';
+        if (summaries && summaries->left() > 0 && !options.quiet)
+            std::cerr << "size_valves: " << summaries->left() << " summaries were there and say the same\n";
         if (counts.withoutSummary > 0)
             std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
         if (list.isDataFileReplaced())

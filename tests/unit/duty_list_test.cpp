@@ -202,23 +202,28 @@ TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
     EXPECT_EQ(fileNameOf(std::string(99, 'a') + "\xC3\xA4"), std::string(99, 'a')) << "half a character";
 
     const TemporaryDirectory temporary;
-    const auto write = [&](SummaryFiles& files, const char* tag) {
-        std::istringstream in(std::string("Tag Number,Pump Rate,Pressure,Tank Volume\n") + tag + ",10,60,100\n");
+    const auto write = [&](SummaryFiles& files, const char* tag, const char* pumpRate = "10") {
+        std::istringstream in(std::string("Tag Number,Pump Rate,Pressure,Tank Volume\n") + tag + ',' + pumpRate +
+                              ",60,100\n");
         DutyList list(in, testTables());
         auto duty = list.next();
         return files.write(list, *duty);
     };
-    const auto pdf = [](const SummaryForm&) { return std::string("page"); };
+    const auto pdf = [](const SummaryForm&, const std::optional<TablesLabel>&) { return std::string("page"); };
     SummaryFiles files(temporary.path / "new", pdf, "today", false);
     for (const char* const tag : {"T-1", "t-1", ""})
         EXPECT_EQ(write(files, tag), "");
     for (const char* const name : {"T-1.pdf", "t-1 (2).pdf", "line 2.pdf"})
         EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / name)) << name;
     std::ofstream(temporary.path / "new" / "T-1.pdf.new-backup") << "somebody's own";
-    SummaryFiles again(temporary.path / "new", pdf, "today", false);
-    EXPECT_NE(write(again, "T-1").find("it exists already"), std::string::npos);
+    SummaryFiles again(temporary.path / "new", pdf, "tomorrow", false);
+    for (const char* const tag : {"T-1", "t-1"})
+        EXPECT_EQ(write(again, tag), "");
+    EXPECT_EQ(again.left(), 2U);
+    EXPECT_NE(write(again, "", "20").find("it exists already"), std::string::npos);
     SummaryFiles forced(temporary.path / "new", pdf, "today", true);
     EXPECT_EQ(write(forced, "T-1"), "");
+    EXPECT_EQ(forced.left(), 0U);
     EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / "T-1.pdf.new-backup"));
 }
 
