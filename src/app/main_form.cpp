@@ -4,108 +4,27 @@
 #include "app/box_help.h"
 #include "app/bubble.h"
 #include "app/gas_box.h"
+#include "app/main_form_facts.h"
 #include "app/numeric_box.h"
 #include "app/sizing_state.h"
 #include "base/gases.h"
 #include "base/number_text.h"
-#include "base/offered.h"
+#include "base/setup_choices.h"
 #include "capacity/capacity_store.h"
 #include "engine/sizing_driver.h"
-#include "report/print_command.h"
 
 #include <QGroupBox>
 #include <QPushButton>
 
-#include <array>
 #include <iostream>
-#include <iterator>
-#include <optional>
 #include <utility>
 
 namespace
 {
 
-/// What an edit of an input empties, in this order.
-constexpr Label resultLabels[] = {
-    Label::lblPRFlow, Label::lblBRFlow,        Label::lblTotalFlow,        Label::lblSGGas,
-    Label::lblCV,     Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity,
-    Label::lblHFPLFP, Label::lblComments};
-
-constexpr MainControl storedMaterialControls[] = {"lblBoilingPoint",   "txtBoilingPoint",  "lblTempUnits1",
-                                                  "lblFlashPoint",     "txtFlashPoint",    "lblTempUnits2",
-                                                  "lblStoredMaterial", "txtStoredMaterial"};
-constexpr MainControl tankVolumeControls[] = {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"};
-
-/// A value or an entry with its caption and its unit.
-struct Fact
-{
-    MainControl caption;
-    MainControl value;
-    std::optional<MainControl> unit;
-
-    consteval Fact(const char* captionName, const char* valueName, const char* unitName = nullptr)
-        : caption(captionName), value(valueName)
-    {
-        if (unitName != nullptr)
-            unit = MainControl(unitName);
-    }
-};
-
-/// What screen readers say beside a value, and what is copied, in that order.
-constexpr Fact facts[] = {
-    {"lblValveModellbl", "lblValveModel"},
-    {"lblValveTypelbl", "lblValveType"},
-    {"lblSizingMethodlbl", "lblSizingMethod"},
-    {"lblSizingMethodlbl", "lblHFPLFP"},
-    {"lblPumpRate", "txtPumpRate", "lblPumpRateUnits"},
-    {"lblPressure", "txtPressure", "lblPressureUnits"},
-    {"lblTankVolume", "txtTankVolume", "lblVolumeUnits"},
-    {"lblBlanketingGas", "cmbBlanketingGas"},
-    {"lblSpecGravlbl", "txtSpecGrav"},
-    {"lblBoilingPoint", "txtBoilingPoint", "lblTempUnits1"},
-    {"lblFlashPoint", "txtFlashPoint", "lblTempUnits2"},
-    {"lblStoredMaterial", "txtStoredMaterial"},
-    {"lblPRFlowLabel", "lblPRFlow", "lblFlow1"},
-    {"lblBRFlowLabel", "lblBRFlow", "lblFlow1"},
-    {"lblTotalFlowLabel", "lblTotalFlow", "lblFlow1"},
-    {"lblSGGaslbl", "lblSGGas"},
-    {"lblCVlbl", "lblCV"},
-    {"lblValveBodySizelbl", "lblValveBodySize"},
-    {"lblMaxValveCapacitylbl", "lblMaxValveCapacity", "lblFlow2"},
-    {"Label2", "lblSGGas2"},
-    {"lblPercentValveCapacitylbl", "lblPercentValveCapacity"},
-};
-
-struct ValveTypeTexts
-{
-    const char* valveType;
-    const char* pumpRate;
-    const char* breathingFlow;
-    const char* pressure;
-    const char* blanketingGas;
-    const char* specGrav;
-};
-
-constexpr ValveTypeTexts valveTypeTexts[] = {
-    {choice::pad, "Pump-&Out Rate", "+ Inbreathing Flow", "Supply &Pressure of Blanketing Gas",
-     "&Blanketing Gas:", "Specific &Gravity - Blanketing Gas"},
-    {choice::depad, "Pump-In Rate", "+ Outbreathing Flow", "Differential &Pressure",
-     "&Vented Gas:", "Specific &Gravity - Vented Gas"},
-};
-
-constexpr const char* directDisplacementNote =
-    "Direct Displacement only accounts for a direct volumetric displacement of liquid/vapor based on the liquid "
-    "displacement. It is normally used for indoor storage of low volatility products.";
-
-template <std::size_t... at>
-consteval auto controlsNamed(const char* const* names, std::index_sequence<at...>)
-{
-    return std::array{MainControl(names[at])...};
-}
-
 /// What the engine calls by number, in that order.
-constexpr auto boxes = controlsNamed(boxNames, std::make_index_sequence<std::size(boxNames)>());
-constexpr auto labels = controlsNamed(labelNames, std::make_index_sequence<std::size(labelNames)>());
+constexpr auto boxes = rowsNamed<MainControl, boxNames>();
+constexpr auto labels = rowsNamed<MainControl, labelNames>();
 
 MainControl controlOf(Box box)
 {
@@ -115,21 +34,6 @@ MainControl controlOf(Box box)
 MainControl controlOf(Label label)
 {
     return labels[static_cast<std::size_t>(label)];
-}
-
-/// The property with the text of a label or box.
-const char* valueProperty(const QWidget& control)
-{
-    return control.inherits("QComboBox") ? "currentText" : "text";
-}
-
-/// A caption without its access key and the signs around it: "+ Inbreathing Flow", "Tank &Volume:".
-QString plainCaption(QString caption)
-{
-    caption.remove(u'&').remove(u':');
-    while (caption.startsWith(u'+') || caption.startsWith(u'=') || caption.startsWith(u' '))
-        caption.remove(0, 1);
-    return caption;
 }
 
 void paintText(QLabel& label, const QColor& colour)
@@ -162,14 +66,7 @@ MainForm::MainForm(SizingState& state, MessageBox& messageBox, const NumberText&
 
 void MainForm::describeControls()
 {
-    for (const Fact& fact : facts) {
-        auto& value = controls_.get<QWidget>(fact.value);
-        if (qobject_cast<QLabel*>(&value) != nullptr)
-            value.setAccessibleDescription(controls_.get<QLabel>(fact.caption).text());
-        else if (fact.unit) // the caption is the box's name
-            value.setAccessibleDescription(controls_.get<QLabel>(*fact.unit).text());
-    }
-    controls_.get<QLabel>("lblComments").setAccessibleDescription(controls_.get<QGroupBox>("frmComments").title());
+    describeValues(controls_);
     for (std::size_t box = 0; box < boxes.size(); ++box)
         controls_.get<QWidget>(boxes[box]).setToolTip(helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
 }
@@ -189,69 +86,10 @@ void MainForm::connectHandlers()
         onClick(controls_.get<QPushButton>(name), *this, handler);
     };
     on("cmdCalcFlowRate", [this] { selectValve(); });
-    on("cmdPrint", [this] { requestSummary(&MainForm::printRequested); });
+    on("cmdPrint", [this] { emit printRequested(); });
     on("cmdClear", [this] { cmdClear_Click(); });
     on("cmdNewCalc", [this] { cmdNewCalc_Click(); });
     on("cmdExit", [this] { cmdExit_Click(); });
-}
-
-void MainForm::load()
-{
-    const SizingState& state = sizing_.state;
-    const struct
-    {
-        MainControl name;
-        const std::string& shown;
-    } choices[] = {{"lblValveModel", state.ValveModel},       {"lblValveType", state.ValveType},
-                   {"lblSizingMethod", state.SizingMethod},   {"lblPressureUnits", state.PressUnits},
-                   {"lblPumpRateUnits", state.PumpRateUnits}, {"lblVolumeUnits", state.VolUnits}};
-    for (const auto& [name, shown] : choices)
-        setLabelCaption(name, shown);
-    centreOnScreen(*this);
-
-    const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
-    if (directDisplacement) {
-        setText("txtTankVolume", "0");
-        hideAll(tankVolumeControls);
-        hideAll(storedMaterialControls);
-    }
-    loadValveType();
-
-    if (const UnitSystem* const units = unitsOf(state.UnitSystem)) {
-        for (const MainControl name : {MainControl("lblFlow1"), MainControl("lblFlow2")})
-            setLabelCaption(name, std::string(units->flow) + " of");
-        for (const MainControl name : {MainControl("lblTempUnits1"), MainControl("lblTempUnits2")})
-            setLabelCaption(name, std::string("(") + units->degrees + ")");
-    }
-
-    QStringList names;
-    for (const Gas& gas : gases)
-        names.append(QString::fromUtf8(gas.name));
-    gas_.fill(names);
-
-    // Last: every box written above has emptied the comments.
-    if (directDisplacement)
-        setCaption(Label::lblComments, directDisplacementNote);
-}
-
-void MainForm::loadValveType()
-{
-    const std::string& valveType = sizing_.state.ValveType;
-    for (const ValveTypeTexts& texts : valveTypeTexts) {
-        if (valveType != texts.valveType)
-            continue;
-        setLabelCaption("lblPumpRate", texts.pumpRate);
-        setLabelCaption("lblBRFlowLabel", texts.breathingFlow);
-        setLabelCaption("lblPressure", texts.pressure);
-        setLabelCaption("lblBlanketingGas", texts.blanketingGas);
-        setLabelCaption("lblSpecGravlbl", texts.specGrav);
-        setText("txtSpecGrav", sizing_.numbers.general(firstGas(valveType).specGrav));
-        gas_.setGas(QString::fromUtf8(firstGas(valveType).name));
-    }
-    if (valveType == choice::pad) {
-        hideAll(storedMaterialControls);
-        setCaption(Label::lblHFPLFP, "");
-    }
 }
 
 void MainForm::cmbBlanketingGas_Click()
@@ -290,8 +128,8 @@ void MainForm::nameGas()
 
 void MainForm::emptyResultLabels(bool keepPointNote)
 {
-    for (const Label label : resultLabels)
-        if (label != Label::lblHFPLFP || !keepPointNote)
+    for (const Label label : allLabels)
+        if (label != Label::lblSGGas2 && (label != Label::lblHFPLFP || !keepPointNote))
             setCaption(label, "");
 }
 
@@ -340,53 +178,16 @@ void MainForm::selectValve()
 void MainForm::tellOutcome()
 {
     announcer_.say(outcome());
-    if (!caption(Label::lblPercentValveCapacity).empty()) // the last of them, should they not all fit
+    if (hasValve()) // the last of them, should they not all fit
         for (const MainControl shown : {MainControl("lblPercentValveCapacity"), MainControl("lblCVlbl")})
             scrollIntoView(controls_.get<QWidget>(shown));
     if (!caption(Label::lblComments).empty())
         scrollIntoView(controls_.get<QWidget>("frmComments"));
 }
 
-void MainForm::requestSummary(void (MainForm::*request)())
-{
-    emit(this->*request)();
-    if (caption(Label::lblComments) != nothingSized)
-        return;
-    tellOutcome();
-}
-
 QString MainForm::resultsText() const
 {
-    const SizingState& state = sizing_.state;
-    QString lines;
-    const auto add = [&](const QString& name, const QString& value, const QString& unit = {}) {
-        const auto cell = [](const QString& text) { // on one line, and nothing that a spreadsheet would work out
-            const QString line = text.simplified();
-            return !line.isEmpty() && QStringLiteral("=+-@").contains(line.front()) ? u' ' + line : line;
-        };
-        if (!value.isEmpty())
-            lines += name + u'\t' + cell(value) + (unit.isEmpty() ? unit : u' ' + unit) + u'\n';
-    };
-    for (const auto& [name, text] : {std::pair{"Customer Name", &state.CustomerName},
-                                     {"Customer Location", &state.CustomerLocation},
-                                     {"Tag Number", &state.CustTagNo},
-                                     {"Notes", &state.Notes},
-                                     {"ORM Representative", &state.Representative}})
-        add(QString::fromLatin1(name), QString::fromStdString(*text));
-    for (const Fact& fact : facts) {
-        const auto& value = controls_.get<QWidget>(fact.value);
-        // The gravity that the capacity refers to stays on the form when an edit has emptied the capacity.
-        const bool isStale =
-            fact.value.index == controlOf(Label::lblSGGas2).index && caption(Label::lblMaxValveCapacity).empty();
-        if (!value.isHidden() && !isStale)
-            add(plainCaption(controls_.get<QLabel>(fact.caption).text()),
-                value.property(valueProperty(value)).toString(),
-                fact.unit ? controls_.get<QLabel>(*fact.unit).text().remove(QStringLiteral(" of")) : QString());
-    }
-    const auto& comments = controls_.get<QLabel>("lblComments");
-    add(controls_.get<QGroupBox>("frmComments").title(), comments.text());
-    add(QStringLiteral("Data File"), comments.toolTip());
-    return lines;
+    return ::resultsText(controls_, sizing_.state);
 }
 
 QString MainForm::outcome() const
@@ -395,7 +196,7 @@ QString MainForm::outcome() const
     const QString comments = spoken("lblComments");
     if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) // beside older figures, perhaps
         return comments + u' ' + QString::fromStdString(reason) + u'.';
-    if (caption(Label::lblPercentValveCapacity).empty())
+    if (!hasValve())
         return comments;
     return QStringLiteral("Cv %1, body size %2, capacity %3 %4, %5 % utilized. %6")
         .arg(spoken("lblCV"), spoken("lblValveBodySize"), spoken("lblMaxValveCapacity"),
@@ -404,18 +205,10 @@ QString MainForm::outcome() const
 
 void MainForm::modClearData()
 {
-    const auto emptyLabels = [this](std::initializer_list<Label> emptied) {
-        for (const Label label : emptied)
-            setCaption(label, "");
-    };
-    emptyLabels({Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize, Label::lblPercentValveCapacity});
-    setText("txtPressure", "");
+    for (const Box box : clearedBoxes)
+        setText(controlOf(box), "");
     setText("txtTankVolume", "0");
-    for (const MainControl box :
-         std::initializer_list<MainControl>{"txtPumpRate", "txtFlashPoint", "txtBoilingPoint", "txtStoredMaterial"})
-        setText(box, "");
-    emptyLabels({Label::lblComments, Label::lblPRFlow, Label::lblBRFlow, Label::lblTotalFlow, Label::lblHFPLFP,
-                 Label::lblSGGas, Label::lblSGGas2});
+    empty(allLabels);
 }
 
 void MainForm::setPrintEnabled(bool enabled)
@@ -442,8 +235,10 @@ void MainForm::setText(MainControl box, const std::string& entry)
     controls_.get<QLineEdit>(box).setText(QString::fromStdString(entry));
 }
 
-void MainForm::hideAll(std::span<const MainControl> names)
+void MainForm::hideUnasked()
 {
-    for (const MainControl name : names)
-        controls_.get<QWidget>(name).hide();
+    const std::string sizingCase = sizingCaseOf(sizing_.state);
+    for (std::size_t box = 0; box < boxes.size(); ++box)
+        if (!asksFor(sizingCase, static_cast<Box>(box)))
+            hideFact(controls_, boxes[box]);
 }

@@ -4,7 +4,7 @@
 #include "app/key_filter.h"
 #include "app/list_box.h"
 #include "app/sizing_state.h"
-#include "base/offered.h"
+#include "base/customer_fields.h"
 #include "base/setup_choices.h"
 
 #include <QGroupBox>
@@ -18,110 +18,47 @@
 namespace
 {
 
-struct CustomerBox
-{
-    SetupControl box;
-    std::string SizingState::*field;
-};
-
-constexpr CustomerBox customerBoxes[] = {
-    {"txtCustomerName", &SizingState::CustomerName}, {"txtCustomerLocation", &SizingState::CustomerLocation},
-    {"txtCustTagNo", &SizingState::CustTagNo},       {"txtNotes", &SizingState::Notes},
-    {"txtORMRep", &SizingState::Representative},
-};
+/// In the order of `customerFields`.
+constexpr auto customerBoxes = rowsNamed<SetupControl, customerFields, &CustomerField::box>();
 
 /// The caption above each list, which has no access key, names it to screen readers.
 constexpr SetupControl listCaptions[][2] = {
     {"lblPressureUnits", "lstPressure"}, {"lblFlow", "lstFlow"}, {"lblTemp", "lstTemp"}, {"lblVolume", "lstVolume"}};
 
-/// Tooltips of the boxes and lists.
+/// Tooltips of the lists.
 constexpr struct
 {
     SetupControl control;
     const char* help;
 } helps[] = {
-    {"txtCustomerName", "Printed on the summary."},
-    {"txtCustomerLocation", "Printed on the summary."},
-    {"txtCustTagNo", "Printed on the summary; its PDF file is named by it."},
-    {"txtNotes", "Printed on the summary."},
-    {"txtORMRep", "Printed on the summary."},
     {"lstPressure", "The unit of the pressure at the valve. Gauge pressure."},
     {"lstFlow", "The unit of all flows of gas: SCFH at 60 degF and 14.696 psia, Nm3/Hr at 0 degC."},
     {"lstTemp", "The unit of boiling point and flash point."},
     {"lstVolume", "The unit of the tank volume."},
 };
 
+/// An option and the choice that it stands for.
+struct Option
+{
+    SetupControl name;
+    const char* choice;
+};
+constexpr Option modelOptions[] = {{"optSeries61", choice::series61}, {"optSeries63", choice::series63}};
+constexpr Option typeOptions[] = {{"optPad", choice::pad}, {"optDepad", choice::depad}};
+constexpr Option unitOptions[] = {{"optUSUnits", choice::us}, {"optMetricUnits", choice::metric}};
+
+/// The choice of the selected option; "" when none is.
+const char* selected(const Controls<setupFormRows>& controls, std::span<const Option> options)
+{
+    const auto found = std::ranges::find_if(
+        options, [&](const Option& row) { return controls.get<QRadioButton>(row.name).isChecked(); });
+    return found == options.end() ? "" : found->choice;
+}
+
 } // namespace
 
-struct SetupForm::Handlers
-{
-    SetupForm& form;
-    SizingState& state;
-
-    /// An option, the choice that it stands for, and what selecting it does.
-    struct Option
-    {
-        SetupControl name;
-        const char* choice;
-        void (Handlers::*click)() const;
-    };
-    static const Option modelOptions[];
-    static const Option typeOptions[];
-    static const Option methodOptions[];
-    static const Option unitOptions[];
-
-    void Form_Load(const LocaleInfo& locale) const;
-    void optSeries61_Click() const { chooseModel(choice::series61); }
-    void optSeries63_Click() const { chooseModel(choice::series63); }
-    void optPad_Click() const { chooseType(choice::pad); }
-    void optDepad_Click() const { chooseType(choice::depad); }
-    void optDD_Click() const { state.SizingMethod = choice::directDisplacement; }
-    void optAPI2000_Click() const { state.SizingMethod = choice::api2000; }
-    void optUSUnits_Click() const { chooseUnits(choice::us); }
-    void optMetricUnits_Click() const { chooseUnits(choice::metric); }
-    void cmdContinue_Click() const;
-
-    void chooseModel(const char* valveModel) const;
-    void chooseType(const char* valveType) const;
-    void chooseUnits(const char* unitSystem) const;
-
-    void connectAll() const;
-    void resetState(const LocaleInfo& locale) const;
-
-    /// Refills the pressure and flow lists for the selected options; they stay empty while an option is missing.
-    void fillPressureAndFlow() const;
-
-    QRadioButton& option(SetupControl name) const { return form.controls_.get<QRadioButton>(name); }
-    ListBox& list(SetupControl name) const { return form.controls_.get<ListBox>(name); }
-
-    /// The choice of the selected option; "" when none is.
-    const char* selected(std::span<const Option> options) const
-    {
-        const auto found =
-            std::ranges::find_if(options, [&](const Option& row) { return option(row.name).isChecked(); });
-        return found == options.end() ? "" : found->choice;
-    }
-};
-
-const SetupForm::Handlers::Option SetupForm::Handlers::modelOptions[] = {
-    {"optSeries61", choice::series61, &Handlers::optSeries61_Click},
-    {"optSeries63", choice::series63, &Handlers::optSeries63_Click},
-};
-const SetupForm::Handlers::Option SetupForm::Handlers::typeOptions[] = {
-    {"optPad", choice::pad, &Handlers::optPad_Click},
-    {"optDepad", choice::depad, &Handlers::optDepad_Click},
-};
-const SetupForm::Handlers::Option SetupForm::Handlers::methodOptions[] = {
-    {"optDD", choice::directDisplacement, &Handlers::optDD_Click},
-    {"optAPI2000", choice::api2000, &Handlers::optAPI2000_Click},
-};
-const SetupForm::Handlers::Option SetupForm::Handlers::unitOptions[] = {
-    {"optUSUnits", choice::us, &Handlers::optUSUnits_Click},
-    {"optMetricUnits", choice::metric, &Handlers::optMetricUnits_Click},
-};
-
 SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
-    : controls_(*this, FrameOrigin::frame, setupFormWidth, setupFormHeight)
+    : controls_(*this, FrameOrigin::frame, setupFormWidth, setupFormHeight), state_(state)
 {
     setObjectName(QStringLiteral("frmFirst"));
     setWindowTitle(
@@ -137,82 +74,91 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
     new Announcer(*this);
     for (const auto& [control, help] : helps)
         controls_.get<QWidget>(control).setToolTip(QString::fromLatin1(help));
-    const Handlers handlers{*this, state};
-    handlers.connectAll();
-    handlers.Form_Load(locale);
+    for (std::size_t field = 0; field < customerBoxes.size(); ++field)
+        controls_.get<QWidget>(customerBoxes[field]).setToolTip(QString::fromLatin1(customerFields[field].help));
+    connectHandlers();
+    Form_Load(locale);
     controls_.get<QRadioButton>("optSeries61").setFocus();
     centreOnScreen(*this);
 }
 
-void SetupForm::Handlers::connectAll() const
+void SetupForm::connectHandlers()
 {
-    for (const std::span<const Option> options :
-         {std::span<const Option>(modelOptions), {typeOptions}, {methodOptions}, {unitOptions}})
-        for (const Option& row : options)
-            connect(&option(row.name), &QRadioButton::toggled, &form, [handlers = *this, &row](bool isSelected) {
-                if (isSelected)
-                    (handlers.*row.click)();
-            });
-    onClick(form.controls_.get<QPushButton>("cmdContinue"), form, [handlers = *this] { handlers.cmdContinue_Click(); });
+    const auto on = [this](SetupControl option, void (SetupForm::*click)()) {
+        connect(&controls_.get<QRadioButton>(option), &QRadioButton::toggled, this, [this, click](bool isSelected) {
+            if (isSelected)
+                (this->*click)();
+        });
+    };
+    on("optSeries61", &SetupForm::optSeries61_Click);
+    on("optSeries63", &SetupForm::optSeries63_Click);
+    on("optPad", &SetupForm::optPad_Click);
+    on("optDepad", &SetupForm::optDepad_Click);
+    on("optDD", &SetupForm::optDD_Click);
+    on("optAPI2000", &SetupForm::optAPI2000_Click);
+    on("optUSUnits", &SetupForm::optUSUnits_Click);
+    on("optMetricUnits", &SetupForm::optMetricUnits_Click);
+    onClick(controls_.get<QPushButton>("cmdContinue"), *this, [this] { cmdContinue_Click(); });
 }
 
-void SetupForm::Handlers::Form_Load(const LocaleInfo& locale) const
+void SetupForm::Form_Load(const LocaleInfo& locale)
 {
     resetState(locale);
     for (const SetupControl name :
          std::initializer_list<SetupControl>{"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
-        option(name).setChecked(true);
-    for (const CustomerBox& row : customerBoxes)
-        form.controls_.get<QLineEdit>(row.box).setText(QString::fromStdString(state.*row.field));
+        controls_.get<QRadioButton>(name).setChecked(true);
+    for (std::size_t field = 0; field < customerBoxes.size(); ++field)
+        controls_.get<QLineEdit>(customerBoxes[field])
+            .setText(QString::fromStdString(state_.*customerFields[field].text));
 }
 
-void SetupForm::Handlers::resetState(const LocaleInfo& locale) const
+void SetupForm::resetState(const LocaleInfo& locale)
 {
-    state.InputError = false;
-    state.SizingError = false;
-    modDecSep(state, locale);
-    state.ValidChars = "1234567890" + state.DecSep;
+    state_.InputError = false;
+    state_.SizingError = false;
+    modDecSep(state_, locale);
+    state_.ValidChars = "1234567890" + state_.DecSep;
     const SizingState defaults;
-    state.UnitSystem = defaults.UnitSystem;
-    state.ValveType = defaults.ValveType;
-    state.SizingMethod = defaults.SizingMethod;
-    state.SizingCase = defaults.SizingCase;
-    state.ValveModel = defaults.ValveModel;
+    state_.UnitSystem = defaults.UnitSystem;
+    state_.ValveType = defaults.ValveType;
+    state_.SizingMethod = defaults.SizingMethod;
+    state_.SizingCase = defaults.SizingCase;
+    state_.ValveModel = defaults.ValveModel;
 }
 
-void SetupForm::Handlers::chooseModel(const char* valveModel) const
+void SetupForm::chooseModel(const char* valveModel)
 {
-    state.ValveModel = valveModel;
+    state_.ValveModel = valveModel;
     for (const Option& type : typeOptions) {
-        const bool offered = isOffered(valveModel, type.choice);
-        option(type.name).setEnabled(offered);
-        if (!offered && option(type.name).isChecked()) // the data file has no table for such a valve
-            option("optPad").setChecked(true);
+        auto& option = controls_.get<QRadioButton>(type.name);
+        option.setEnabled(isOffered(valveModel, type.choice));
+        if (!option.isEnabled() && option.isChecked()) // the data file has no table for such a valve
+            controls_.get<QRadioButton>("optPad").setChecked(true);
     }
     fillPressureAndFlow();
 }
 
-void SetupForm::Handlers::chooseType(const char* valveType) const
+void SetupForm::chooseType(const char* valveType)
 {
-    state.ValveType = valveType;
+    state_.ValveType = valveType;
     fillPressureAndFlow();
 }
 
-void SetupForm::Handlers::chooseUnits(const char* unitSystem) const
+void SetupForm::chooseUnits(const char* unitSystem)
 {
-    state.UnitSystem = unitSystem;
+    state_.UnitSystem = unitSystem;
     fillPressureAndFlow();
     if (const UnitSystem* const units = unitsOf(unitSystem)) {
-        list("lstTemp").fill({units->temperature});
-        list("lstVolume").fill({units->volume});
+        controls_.get<ListBox>("lstTemp").fill({units->temperature});
+        controls_.get<ListBox>("lstVolume").fill({units->volume});
     }
 }
 
-void SetupForm::Handlers::fillPressureAndFlow() const
+void SetupForm::fillPressureAndFlow()
 {
-    const std::string_view valveModel = selected(modelOptions);
-    const std::string_view valveType = selected(typeOptions);
-    const std::string_view unitSystem = selected(unitOptions);
+    const std::string_view valveModel = selected(controls_, modelOptions);
+    const std::string_view valveType = selected(controls_, typeOptions);
+    const std::string_view unitSystem = selected(controls_, unitOptions);
     QStringList pressure;
     for (const Offer& offer : offers)
         if (valveModel == offer.valveModel && valveType == offer.valveType && unitSystem == offer.unitSystem)
@@ -220,18 +166,16 @@ void SetupForm::Handlers::fillPressureAndFlow() const
     QStringList flow;
     if (const UnitSystem* const units = unitsOf(unitSystem); units != nullptr && !pressure.isEmpty())
         flow.append(QString::fromUtf8(units->flow));
-    list("lstPressure").fill(pressure);
-    list("lstFlow").fill(flow);
+    controls_.get<ListBox>("lstPressure").fill(pressure);
+    controls_.get<ListBox>("lstFlow").fill(flow);
 }
 
-void SetupForm::Handlers::cmdContinue_Click() const
+void SetupForm::cmdContinue_Click()
 {
-    const std::string pressUnits = list("lstPressure").currentItem()->text().toStdString();
-    for (const Offer& offer : offers)
-        if (selected(modelOptions) == std::string_view(offer.valveModel) && state.ValveType == offer.valveType &&
-            pressUnits == offer.pressUnits)
-            storeOffer(state, offer);
-    for (const CustomerBox& row : customerBoxes)
-        state.*row.field = form.controls_.get<QLineEdit>(row.box).text().toStdString();
-    emit form.continued();
+    const std::string pressUnits = controls_.get<ListBox>("lstPressure").currentItem()->text().toStdString();
+    if (const Offer* const offer = findOffer(selected(controls_, modelOptions), state_.ValveType, pressUnits))
+        storeOffer(state_, *offer);
+    for (std::size_t field = 0; field < customerBoxes.size(); ++field)
+        state_.*customerFields[field].text = controls_.get<QLineEdit>(customerBoxes[field]).text().toStdString();
+    emit continued();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/sizing_state.h"
+#include "base/customer_fields.h"
 #include "base/main_screen.h"
 
 #include <algorithm>
@@ -33,9 +34,15 @@ struct ListColumn
     std::variant<Choice, Box, std::string SizingState::*> target;
 };
 
+/// The column of a text about the customer.
+constexpr ListColumn customerColumn(std::string SizingState::*text, const char* word = "")
+{
+    return {std::ranges::find(customerFields, text, &CustomerField::text)->name, word, false, text};
+}
+
 /// All of them. A list may have them in any order.
 inline constexpr ListColumn listColumns[] = {
-    {"Tag Number", "Tag", false, &SizingState::CustTagNo},
+    customerColumn(&SizingState::CustTagNo, "Tag"),
     {"Valve Model", "Model", false, Choice::valveModel},
     {"Valve Type", "Type", false, Choice::valveType},
     {"Sizing Method", "Method", false, Choice::sizingMethod},
@@ -49,10 +56,10 @@ inline constexpr ListColumn listColumns[] = {
     {"Boiling Point", "Boiling", true, Box::txtBoilingPoint},
     {"Flash Point", "Flash", true, Box::txtFlashPoint},
     {"Material", "", false, Box::txtStoredMaterial},
-    {"Customer Name", "", false, &SizingState::CustomerName},
-    {"Customer Location", "", false, &SizingState::CustomerLocation},
-    {"Notes", "", false, &SizingState::Notes},
-    {"ORM Representative", "Representative", false, &SizingState::Representative},
+    customerColumn(&SizingState::CustomerName),
+    customerColumn(&SizingState::CustomerLocation),
+    customerColumn(&SizingState::Notes),
+    customerColumn(&SizingState::Representative, "Representative"),
 };
 
 /// What a row has for every one of `listColumns`; "" where the list has no such column.

@@ -115,27 +115,7 @@ const Offer& chosenOffer(const Entries& entries, const ListHeader& header)
         const auto canBe = [&](std::string_view entry) { return canBeIn(step, entry, texts, chosen); };
         chosen.push_back(choose(steps[step].choice, entries, header, texts, canBe));
     }
-    return *std::ranges::find_if(offers, [&](const Offer& offer) {
-        return std::ranges::all_of(steps, [&](const auto& step) {
-            return std::string_view(chosen[static_cast<std::size_t>(&step - steps)]) == offer.*step.text;
-        });
-    });
-}
-
-/// Whether the main form shows a box for these choices.
-bool isShown(Box box, const SizingState& state)
-{
-    const bool breathes = state.SizingMethod == choice::api2000;
-    switch (box) {
-        case Box::txtTankVolume:
-            return breathes;
-        case Box::txtBoilingPoint:
-        case Box::txtFlashPoint:
-        case Box::txtStoredMaterial:
-            return breathes && state.ValveType == choice::depad;
-        default:
-            return true;
-    }
+    return *findOffer(chosen[0], chosen[1], chosen[3]); // a unit of pressure belongs to one system
 }
 
 /// Whether a text is a number with thousands separators.
@@ -188,13 +168,14 @@ void enterGas(std::string_view gas, const std::string& gravity, const NumberText
 /// Fills the boxes of both screens. Entries for boxes that are not shown are passed over; empty ones leave the default.
 void enter(const Entries& entries, const NumberText& numbers, FreshSizing& sizing)
 {
+    const std::string sizingCase = sizingCaseOf(sizing.state);
     for (std::size_t at = 0; at < entries.size(); ++at) {
         const ListColumn& column = listColumns[at];
         if (const auto* const field = std::get_if<std::string SizingState::*>(&column.target))
             sizing.state.*(*field) = entries[at];
         const auto* const box = std::get_if<Box>(&column.target);
         const bool isOfGas = box != nullptr && (*box == Box::cmbBlanketingGas || *box == Box::txtSpecGrav);
-        if (box == nullptr || isOfGas || entries[at].empty() || !isShown(*box, sizing.state))
+        if (box == nullptr || isOfGas || entries[at].empty() || !asksFor(sizingCase, *box))
             continue;
         std::string entry = column.isNumber ? numberEntry(at, entries[at], numbers) : std::string(entries[at]);
         if (!entry.empty())

@@ -152,9 +152,8 @@ void DutyList::sizeRow(SizedDuty& duty)
     sizing.click(numbers_, store_);
     if (const std::string reason = store_.whyUnreadable(); !reason.empty())
         sizing.messages.show(reason);
-    const bool hasValve = !sizing.screen.caption(Label::lblPercentValveCapacity).empty();
     duty.status = !sizing.messages.texts.empty() ? SizedDuty::Status::failed
-                  : hasValve                     ? SizedDuty::Status::sized
+                  : sizing.screen.hasValve()     ? SizedDuty::Status::sized
                                                  : SizedDuty::Status::refused;
 }
 

@@ -78,8 +78,11 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
              {"a WAL beside what it is a link to",
               [&] {
                   std::filesystem::rename(file, beside(".target"));
-                  std::filesystem::create_symlink(beside(".target"), file);
-                  std::ofstream(beside(".target-wal")) << "x";
+                  std::error_code noLinks;
+                  std::filesystem::create_symlink(beside(".target"), file, noLinks);
+                  std::ofstream(beside(noLinks ? "-wal" : ".target-wal")) << "x";
+                  if (noLinks)
+                      std::filesystem::rename(beside(".target"), file);
               },
               refusal, "is being changed by another program"},
              {"in WAL mode", [&] { sql("PRAGMA journal_mode = WAL"); }, refusal,
@@ -127,7 +130,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         }
         EXPECT_LT(sqlite3_memory_highwater(0), 20'000'000) << fault.name;
         EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << fault.name; // on a busy machine
-        EXPECT_EQ(everything(), before) << fault.name;
+        EXPECT_TRUE(everything() == before) << fault.name << ": the file or one beside it was changed";
     }
 }
 

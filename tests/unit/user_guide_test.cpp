@@ -1,24 +1,14 @@
 #include "base/checked_math.h"
-#include "capacity/capacity_store.h"
 #include "capacity/cv_series.h"
-#include "capacity/table_lookups.h"
-#include "capacity/valve_results.h"
 #include "capacity/valve_selection.h"
-#include "engine/fresh_sizing.h"
 #include "engine/input_checks.h"
 #include "engine/tank_limits.h"
-#include "support/temporary_directory.h"
-#include "tables/build_command.h"
+#include "support/guide_figures.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <iterator>
 #include <limits>
-#include <map>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -29,88 +19,11 @@
 namespace
 {
 
-const NumberText numbers;
-
-CapacityStore& nominalTables()
-{
-    static const TemporaryDirectory directory;
-    static const std::string file = (directory.path / "capacities.mdb").string();
-    std::ostringstream said;
-    static const int status = buildCapacities({SIZING_NOMINAL_DIR, file}, said, said);
-    EXPECT_EQ(status, 0) << said.str();
-    static CapacityStore store(file, numbers);
-    store.keepFile();
-    return store;
-}
-
-std::string text(double value)
-{
-    return numbers.general(value); // 15 digits
-}
-std::string text(float value)
-{
-    return numbers.general(value); // 7 digits
-}
-std::string text(const std::string& value)
-{
-    return value;
-}
-
-/// The figures of a row of the guide, in their order.
-template <typename... Value>
-std::string figures(const Value&... value)
-{
-    std::string all;
-    ((all += (all.empty() ? "" : " ") + text(value)), ...);
-    return all;
-}
-
-/// The figures in a line of the guide, without those in names (API-2000, m3, psi_Pad) and the numbers of steps.
-std::string figuresIn(const std::string& line)
-{
-    static const std::regex names(R"(^\d+\. |step \d|API-2000|Series 6\d)");
-    static const std::regex figure(R"((^|[^A-Za-z0-9_])(\d[\d,]*(\.\d+)?))");
-    const std::string rest = std::regex_replace(line, names, "");
-    std::string all;
-    for (std::sregex_iterator found(rest.begin(), rest.end(), figure), end; found != end; ++found)
-        all += (all.empty() ? "" : " ") + std::regex_replace((*found)[2].str(), std::regex(","), "");
-    return all;
-}
-
 std::string guide()
 {
     std::ifstream in(SIZING_USER_GUIDE, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
 }
-
-using Entries = std::map<Box, double>;
-
-/// A duty after one press of "&Select Valve Size".
-struct Duty : FreshSizing
-{
-    Duty(const char* model, const char* type, const char* method, const std::string& pressUnits, const Entries& entries)
-        : FreshSizing(*std::ranges::find_if(offers,
-                                            [&](const Offer& offer) {
-                                                return offer.valveModel == std::string(model) &&
-                                                       offer.valveType == std::string(type) &&
-                                                       offer.pressUnits == pressUnits;
-                                            }),
-                      method, numbers)
-    {
-        for (const auto& [box, value] : entries)
-            screen.boxes[box] = text(value);
-        click(numbers, nominalTables());
-    }
-    SizingContext context() { return {state, screen, messages, numbers, nominalTables()}; }
-    double tableFlow(double flow) { return ::tableFlow(context(), flow); }
-    double tableCapacity()
-    {
-        SizingContext sizing = context();
-        const auto flow = ::tableFlow(sizing, state.ShownTotalFlow);
-        return state.ValveType == choice::pad ? modLookupSCFHPad(sizing, state.InputPressure, flow)
-                                              : modLookupSCFHDepad(sizing, state.InputPressure, flow);
-    }
-};
 
 /// Of a pump rate and a tank volume of 1: the flows are the factors.
 SizingState factors(const char* type, const char* pressUnits, double flashPoint = 0)
