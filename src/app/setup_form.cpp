@@ -79,7 +79,6 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
     connectHandlers();
     Form_Load(locale);
     controls_.get<QRadioButton>("optSeries61").setFocus();
-    centreOnScreen(*this);
 }
 
 void SetupForm::connectHandlers()

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "lists/summary_files.h"
+#include "lists/verification.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,8 +13,10 @@ struct SizeCommandSystem
     std::string dataFile; ///< of the valve tables
     SummaryFiles::MakePdf makePdf;
     std::string today; ///< in the user's short form
+    std::function<Verification()> verify;
 };
 
 /// The whole command `size_valves`, `arguments` without the program name: reads a list of duties, writes it back with
-/// its sizings. Gives the exit status: 0 all are sized, 1 some are not or lack their summary, 2 not finished.
+/// its sizings; or verifies the program. Gives the exit status: 0 all are sized or agree, 1 some are not or lack their
+/// summary, 2 not finished.
 int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSystem& system);

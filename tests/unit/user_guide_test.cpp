@@ -171,6 +171,7 @@ std::vector<Row> constants()
     const auto perUnit = [&](double us, double metric) { return seven(us) + " " + seven(metric); };
     Duty halves(choice::series63, choice::depad, choice::api2000, "mbar",
                 {{Box::txtPumpRate, 50}, {Box::txtPressure, 50}, {Box::txtTankVolume, 500}, {Box::txtFlashPoint, 60}});
+    const auto held = static_cast<double>(gasFactor(choice::depad, 1.5625));
     const std::string leastPressures = pressures(choice::series61, choice::pad, least);
     constexpr Label advice = Label::lblComments;
     constexpr Label percent = Label::lblPercentValveCapacity;
@@ -207,6 +208,7 @@ std::vector<Row> constants()
                           halves.state.PumpFlow, halves.state.BreathingFlow, halves.state.TotalFlow)},
         {"| g |", figures(double(std::numeric_limits<double>::digits10), rootOfTables(choice::pad), "1",
                           gasFactor(choice::pad, 1))},
+        {"| F, and M / g", figures("166", held, double(toWhole(166 / held)), double(toWhole(166 / 0.8)))},
         {"| Cv shown; share", figures("1", shareWhere(choice::pad, percent, "Less than 1%", false))},
         {"| Factors, g, M, share", figures(double(std::numeric_limits<float>::digits), "2048 4096 1",
                                            1 / (std::nextafter(2048.0F, 4096.0F) - 2048))},
