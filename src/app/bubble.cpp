@@ -13,7 +13,9 @@ namespace
 /// The toolkit wraps rich text only.
 QString wrapped(const QString& text)
 {
-    return text.isEmpty() ? text : QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped());
+    return text.isEmpty()
+               ? text
+               : QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
 }
 
 } // namespace

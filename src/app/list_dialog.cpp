@@ -19,6 +19,7 @@
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -245,6 +246,7 @@ void ListDialog::end(const std::string& outcome, bool isDone)
     else
         progress_.reset();
     status_.setText(QString::fromStdString(outcome));
+    resize(width(), std::max(height(), layout()->totalHeightForWidth(width()))); // for all that is told
     announcer_.say(status_.text());
 }
 

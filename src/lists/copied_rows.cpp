@@ -1,6 +1,7 @@
 #include "lists/copied_rows.h"
 
 #include "lists/duty_list.h"
+#include "lists/words.h"
 
 #include <algorithm>
 #include <sstream>
@@ -59,19 +60,14 @@ std::string csvOf(std::string_view copied)
     return csv;
 }
 
-std::string joined(const std::vector<std::string>& names)
-{
-    std::string text;
-    for (std::size_t at = 0; at < names.size(); ++at)
-        text += (at == 0 ? "" : at + 1 == names.size() ? " and " : ", ") + names[at];
-    return text;
-}
-
 CopiedRows sizeAll(DutyList& list, std::size_t headerLine)
 {
     std::vector<std::string> lacking = list.lacking();
     if (!lacking.empty() && lacking.front() != "Tank Volume") // which Direct Displacement does without
-        return {"", "Nothing is sized: the first copied row must be the header, and it lacks " + joined(lacking) + '.'};
+        return {"", "Nothing is sized: the first copied row must be the header, and it lacks " +
+                        listed(lacking, " and ") + '.'};
+    if (list.isAnswer())
+        return {"", "Nothing is sized: the copied rows have results already. Copy the columns of the list alone."};
     if (list.rowCount() == 0 || list.rowCount() > mostRows)
         return {"", list.rowCount() == 0 ? "Nothing is sized: copy the rows below the header, too."
                                          : "Nothing is sized: these are more than 5000 rows. Save them as a CSV file "
@@ -93,8 +89,8 @@ CopiedRows sizeAll(DutyList& list, std::size_t headerLine)
         outcome += ", " + std::to_string(failed) + " failed";
     outcome += list.rowCount() == 1 ? ": paste it beside the list." : ": paste them beside the list.";
     if (refused > 0 && !lacking.empty())
-        outcome += " The header lacks " + joined(lacking) + '.';
-    return {added, outcome};
+        outcome += " The header lacks " + listed(lacking, " and ") + '.';
+    return {added, outcome + sentences(list.notes())};
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "lists/list_run.h"
 
 #include "files/system.h"
+#include "lists/words.h"
 
 #include <stdexcept>
 #include <utility>
@@ -34,7 +35,8 @@ auto reading(const fs::path& list, const Action& action)
 
 } // namespace
 
-ListRun::ListRun(const ListFiles& files, const std::string& dataFile, const MakePdf& makePdf, const std::string& today)
+ListRun::ListRun(const ListFiles& files, const std::string& dataFile, const SummaryFiles::MakePdf& makePdf,
+                 const std::string& today)
     : files_(files), makesDirectory_(files.summaries && !fs::exists(*files.summaries)),
       in_(files.list, std::ios::in | std::ios::binary)
 {
@@ -49,10 +51,7 @@ ListRun::ListRun(const ListFiles& files, const std::string& dataFile, const Make
         answer_->write(list_->answerHeader());
     });
     if (files_.summaries)
-        summaries_.emplace(
-            *files_.summaries,
-            [makePdf, tables = list_->tables()](const SummaryForm& page) { return makePdf(page, tables); }, today,
-            false);
+        summaries_.emplace(*files_.summaries, makePdf, today, false);
 }
 
 ListRun::~ListRun()
@@ -86,6 +85,9 @@ std::string ListRun::outcome() const
     std::string text = std::to_string(done()) + (done() == 1 ? " row: " : " rows: ") + std::to_string(sized) +
                        " sized, " + std::to_string(refused) + " refused, " + std::to_string(failed) +
                        " failed. The answer is " + textOf(files_.answer) + '.';
+    text += sentences(list_->notes());
+    if (summaries_ && summaries_->left() > 0)
+        text += ' ' + std::to_string(summaries_->left()) + " summaries were there and say the same.";
     if (withoutSummary_ > 0)
         text += ' ' + std::to_string(withoutSummary_) + " summaries are not written, see Messages.";
     if (list_->isDataFileReplaced())

@@ -8,11 +8,8 @@
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <optional>
 #include <string>
-
-class SummaryForm;
 
 /// The files that a list is sized from and into.
 struct ListFiles
@@ -28,9 +25,8 @@ struct ListFiles
 class ListRun
 {
 public:
-    using MakePdf = std::function<std::string(const SummaryForm& page, const std::optional<TablesLabel>& tables)>;
-
-    ListRun(const ListFiles& files, const std::string& dataFile, const MakePdf& makePdf, const std::string& today);
+    ListRun(const ListFiles& files, const std::string& dataFile, const SummaryFiles::MakePdf& makePdf,
+            const std::string& today);
     ~ListRun();
     ListRun(const ListRun&) = delete;
 

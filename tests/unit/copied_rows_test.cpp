@@ -65,6 +65,14 @@ TEST(CopiedRows, LineUpWithWhatIsAdded)
          "header sized|82|0,2|1/2\"", "1 of 1 row sized: paste it beside the list."},
         {"of an English list on a German desktop", "Pump Rate\tPressure\tTank Volume\n10.5\t60\t100\n", ',',
          "header sized|86|0.2|1/2\"", "1 of 1 row sized: paste it beside the list."},
+        {"own columns, and what is taken for granted", "Site\tPump Rate\tPressure\tTank Volume\nA\t100\t50\t10000\n",
+         '.', "header sized|1038|4|1\"",
+         "1 of 1 row sized: paste it beside the list.\nNo column Valve Model: Series 61 taken for 1 row.\nNo column"},
+        {"results of before",
+         "Pump Rate\tPressure\tTank Volume\tPump Rate Units\tTank Volume Units\tFilled In\tStatus\tPump-Rate "
+         "Flow\tTotal "
+         "Flow\tFlow Units\tValve Coefficient\n100\t50\t10000\n",
+         '.', "", "Nothing is sized: the copied rows have results already. Copy the columns of the list alone."},
         {"by another method", "Sizing Method\tPump Rate\tPressure\nDirect Displacement\t100\t50\nAPI-2000\t100\t50\n",
          '.', "header sized|800|2|1\" refused|||",
          "1 of 2 rows sized, 1 refused: paste them beside the list. The header lacks Tank Volume."},
