@@ -25,7 +25,7 @@ struct Rule
 std::string shown(std::string_view value, std::size_t most = 60);
 
 /// Writes findings as they come, one a line ("psi_Pad.csv:17: error: a flow of 0: flow 0; expected more than 0; correct
-/// it"), and counts them. Of a kind that fills a file, the first twenty are written.
+/// it"), and counts them. Of a kind that fills a file, the first ten are written.
 class Findings
 {
 public:
