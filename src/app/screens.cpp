@@ -127,26 +127,30 @@ void Screens::showMain()
         mainForm->window()->close();
         QApplication::quit();
     });
-    connect(mainForm, &MainForm::printRequested, this,
-            [this, mainForm] { cmdPrint_Click(summaryContext(*mainForm), printers_); });
-    connect(mainForm, &MainForm::saveRequested, this, [this, mainForm] { saveSummary(*mainForm); });
+    connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
+        if (cmdPrint_Click(sizingContext(*mainForm), userToday(), printers_) == PrintOutcome::nothingSized)
+            mainForm->tellOutcome();
+    });
     addMenu(*mainForm, mainForm);
     replaceForm(mainForm);
 }
 
-SummaryContext Screens::summaryContext(MainForm& mainForm)
+SizingContext Screens::sizingContext(MainForm& mainForm)
 {
-    return {state_, mainForm, messageBox_, numbers_, userToday()};
+    return {state_, mainForm, messageBox_, numbers_, store_};
 }
 
 void Screens::saveSummary(MainForm& mainForm)
 {
     try {
-        const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
-        if (const std::string reason = store_.whyUnreadable(); page && !reason.empty())
+        const std::optional<SummaryForm> page = summaryOfSizing(sizingContext(mainForm), userToday());
+        if (!page) {
+            mainForm.tellOutcome();
+            return;
+        }
+        if (const std::string reason = store_.whyUnreadable(); !reason.empty())
             throw std::runtime_error(reason); // figures of an earlier click are still shown
-        const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();
-        if (!file.isEmpty())
+        if (const QString file = askForPdf(mainForm, state_.CustTagNo); !file.isEmpty())
             writeFile(file, summaryPdf(*page, tablesLabel(store_)));
     } catch (const std::exception& reason) {
         messageBox_.show(std::string("The summary is not saved: ") + reason.what());
@@ -173,10 +177,10 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
         menu->popup(form.mapToGlobal(at));
     });
     add("User Guide (F1)", Qt::Key_F1, [this] { openUserGuide(messageBox_); })->setShortcutVisibleInContextMenu(false);
-    QAction* const ofResults[] = {add("Save Summary as PDF...", Qt::CTRL | Qt::Key_S,
-                                      [mainForm] { mainForm->requestSummary(&MainForm::saveRequested); }),
-                                  add("Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
-                                      [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
+    QAction* const ofResults[] = {
+        add("Save Summary as PDF...", Qt::CTRL | Qt::Key_S, [this, mainForm] { saveSummary(*mainForm); }),
+        add("Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
+            [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
     add("About", {}, [this] { showAbout(messageBox_, dataFile_); });

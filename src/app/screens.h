@@ -2,8 +2,8 @@
 
 #include "app/sizing_state.h"
 #include "base/number_text.h"
+#include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "report/print_command.h"
 
 #include <QObject>
 #include <QPointer>
@@ -37,7 +37,7 @@ private:
 
     /// The context menu of a form and its keys; without a main form there are no results.
     void addMenu(QWidget& form, MainForm* mainForm);
-    SummaryContext summaryContext(MainForm& mainForm);
+    SizingContext sizingContext(MainForm& mainForm);
     void saveSummary(MainForm& mainForm);
 
     const LocaleInfo& locale_;

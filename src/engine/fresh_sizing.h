@@ -24,14 +24,20 @@ struct FreshSizing
         const Gas& gas = firstGas(offer.valveType);
         screen.boxes[Box::cmbBlanketingGas] = gas.name;
         screen.boxes[Box::txtSpecGrav] = numbers.general(gas.specGrav);
-        if (sizingMethod == choice::directDisplacement)
+        if (!asksFor(sizingCaseOf(state), Box::txtTankVolume))
             screen.boxes[Box::txtTankVolume] = "0";
+    }
+
+    /// What the sizing routines reach.
+    SizingContext context(const NumberText& numbers, CapacityStore& store)
+    {
+        return {state, screen, messages, numbers, store};
     }
 
     /// One press of "&Select Valve Size".
     void click(const NumberText& numbers, CapacityStore& store)
     {
-        SizingContext sizing{state, screen, messages, numbers, store};
+        SizingContext sizing = context(numbers, store);
         cmdCalcFlowRate_Click(sizing);
     }
 };

@@ -23,9 +23,6 @@ bool isInterrupted();
 /// Why the operating system does not let a file be read; "" when it does.
 std::string whyUnreadable(const std::filesystem::path& file);
 
-/// A new empty file in the directory for temporary ones. Throws std::runtime_error with the system's reason.
-std::filesystem::path createTemporaryFile();
-
 /// The mode of an ordinary new file of this user: what the umask leaves of reading and writing for all.
 std::filesystem::perms ordinaryMode();
 

@@ -7,9 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <stdexcept>
 
 namespace
 {
@@ -68,16 +66,6 @@ std::string whyUnreadable(const std::filesystem::path& file)
         return std::strerror(errno);
     close(descriptor);
     return "";
-}
-
-std::filesystem::path createTemporaryFile()
-{
-    std::string name = (std::filesystem::temp_directory_path() / "size-valves-XXXXXX").string();
-    const int descriptor = mkstemp(name.data());
-    if (descriptor < 0)
-        throw std::runtime_error(name + ": " + std::strerror(errno));
-    close(descriptor);
-    return name;
 }
 
 std::filesystem::perms ordinaryMode()

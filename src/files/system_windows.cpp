@@ -10,7 +10,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <stdexcept>
+#include <system_error>
 
 namespace
 {
@@ -62,14 +62,6 @@ std::string whyUnreadable(const std::filesystem::path& file)
         return lastReason();
     CloseHandle(opened);
     return "";
-}
-
-std::filesystem::path createTemporaryFile()
-{
-    wchar_t name[MAX_PATH] = L"";
-    if (GetTempFileNameW(std::filesystem::temp_directory_path().c_str(), L"siz", 0, name) == 0)
-        throw std::runtime_error(lastReason());
-    return name;
 }
 
 /// The directory's access list says who may do what; there is no umask.
