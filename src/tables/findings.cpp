@@ -22,7 +22,8 @@ std::string shown(std::string_view value, std::size_t most)
     std::string text(value);
     if (text.size() > most) {
         std::size_t end = most;
-        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) // not within a UTF-8 sequence
+        // Not within a sequence of UTF-8.
+        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
             --end;
         text = text.substr(0, end) + "...";
     }
