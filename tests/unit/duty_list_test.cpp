@@ -237,19 +237,21 @@ TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
     for (const char* const name : {"T-1.pdf", "t-1 (2).pdf", "line 2.pdf"})
         EXPECT_TRUE(fs::exists(temporary.path / "new" / name)) << name;
     std::ofstream(temporary.path / "new" / "T-1.pdf.new-backup") << "somebody's own";
-    const fs::path other = temporary.path / "new" / "other.pdf";
-    const auto slowPdf = [&](const SummaryForm&, const auto&) { // meanwhile another program writes a file of that name
-        std::ofstream(other) << "somebody's own";
-        return std::string("page");
-    };
-    SummaryFiles raced(temporary.path / "new", slowPdf, "today", false);
-    EXPECT_NE(write(raced, "other").find("it exists already"), std::string::npos);
-    EXPECT_EQ(fs::file_size(other), 14U);
     SummaryFiles again(temporary.path / "new", pdf, "tomorrow", false);
     for (const char* const tag : {"T-1", "t-1"})
         EXPECT_EQ(write(again, tag), "");
     EXPECT_EQ(again.left(), 2U);
     EXPECT_NE(write(again, "", "20").find("it exists already"), std::string::npos);
+    const fs::path other = temporary.path / "new" / "other.pdf";
+    const auto slowPdf =
+        [&](const SummaryForm&,
+            const std::optional<TablesLabel>&) { // while it is made, another program writes a file of that name
+            std::ofstream(other) << "somebody's own";
+            return std::string("page");
+        };
+    SummaryFiles slow(temporary.path / "new", slowPdf, "today", false);
+    EXPECT_NE(write(slow, "other").find("it exists already"), std::string::npos);
+    EXPECT_EQ(fs::file_size(other), 14U);
     SummaryFiles forced(temporary.path / "new", pdf, "today", true);
     EXPECT_EQ(write(forced, "T-1"), "");
     EXPECT_EQ(forced.left(), 0U);
