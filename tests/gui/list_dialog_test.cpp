@@ -202,7 +202,7 @@ TEST_F(ListEntriesTest, AListIsAskedForAndItsAnswerMayReplaceAFile)
     std::ifstream answer(home.path / "mine.csv");
     std::string first;
     std::getline(answer, first);
-    EXPECT_TRUE(first.starts_with("Pump Rate,Pressure,Tank Volume,Status,")) << first;
+    EXPECT_TRUE(first.starts_with("Pump Rate,Pressure,Tank Volume,Valve Model,")) << first;
     button("Close");
     EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.isNull(); }));
     activate();
