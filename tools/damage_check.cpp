@@ -20,8 +20,9 @@ namespace
 
 struct Duty
 {
-    const char* valveTable;
     const char* valveModel;
+    const char* valveType;
+    const char* pressUnits;
     const char* method;
     const char* pumpRate;
     const char* pressure;
@@ -30,44 +31,36 @@ struct Duty
 };
 
 const Duty duties[] = {
-    {"psi_Pad", choice::series61, choice::api2000, "100", "60", "1000000",
+    {choice::series61, choice::pad, "PSI", choice::api2000, "100", "60", "1000000",
      "0.97"}, // a large tank: breathing from its table
-    {"psi_Pad", choice::series61, choice::directDisplacement, "337.5", "62", "0", "0.97"},
-    {"kgcm2_Pad", choice::series61, choice::api2000, "50", "3", "20000", "1"},
-    {"kpa_Pad", choice::series61, choice::directDisplacement, "20", "300", "0", "0.6"},
-    {"inwc_Depad", choice::series63, choice::api2000, "40", "20", "2000000", "1"},
-    {"mbar_Depad", choice::series63, choice::api2000, "50", "50", "8500", "1"},
+    {choice::series61, choice::pad, "PSI", choice::directDisplacement, "337.5", "62", "0", "0.97"},
+    {choice::series61, choice::pad, "kg/cm2", choice::api2000, "50", "3", "20000", "1"},
+    {choice::series61, choice::pad, "kPa", choice::directDisplacement, "20", "300", "0", "0.6"},
+    {choice::series63, choice::depad, "in wc", choice::api2000, "40", "20", "2000000", "1"},
+    {choice::series63, choice::depad, "mbar", choice::api2000, "50", "50", "8500", "1"},
 };
 
 /// What the main form shows after one click, and what was said in message boxes.
 struct Answer
 {
-    std::map<Label, std::string> captions;
+    PlainScreen screen;
     bool message = false;
 
-    bool isValve() const
-    {
-        const auto share = captions.find(Label::lblPercentValveCapacity);
-        return share != captions.end() && !share->second.empty();
-    }
+    bool isValve() const { return screen.hasValve(); }
 };
 
 Answer answerOf(const Duty& duty, const std::string& file)
 {
-    const Offer& offer = *std::ranges::find_if(offers, [&](const Offer& row) {
-        return std::string_view(row.valveTable) == duty.valveTable &&
-               std::string_view(row.valveModel) == duty.valveModel;
-    });
     const NumberText numbers;
     CapacityStore store(file, numbers);
-    FreshSizing sizing(offer, duty.method, numbers);
+    FreshSizing sizing(*findOffer(duty.valveModel, duty.valveType, duty.pressUnits), duty.method, numbers);
     sizing.screen.boxes.insert_or_assign(Box::txtPumpRate, duty.pumpRate);
     sizing.screen.boxes.insert_or_assign(Box::txtPressure, duty.pressure);
     sizing.screen.boxes.insert_or_assign(Box::txtTankVolume, duty.tankVolume);
     sizing.screen.boxes.insert_or_assign(Box::txtSpecGrav, duty.gravity);
     sizing.screen.boxes.insert_or_assign(Box::txtFlashPoint, "200");
     sizing.click(numbers, store);
-    return {sizing.screen.captions, !sizing.messages.texts.empty()};
+    return {sizing.screen, !sizing.messages.texts.empty()};
 }
 
 /// One damage of a kind that disks, copies and editors do.
@@ -159,7 +152,7 @@ private:
         for (std::size_t at = 0; at < std::size(duties); ++at) {
             const Answer answer = answerOf(duties[at], file_);
             valves_ += answer.isValve();
-            if (answer.captions == right_[at].captions)
+            if (answer.screen.captions == right_[at].screen.captions)
                 ++rightAnswers_;
             else if (!answer.isValve())
                 ++(answer.message ? messages_ : refusals_);

@@ -88,7 +88,7 @@ public:
         sizing.screen.boxes[Box::txtSpecGrav] = numbers_.general(gravity);
         sizing.click(numbers_, store_);
 
-        const bool isSized = !sizing.screen.caption(Label::lblPercentValveCapacity).empty();
+        const bool isSized = sizing.screen.hasValve();
         ++(isSized ? sized : refused);
         const std::string fault = faultOf(sizing, pressure, isSized);
         if (!fault.empty())

@@ -9,36 +9,22 @@
 #include "app/sizing_state.h"
 #include "base/gases.h"
 #include "base/number_text.h"
+#include "base/setup_choices.h"
 #include "capacity/capacity_store.h"
 #include "engine/sizing_driver.h"
-#include "report/print_command.h"
 
 #include <QGroupBox>
 #include <QPushButton>
 
-#include <array>
 #include <iostream>
-#include <iterator>
 #include <utility>
 
 namespace
 {
 
-/// What an edit of an input empties, in this order.
-constexpr Label resultLabels[] = {
-    Label::lblPRFlow, Label::lblBRFlow,        Label::lblTotalFlow,        Label::lblSGGas,
-    Label::lblCV,     Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity,
-    Label::lblHFPLFP, Label::lblComments};
-
-template <std::size_t... at>
-consteval auto controlsNamed(const char* const* names, std::index_sequence<at...>)
-{
-    return std::array{MainControl(names[at])...};
-}
-
 /// What the engine calls by number, in that order.
-constexpr auto boxes = controlsNamed(boxNames, std::make_index_sequence<std::size(boxNames)>());
-constexpr auto labels = controlsNamed(labelNames, std::make_index_sequence<std::size(labelNames)>());
+constexpr auto boxes = rowsNamed<MainControl, boxNames>();
+constexpr auto labels = rowsNamed<MainControl, labelNames>();
 
 MainControl controlOf(Box box)
 {
@@ -100,7 +86,7 @@ void MainForm::connectHandlers()
         onClick(controls_.get<QPushButton>(name), *this, handler);
     };
     on("cmdCalcFlowRate", [this] { selectValve(); });
-    on("cmdPrint", [this] { requestSummary(&MainForm::printRequested); });
+    on("cmdPrint", [this] { emit printRequested(); });
     on("cmdClear", [this] { cmdClear_Click(); });
     on("cmdNewCalc", [this] { cmdNewCalc_Click(); });
     on("cmdExit", [this] { cmdExit_Click(); });
@@ -142,8 +128,8 @@ void MainForm::nameGas()
 
 void MainForm::emptyResultLabels(bool keepPointNote)
 {
-    for (const Label label : resultLabels)
-        if (label != Label::lblHFPLFP || !keepPointNote)
+    for (const Label label : allLabels)
+        if (label != Label::lblSGGas2 && (label != Label::lblHFPLFP || !keepPointNote))
             setCaption(label, "");
 }
 
@@ -192,19 +178,11 @@ void MainForm::selectValve()
 void MainForm::tellOutcome()
 {
     announcer_.say(outcome());
-    if (!caption(Label::lblPercentValveCapacity).empty()) // the last of them, should they not all fit
+    if (hasValve()) // the last of them, should they not all fit
         for (const MainControl shown : {MainControl("lblPercentValveCapacity"), MainControl("lblCVlbl")})
             scrollIntoView(controls_.get<QWidget>(shown));
     if (!caption(Label::lblComments).empty())
         scrollIntoView(controls_.get<QWidget>("frmComments"));
-}
-
-void MainForm::requestSummary(void (MainForm::*request)())
-{
-    emit(this->*request)();
-    if (caption(Label::lblComments) != nothingSized)
-        return;
-    tellOutcome();
 }
 
 QString MainForm::resultsText() const
@@ -218,7 +196,7 @@ QString MainForm::outcome() const
     const QString comments = spoken("lblComments");
     if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) // beside older figures, perhaps
         return comments + u' ' + QString::fromStdString(reason) + u'.';
-    if (caption(Label::lblPercentValveCapacity).empty())
+    if (!hasValve())
         return comments;
     return QStringLiteral("Cv %1, body size %2, capacity %3 %4, %5 % utilized. %6")
         .arg(spoken("lblCV"), spoken("lblValveBodySize"), spoken("lblMaxValveCapacity"),
@@ -227,18 +205,10 @@ QString MainForm::outcome() const
 
 void MainForm::modClearData()
 {
-    const auto emptyLabels = [this](std::initializer_list<Label> emptied) {
-        for (const Label label : emptied)
-            setCaption(label, "");
-    };
-    emptyLabels({Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize, Label::lblPercentValveCapacity});
-    setText("txtPressure", "");
+    for (const Box box : clearedBoxes)
+        setText(controlOf(box), "");
     setText("txtTankVolume", "0");
-    for (const MainControl box :
-         std::initializer_list<MainControl>{"txtPumpRate", "txtFlashPoint", "txtBoilingPoint", "txtStoredMaterial"})
-        setText(box, "");
-    emptyLabels({Label::lblComments, Label::lblPRFlow, Label::lblBRFlow, Label::lblTotalFlow, Label::lblHFPLFP,
-                 Label::lblSGGas, Label::lblSGGas2});
+    empty(allLabels);
 }
 
 void MainForm::setPrintEnabled(bool enabled)
@@ -265,8 +235,10 @@ void MainForm::setText(MainControl box, const std::string& entry)
     controls_.get<QLineEdit>(box).setText(QString::fromStdString(entry));
 }
 
-void MainForm::hideAll(std::span<const MainControl> names)
+void MainForm::hideUnasked()
 {
-    for (const MainControl name : names)
-        controls_.get<QWidget>(name).hide();
+    const std::string sizingCase = sizingCaseOf(sizing_.state);
+    for (std::size_t box = 0; box < boxes.size(); ++box)
+        if (!asksFor(sizingCase, static_cast<Box>(box)))
+            hideFact(controls_, boxes[box]);
 }

@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QWidget>
 
-#include <span>
 #include <string>
 #include <vector>
 
@@ -32,8 +31,8 @@ public:
     void modClearData() override;
     void setPrintEnabled(bool enabled) override;
 
-    /// Asks for the summary by one of the two signals, and has the refusal seen and heard.
-    void requestSummary(void (MainForm::*request)());
+    /// Has what a click has come to heard by a screen reader, and scrolls it into view.
+    void tellOutcome();
 
     /// Choices, entries and results, a line each: caption, tab, value and unit. What is empty or not shown is left out.
     QString resultsText() const;
@@ -45,8 +44,6 @@ signals:
     void exitRequested();
     /// "Prin&t" was pressed.
     void printRequested();
-    /// The summary is to be saved as a PDF.
-    void saveRequested();
 
 private:
     void connectHandlers();
@@ -64,8 +61,6 @@ private:
 
     /// What a click has come to, in one sentence: the valve with the comments, or why there is none.
     QString outcome() const;
-    /// Has what a click has come to heard by a screen reader, and scrolls it into view.
-    void tellOutcome();
 
     /// Puts the name of the gas with the entered specific gravity into the gas box; nothing for any other.
     void nameGas();
@@ -75,7 +70,8 @@ private:
 
     void setLabelCaption(MainControl name, const std::string& shown);
     void setText(MainControl box, const std::string& entry);
-    void hideAll(std::span<const MainControl> names);
+    /// Hides the boxes that the choices do not ask for, with their captions and units.
+    void hideUnasked();
 
     Controls<mainFormRows> controls_;
     SizingContext sizing_;

@@ -1,11 +1,12 @@
 #include "app/main_form_facts.h"
 
 #include "app/sizing_state.h"
+#include "base/customer_fields.h"
 
 #include <QGroupBox>
 
+#include <algorithm>
 #include <optional>
-#include <utility>
 
 namespace
 {
@@ -79,6 +80,15 @@ void describeValues(const Controls<mainFormRows>& controls)
     controls.get<QLabel>("lblComments").setAccessibleDescription(controls.get<QGroupBox>("frmComments").title());
 }
 
+void hideFact(const Controls<mainFormRows>& controls, MainControl value)
+{
+    const Fact& fact = *std::ranges::find(facts, value.index, [](const Fact& row) { return row.value.index; });
+    controls.get<QWidget>(fact.caption).hide();
+    controls.get<QWidget>(fact.value).hide();
+    if (fact.unit)
+        controls.get<QWidget>(*fact.unit).hide();
+}
+
 QString resultsText(const Controls<mainFormRows>& controls, const SizingState& state)
 {
     QString lines;
@@ -90,12 +100,8 @@ QString resultsText(const Controls<mainFormRows>& controls, const SizingState& s
         if (!value.isEmpty())
             lines += name + u'\t' + cell(value) + (unit.isEmpty() ? unit : u' ' + unit) + u'\n';
     };
-    for (const auto& [name, text] : {std::pair{"Customer Name", &state.CustomerName},
-                                     {"Customer Location", &state.CustomerLocation},
-                                     {"Tag Number", &state.CustTagNo},
-                                     {"Notes", &state.Notes},
-                                     {"ORM Representative", &state.Representative}})
-        add(QString::fromLatin1(name), QString::fromStdString(*text));
+    for (const CustomerField& field : customerFields)
+        add(QString::fromLatin1(field.name), QString::fromStdString(state.*field.text));
     for (const Fact& fact : facts) {
         const auto& value = controls.get<QWidget>(fact.value);
         // The gravity that the capacity refers to stays on the form when an edit has emptied the capacity.

@@ -9,3 +9,6 @@ void describeValues(const Controls<mainFormRows>& controls);
 
 /// Choices, entries and results, a line each: caption, tab, value and unit. What is empty or not shown is left out.
 QString resultsText(const Controls<mainFormRows>& controls, const SizingState& state);
+
+/// Hides a value with its caption and its unit.
+void hideFact(const Controls<mainFormRows>& controls, MainControl value);

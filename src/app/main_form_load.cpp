@@ -5,15 +5,10 @@
 #include "app/sizing_state.h"
 #include "base/gases.h"
 #include "base/number_text.h"
-#include "base/offered.h"
+#include "base/setup_choices.h"
 
 namespace
 {
-
-constexpr MainControl storedMaterialControls[] = {"lblBoilingPoint",   "txtBoilingPoint",  "lblTempUnits1",
-                                                  "lblFlashPoint",     "txtFlashPoint",    "lblTempUnits2",
-                                                  "lblStoredMaterial", "txtStoredMaterial"};
-constexpr MainControl tankVolumeControls[] = {"txtTankVolume", "lblTankVolume", "lblVolumeUnits"};
 
 struct ValveTypeTexts
 {
@@ -52,11 +47,9 @@ void MainForm::load()
         setLabelCaption(name, shown);
 
     const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
-    if (directDisplacement) {
+    if (directDisplacement)
         setText("txtTankVolume", "0");
-        hideAll(tankVolumeControls);
-        hideAll(storedMaterialControls);
-    }
+    hideUnasked();
     loadValveType();
 
     if (const UnitSystem* const units = unitsOf(state.UnitSystem)) {
@@ -90,8 +83,6 @@ void MainForm::loadValveType()
         setText("txtSpecGrav", sizing_.numbers.general(firstGas(valveType).specGrav));
         gas_.setGas(QString::fromUtf8(firstGas(valveType).name));
     }
-    if (valveType == choice::pad) {
-        hideAll(storedMaterialControls);
+    if (valveType == choice::pad)
         setCaption(Label::lblHFPLFP, "");
-    }
 }

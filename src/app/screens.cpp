@@ -109,9 +109,10 @@ void Screens::showMain()
         mainForm->window()->close();
         QApplication::quit();
     });
-    connect(mainForm, &MainForm::printRequested, this,
-            [this, mainForm] { cmdPrint_Click(summaryContext(*mainForm), printers_); });
-    connect(mainForm, &MainForm::saveRequested, this, [this, mainForm] { saveSummary(*mainForm); });
+    connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
+        if (cmdPrint_Click(summaryContext(*mainForm), printers_) == PrintOutcome::nothingSized)
+            mainForm->tellOutcome();
+    });
     replaceForm(*mainForm, addMenus(*mainForm, mainForm));
 }
 
@@ -124,10 +125,13 @@ void Screens::saveSummary(MainForm& mainForm)
 {
     try {
         const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
-        if (const std::string reason = store_.whyUnreadable(); page && !reason.empty())
+        if (!page) {
+            mainForm.tellOutcome();
+            return;
+        }
+        if (const std::string reason = store_.whyUnreadable(); !reason.empty())
             throw std::runtime_error(reason); // figures of an earlier click are still shown
-        const QString file = page ? askForPdf(mainForm, state_.CustTagNo) : QString();
-        if (!file.isEmpty())
+        if (const QString file = askForPdf(mainForm, state_.CustTagNo); !file.isEmpty())
             writeFile(file, summaryPdf(*page, tablesLabel(store_)));
     } catch (const std::exception& reason) {
         messageBox_.show(std::string("The summary is not saved: ") + reason.what());
@@ -149,10 +153,10 @@ QMenuBar& Screens::addMenus(QWidget& form, MainForm* mainForm)
         return action;
     };
     add(help, "User &Guide", Qt::Key_F1, [this] { openUserGuide(messageBox_); });
-    QAction* const ofResults[] = {add(file, "&Save Summary as PDF...", Qt::CTRL | Qt::Key_S,
-                                      [mainForm] { mainForm->requestSummary(&MainForm::saveRequested); }),
-                                  add(file, "&Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
-                                      [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
+    QAction* const ofResults[] = {
+        add(file, "&Save Summary as PDF...", Qt::CTRL | Qt::Key_S, [this, mainForm] { saveSummary(*mainForm); }),
+        add(file, "&Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
+            [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
     add(help, "&About", {}, [this] { showAbout(messageBox_, dataFile_); });

@@ -4,7 +4,7 @@
 #include "app/key_filter.h"
 #include "app/list_box.h"
 #include "app/sizing_state.h"
-#include "base/offered.h"
+#include "base/customer_fields.h"
 #include "base/setup_choices.h"
 
 #include <QGroupBox>
@@ -18,33 +18,19 @@
 namespace
 {
 
-struct CustomerBox
-{
-    SetupControl box;
-    std::string SizingState::*field;
-};
-
-constexpr CustomerBox customerBoxes[] = {
-    {"txtCustomerName", &SizingState::CustomerName}, {"txtCustomerLocation", &SizingState::CustomerLocation},
-    {"txtCustTagNo", &SizingState::CustTagNo},       {"txtNotes", &SizingState::Notes},
-    {"txtORMRep", &SizingState::Representative},
-};
+/// In the order of `customerFields`.
+constexpr auto customerBoxes = rowsNamed<SetupControl, customerFields, &CustomerField::box>();
 
 /// The caption above each list, which has no access key, names it to screen readers.
 constexpr SetupControl listCaptions[][2] = {
     {"lblPressureUnits", "lstPressure"}, {"lblFlow", "lstFlow"}, {"lblTemp", "lstTemp"}, {"lblVolume", "lstVolume"}};
 
-/// Tooltips of the boxes and lists.
+/// Tooltips of the lists.
 constexpr struct
 {
     SetupControl control;
     const char* help;
 } helps[] = {
-    {"txtCustomerName", "Printed on the summary."},
-    {"txtCustomerLocation", "Printed on the summary."},
-    {"txtCustTagNo", "Printed on the summary; its PDF file is named by it."},
-    {"txtNotes", "Printed on the summary."},
-    {"txtORMRep", "Printed on the summary."},
     {"lstPressure", "The unit of the pressure at the valve. Gauge pressure."},
     {"lstFlow", "The unit of all flows of gas: SCFH at 60 degF and 14.696 psia, Nm3/Hr at 0 degC."},
     {"lstTemp", "The unit of boiling point and flash point."},
@@ -88,6 +74,8 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
     new Announcer(*this);
     for (const auto& [control, help] : helps)
         controls_.get<QWidget>(control).setToolTip(QString::fromLatin1(help));
+    for (std::size_t field = 0; field < customerBoxes.size(); ++field)
+        controls_.get<QWidget>(customerBoxes[field]).setToolTip(QString::fromLatin1(customerFields[field].help));
     connectHandlers();
     Form_Load(locale);
     controls_.get<QRadioButton>("optSeries61").setFocus();
@@ -118,8 +106,9 @@ void SetupForm::Form_Load(const LocaleInfo& locale)
     for (const SetupControl name :
          std::initializer_list<SetupControl>{"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
         controls_.get<QRadioButton>(name).setChecked(true);
-    for (const CustomerBox& row : customerBoxes)
-        controls_.get<QLineEdit>(row.box).setText(QString::fromStdString(state_.*row.field));
+    for (std::size_t field = 0; field < customerBoxes.size(); ++field)
+        controls_.get<QLineEdit>(customerBoxes[field])
+            .setText(QString::fromStdString(state_.*customerFields[field].text));
 }
 
 void SetupForm::resetState(const LocaleInfo& locale)
@@ -183,11 +172,9 @@ void SetupForm::fillPressureAndFlow()
 void SetupForm::cmdContinue_Click()
 {
     const std::string pressUnits = controls_.get<ListBox>("lstPressure").currentItem()->text().toStdString();
-    for (const Offer& offer : offers)
-        if (selected(controls_, modelOptions) == std::string_view(offer.valveModel) &&
-            state_.ValveType == offer.valveType && pressUnits == offer.pressUnits)
-            storeOffer(state_, offer);
-    for (const CustomerBox& row : customerBoxes)
-        state_.*row.field = controls_.get<QLineEdit>(row.box).text().toStdString();
+    if (const Offer* const offer = findOffer(selected(controls_, modelOptions), state_.ValveType, pressUnits))
+        storeOffer(state_, *offer);
+    for (std::size_t field = 0; field < customerBoxes.size(); ++field)
+        state_.*customerFields[field].text = controls_.get<QLineEdit>(customerBoxes[field]).text().toStdString();
     emit continued();
 }

@@ -136,8 +136,17 @@ constexpr bool isOffered(std::string_view valveModel, std::string_view valveType
         offers, [&](const Offer& offer) { return valveModel == offer.valveModel && valveType == offer.valveType; });
 }
 
-/// Whether a row names what the tables above know, and a table and a range that can be. A model without a pad valve
-/// would leave the setup form without a choice.
+/// The offer of a pressure unit for a model and a valve type; nullptr where there is none.
+constexpr const Offer* findOffer(std::string_view valveModel, std::string_view valveType, std::string_view pressUnits)
+{
+    for (const Offer& offer : offers)
+        if (valveModel == offer.valveModel && valveType == offer.valveType && pressUnits == offer.pressUnits)
+            return &offer;
+    return nullptr;
+}
+
+/// Whether a row names what the tables above know, and a table and a range that can be, and whether it is found again.
+/// A model without a pad valve would leave the setup form without a choice.
 constexpr bool isSound(const Offer& offer)
 {
     const auto isNamed = [](const auto& rows, std::string_view name) {
@@ -146,6 +155,7 @@ constexpr bool isSound(const Offer& offer)
     const std::string_view type = offer.valveType;
     return isNamed(models, offer.valveModel) && isNamed(unitSystems, offer.unitSystem) &&
            isOffered(offer.valveModel, choice::pad) && (type == choice::pad || type == choice::depad) &&
-           std::string_view(offer.valveTable).ends_with(type) && offer.lowest < offer.highest;
+           std::string_view(offer.valveTable).ends_with(type) && offer.lowest < offer.highest &&
+           findOffer(offer.valveModel, type, offer.pressUnits) == &offer;
 }
 static_assert(std::ranges::all_of(offers, isSound));

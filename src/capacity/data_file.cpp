@@ -58,7 +58,7 @@ bool isInChange(const fs::path& path)
 {
     std::error_code noTime;
     const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, noTime);
-    if (!noTime && age >= 0ms && age < timeToWrite)
+    if (!noTime && age > -timeToWrite && age < timeToWrite) // the clock may go in steps
         return true;
     const auto firstByte = [&](const char* ending) {
         fs::path beside = path;

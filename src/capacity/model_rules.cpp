@@ -10,11 +10,8 @@ const char* brokenModelRule(const SizingContext& sizing)
 {
     const SizingState& state = sizing.state;
     const double pressure = readNumber(sizing.numbers, sizing.screen.text(Box::txtPressure));
-    for (const Offer& offer : offers) {
-        const MinimumPressure& minimum = offer.minimum;
-        if (state.ValveModel == offer.valveModel && state.PressUnits == offer.pressUnits &&
-            minimum.message != nullptr && pressure < minimum.lowest && state.SelectedCv > minimum.exemptUpToCv)
-            return minimum.message;
-    }
-    return nullptr;
+    const Offer* const offer = findOffer(state.ValveModel, choice::pad, state.PressUnits);
+    const bool isBroken =
+        offer != nullptr && pressure < offer->minimum.lowest && state.SelectedCv > offer->minimum.exemptUpToCv;
+    return isBroken ? offer->minimum.message : nullptr;
 }

@@ -22,8 +22,7 @@ bool stepUp(SizingContext& sizing, std::span<const float> series, const char* me
 {
     float& cv = sizing.state.SelectedCv;
     if (cv == series.back()) {
-        for (const Label label : {Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize})
-            sizing.screen.setCaption(label, "");
+        sizing.screen.empty(valveLabels);
         sizing.screen.setCaption(Label::lblComments, message);
         return false;
     }

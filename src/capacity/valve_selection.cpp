@@ -9,6 +9,8 @@
 #include "capacity/table_lookups.h"
 #include "capacity/valve_results.h"
 
+#include <array>
+
 namespace
 {
 
@@ -90,7 +92,6 @@ void modGetValveData(SizingContext& sizing)
 
 void modClearSizingData(SizingContext& sizing)
 {
-    for (const Label label : {Label::lblCV, Label::lblMaxValveCapacity, Label::lblValveBodySize,
-                              Label::lblPercentValveCapacity, Label::lblSGGas2})
-        sizing.screen.setCaption(label, "");
+    sizing.screen.empty(valveLabels);
+    sizing.screen.empty(std::array{Label::lblPercentValveCapacity, Label::lblSGGas2});
 }

@@ -24,7 +24,7 @@ struct FreshSizing
         const Gas& gas = firstGas(offer.valveType);
         screen.boxes[Box::cmbBlanketingGas] = gas.name;
         screen.boxes[Box::txtSpecGrav] = numbers.general(gas.specGrav);
-        if (sizingMethod == choice::directDisplacement)
+        if (!asksFor(sizingCaseOf(state), Box::txtTankVolume))
             screen.boxes[Box::txtTankVolume] = "0";
     }
 

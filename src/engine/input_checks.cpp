@@ -4,7 +4,7 @@
 #include "base/failure.h"
 #include "base/main_screen.h"
 #include "base/number_text.h"
-#include "base/offered.h"
+#include "base/setup_choices.h"
 #include "base/sizing_context.h"
 #include "engine/tank_limits.h"
 
@@ -52,7 +52,7 @@ Check copyNumbers(SizingContext& sizing)
                                      {Box::txtPressure, &state.InputPressure}})
         if (const Check refusal = copyNumber(sizing, box, *value))
             return refusal;
-    if (isEmpty(sizing, Box::txtTankVolume) && state.SizingMethod == choice::api2000)
+    if (isEmpty(sizing, Box::txtTankVolume) && asksFor(sizingCaseOf(state), Box::txtTankVolume))
         return Refusal{Box::txtTankVolume, "Please enter the Tank Volume."};
     return copyNumber(sizing, Box::txtTankVolume, state.TankVolume);
 }
@@ -76,7 +76,7 @@ Check checkRateAndPressure(const SizingState& state)
 
 Check checkTankVolume(const SizingState& state)
 {
-    if (state.SizingMethod != choice::api2000)
+    if (!asksFor(sizingCaseOf(state), Box::txtTankVolume))
         return passed;
     if (state.UnitSystem == choice::us && state.TankVolume > largestTankGallons)
         return Refusal{
@@ -99,7 +99,7 @@ Check checkEntries(SizingContext& sizing)
     if (const Check refusal = checkRateAndPressure(state))
         return refusal;
     if (isEmpty(sizing, Box::txtFlashPoint) && isEmpty(sizing, Box::txtBoilingPoint) &&
-        state.SizingMethod == choice::api2000 && state.ValveType == choice::depad)
+        asksFor(sizingCaseOf(state), Box::txtFlashPoint))
         return Refusal{Box::txtBoilingPoint,
                        "Please enter the Flash Point and/or Boiling Point of the Stored Material."};
     state.BoilingPoint = sizing.screen.text(Box::txtBoilingPoint);

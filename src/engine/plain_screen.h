@@ -25,8 +25,7 @@ struct PlainScreen : MainScreen
     void modClearData() override
     {
         captions.clear();
-        for (const Box box :
-             {Box::txtPressure, Box::txtPumpRate, Box::txtFlashPoint, Box::txtBoilingPoint, Box::txtStoredMaterial})
+        for (const Box box : clearedBoxes)
             boxes[box].clear();
         boxes[Box::txtTankVolume] = "0";
     }

@@ -6,17 +6,10 @@
 #include "base/offered.h"
 #include "base/sizing_context.h"
 
-#include <algorithm>
-#include <iterator>
-
 const Offer* offerOf(const SizingState& state)
 {
-    const bool typeCounts = isOffered(state.ValveModel, choice::pad) && isOffered(state.ValveModel, choice::depad);
-    const auto found = std::ranges::find_if(offers, [&](const Offer& offer) {
-        return state.ValveModel == offer.valveModel && (!typeCounts || state.ValveType == offer.valveType) &&
-               state.PressUnits == offer.pressUnits;
-    });
-    return found == std::end(offers) ? nullptr : found;
+    const bool typeCounts = isOffered(state.ValveModel, choice::depad);
+    return findOffer(state.ValveModel, typeCounts ? state.ValveType : choice::pad, state.PressUnits);
 }
 
 void modMaxMinCheck(SizingContext& sizing)

@@ -5,7 +5,7 @@ struct SizingContext;
 struct SizingState;
 
 /// The offer that the chosen pressure is held to; nullptr for a combination that is not offered. For a model that is
-/// built as one valve type only, the type plays no part.
+/// built as a pad valve only, the type plays no part.
 const Offer* offerOf(const SizingState& state);
 
 /// Refuses a pressure outside the range that the model is offered for: writes the range's message into `lblComments`

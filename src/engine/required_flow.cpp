@@ -5,8 +5,8 @@
 #include "base/display_rounding.h"
 #include "base/main_screen.h"
 #include "base/number_text.h"
-#include "base/offered.h"
 #include "base/read_number.h"
+#include "base/setup_choices.h"
 #include "base/sizing_context.h"
 #include "engine/large_tank_breathing.h"
 #include "engine/tank_limits.h"
@@ -16,7 +16,7 @@
 namespace
 {
 
-/// Whether the stored material counts as one of high or of low flash or boiling point; only "Depad API-2000" asks.
+/// Whether the stored material counts as one of high or of low flash or boiling point, where the case asks for these.
 enum class Point
 {
     any,
@@ -74,7 +74,7 @@ Point judgePoint(SizingContext& sizing)
 const FlowRule& ruleOf(SizingContext& sizing)
 {
     const std::string& sizingCase = sizing.state.SizingCase;
-    const Point point = sizingCase == sizing_case::depadApi2000 ? judgePoint(sizing) : Point::any;
+    const Point point = asksFor(sizingCase, Box::txtFlashPoint) ? judgePoint(sizing) : Point::any;
     for (const FlowRule& rule : flowRules)
         if (sizingCase == rule.sizingCase && point == rule.point)
             return rule;

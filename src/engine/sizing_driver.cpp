@@ -4,8 +4,8 @@
 #include "base/checked_math.h"
 #include "base/main_screen.h"
 #include "base/number_text.h"
-#include "base/offered.h"
 #include "base/read_number.h"
+#include "base/setup_choices.h"
 #include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
 #include "capacity/valve_check.h"
@@ -55,9 +55,8 @@ void showUtilisation(SizingContext& sizing)
     if (state.PercentCap >= 1) {
         screen.setCaption(Label::lblComments,
                           "You have reached or exceeded the maximum valve capacity for the given Inlet Pressure.");
-        for (const Label label :
-             {Label::lblCV, Label::lblValveBodySize, Label::lblMaxValveCapacity, Label::lblPercentValveCapacity})
-            screen.setCaption(label, "");
+        screen.empty(valveLabels);
+        screen.setCaption(Label::lblPercentValveCapacity, "");
         return;
     }
     const auto percent = toWhole(static_cast<double>(percentOfCapacity(state)));
@@ -108,7 +107,7 @@ void cmdCalcFlowRate_Click(SizingContext& sizing)
 {
     SizingState& state = sizing.state;
     sizing.store.beginClick();
-    state.SizingCase = state.ValveType + " " + state.SizingMethod;
+    state.SizingCase = sizingCaseOf(state);
     modErrorCheck(sizing);
     if (state.InputError) {
         state.InputError = false;

@@ -1,5 +1,6 @@
 #include "lists/duty_list.h"
 
+#include "base/customer_fields.h"
 #include "base/failure.h"
 #include "base/gases.h"
 
@@ -31,8 +32,14 @@ struct ListColumn
     std::variant<Choice, Box, std::string SizingState::*> target;
 };
 
+/// The column of a text about the customer.
+ListColumn columnOf(std::string SizingState::*customerText)
+{
+    return {std::ranges::find(customerFields, customerText, &CustomerField::text)->name, false, customerText};
+}
+
 const ListColumn listColumns[] = {
-    {"Tag Number", false, &SizingState::CustTagNo},
+    columnOf(&SizingState::CustTagNo),
     {"Valve Model", false, Choice::valveModel},
     {"Valve Type", false, Choice::valveType},
     {"Sizing Method", false, Choice::sizingMethod},
@@ -46,10 +53,10 @@ const ListColumn listColumns[] = {
     {"Boiling Point", true, Box::txtBoilingPoint},
     {"Flash Point", true, Box::txtFlashPoint},
     {"Material", false, Box::txtStoredMaterial},
-    {"Customer Name", false, &SizingState::CustomerName},
-    {"Customer Location", false, &SizingState::CustomerLocation},
-    {"Notes", false, &SizingState::Notes},
-    {"ORM Representative", false, &SizingState::Representative},
+    columnOf(&SizingState::CustomerName),
+    columnOf(&SizingState::CustomerLocation),
+    columnOf(&SizingState::Notes),
+    columnOf(&SizingState::Representative),
 };
 
 constexpr const char* statusNames[] = {"sized", "refused", "failed"}; // in the order of SizedDuty::Status
@@ -161,24 +168,7 @@ const Offer& chosenOffer(const Entries& entries)
     const std::string units = choose(Choice::unitSystem, &Offer::unitSystem, ofType);
     const auto ofUnits = [&](const Offer& offer) { return ofType(offer) && units == offer.unitSystem; };
     const std::string press = choose(Choice::pressUnits, &Offer::pressUnits, ofUnits);
-    return *std::ranges::find_if(offers,
-                                 [&](const Offer& offer) { return ofUnits(offer) && press == offer.pressUnits; });
-}
-
-/// Whether the main form shows a box for these choices.
-bool isShown(Box box, const SizingState& state)
-{
-    const bool breathes = state.SizingMethod == choice::api2000;
-    switch (box) {
-        case Box::txtTankVolume:
-            return breathes;
-        case Box::txtBoilingPoint:
-        case Box::txtFlashPoint:
-        case Box::txtStoredMaterial:
-            return breathes && state.ValveType == choice::depad;
-        default:
-            return true;
-    }
+    return *findOffer(model, type, press);
 }
 
 /// Picking a listed gas fills in its gravity, typing a gravity names the gas; what the row itself has comes last. A gas
@@ -211,6 +201,7 @@ std::string numberEntry(const ListColumn& column, const std::string& entry, cons
 /// Fills the boxes of both screens. Entries for boxes that are not shown are passed over; empty ones leave the default.
 void enter(const Entries& entries, const NumberText& numbers, FreshSizing& sizing)
 {
+    const std::string sizingCase = sizingCaseOf(sizing.state);
     std::string gas;
     std::string gravity;
     for (std::size_t at = 0; at < entries.size(); ++at) {
@@ -218,7 +209,7 @@ void enter(const Entries& entries, const NumberText& numbers, FreshSizing& sizin
         if (const auto* const field = std::get_if<std::string SizingState::*>(&column.target))
             sizing.state.*(*field) = entries[at];
         const auto* const box = std::get_if<Box>(&column.target);
-        if (box == nullptr || !isShown(*box, sizing.state))
+        if (box == nullptr || !asksFor(sizingCase, *box))
             continue;
         const std::string entry = column.isNumber ? numberEntry(column, entries[at], numbers) : entries[at];
         if (*box == Box::cmbBlanketingGas)
@@ -340,9 +331,8 @@ void DutyList::sizeRow(SizedDuty& duty)
     sizing.click(numbers_, store_);
     if (const std::string reason = store_.whyUnreadable(); !reason.empty())
         sizing.messages.show(reason);
-    const bool hasValve = !sizing.screen.caption(Label::lblPercentValveCapacity).empty();
     duty.status = !sizing.messages.texts.empty() ? SizedDuty::Status::failed
-                  : hasValve                     ? SizedDuty::Status::sized
+                  : sizing.screen.hasValve()     ? SizedDuty::Status::sized
                                                  : SizedDuty::Status::refused;
 }
 

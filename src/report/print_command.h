@@ -21,13 +21,17 @@ struct SummaryContext
     std::string today; ///< in the user's short date form
 };
 
-/// What the comments say where nothing is sized.
-inline constexpr const char* nothingSized = "You must size a valve before printing.";
-
-/// The summary of the last sizing. Nothing sized: says so in `lblComments`. Throws when the points of the stored
-/// material cannot be judged.
+/// The summary of the last sizing; nullopt when nothing is sized, which `lblComments` says then. Throws when the points
+/// of the stored material cannot be judged.
 std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary);
+
+enum class PrintOutcome
+{
+    printed,
+    nothingSized, ///< `lblComments` says so
+    failed        ///< a message box has said so
+};
 
 /// One press of "Prin&t": prints the summary of the last sizing as one page. No printer: says so and disables the
 /// button. Any failure ends in a message; the program stays usable.
-void cmdPrint_Click(const SummaryContext& summary, Printers& printers);
+PrintOutcome cmdPrint_Click(const SummaryContext& summary, Printers& printers);

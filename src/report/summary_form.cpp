@@ -2,15 +2,17 @@
 
 #include "app/sizing_state.h"
 #include "base/checked_math.h"
+#include "base/customer_fields.h"
 #include "base/main_screen.h"
 #include "base/message_box.h"
 #include "base/number_text.h"
-#include "base/offered.h"
+#include "base/setup_choices.h"
 #include "engine/sizing_driver.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <optional>
 #include <string>
 
 namespace
@@ -96,39 +98,22 @@ constexpr Filling fillings[] = {
      [](State state, Numbers) {
          return std::string(state.HighFlashBoil ? "High Flash/Boiling Point" : "Low Flash/Boiling Point");
      }},
-    {"lblCustomerName", [](State state, Numbers) { return state.CustomerName; }},
-    {"lblCustomerLocation", [](State state, Numbers) { return state.CustomerLocation; }},
-    {"lblCustTagNo", [](State state, Numbers) { return state.CustTagNo; }},
-    {"lblNotes", [](State state, Numbers) { return state.Notes; }},
-    {"lblORMRep", [](State state, Numbers) { return state.Representative; }},
 };
 
-struct CaseRule
+constexpr auto customerLabels = rowsNamed<SummaryControl, customerFields, &CustomerField::summary>();
+
+struct PressureCaption
 {
     const char* sizingCase;
-    bool api2000;
-    bool depadApi2000;
-    const char* pressureCaption;
+    const char* text;
 };
 
-constexpr CaseRule caseRules[] = {
-    {sizing_case::padDirectDisplacement, false, false, "Supply Pressure"},
-    {sizing_case::depadDirectDisplacement, false, false, "Differential Pressure"},
-    {sizing_case::padApi2000, true, false, "Supply Pressure"},
-    {sizing_case::depadApi2000, true, true, "Differential Pressure"},
+constexpr PressureCaption pressureCaptions[] = {
+    {sizing_case::padDirectDisplacement, "Supply Pressure"},
+    {sizing_case::depadDirectDisplacement, "Differential Pressure"},
+    {sizing_case::padApi2000, "Supply Pressure"},
+    {sizing_case::depadApi2000, "Differential Pressure"},
 };
-
-bool isShown(ShownIn shownIn, const CaseRule& rule)
-{
-    switch (shownIn) {
-        case ShownIn::api2000:
-            return rule.api2000;
-        case ShownIn::depadApi2000:
-            return rule.depadApi2000;
-        default:
-            return true;
-    }
-}
 
 } // namespace
 
@@ -150,17 +135,19 @@ void SummaryForm::fill(const SizingState& state, const NumberText& numbers, cons
     at("lblReportDate").text = today;
     for (const Filling& filling : fillings)
         at(filling.label).text = onOneLine(filling.text(state, numbers));
+    for (std::size_t field = 0; field < customerLabels.size(); ++field)
+        at(customerLabels[field]).text = onOneLine(state.*customerFields[field].text);
     showCase(state);
     at("lblComments").visible = true;
 }
 
 void SummaryForm::showCase(const SizingState& state)
 {
-    const auto rule = std::find_if(std::begin(caseRules), std::end(caseRules),
-                                   [&](const CaseRule& candidate) { return state.SizingCase == candidate.sizingCase; });
-    if (rule == std::end(caseRules))
+    const auto pressure = std::ranges::find(pressureCaptions, state.SizingCase, &PressureCaption::sizingCase);
+    if (pressure == std::end(pressureCaptions))
         return;
     for (std::size_t row = 0; row < shown_.size(); ++row)
-        shown_[row].visible = isShown(summaryRows[row].shownIn, *rule);
-    at("lblPressurelbl").text = rule->pressureCaption;
+        if (const std::optional<Box> box = summaryRows[row].shownWith)
+            shown_[row].visible = asksFor(state.SizingCase, *box);
+    at("lblPressurelbl").text = pressure->text;
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "base/main_screen.h"
 #include "base/named_row.h"
 #include "report/maker_texts.h"
+
+#include <optional>
 
 // The page of the sizing summary. Distances are in twips: 1440 to the inch, 20 to the point.
 
@@ -17,13 +20,6 @@ enum class Place
     fitted,      ///< starts at its left edge, as wide as its text
     fittedRight, ///< ends at its right edge, as wide as its text
     wrapped      ///< in several lines inside its box
-};
-
-enum class ShownIn
-{
-    everyCase,
-    api2000,
-    depadApi2000
 };
 
 enum class Type
@@ -43,8 +39,8 @@ struct SummaryRow
     int width;
     int height;
     Place place;
-    const char* text; ///< design text; the fill replaces that of the values and units
-    ShownIn shownIn = ShownIn::everyCase;
+    const char* text;                  ///< design text; the fill replaces that of the values and units
+    std::optional<Box> shownWith = {}; ///< in the cases that ask for this box; without one, in every case
     Type type = Type::body;
 };
 
@@ -59,10 +55,17 @@ inline constexpr SummaryRow summaryRows[] = {
     {"Label7", 7800, 960, 1380, 225, Place::fitted, maker::fax},
     {"Label8", 7800, 1200, 1935, 225, Place::fitted, maker::webAddress},
     {"lblEmaladdy", 7800, 1440, 2070, 225, Place::fitted, maker::email},
-    {"Label1", 3840, 1680, 3765, 285, Place::fitted, "Halvor-ORM Tank Blanketing Version " SIZING_VERSION,
-     ShownIn::everyCase, Type::heading},
-    {"Label2", 5280, 1920, 1440, 285, Place::fitted, "Sizing Summary", ShownIn::everyCase, Type::heading},
-    {"Label9", 5280, 2280, 1500, 210, Place::fitted, maker::copyright, ShownIn::everyCase, Type::small},
+    {"Label1",
+     3840,
+     1680,
+     3765,
+     285,
+     Place::fitted,
+     "Halvor-ORM Tank Blanketing Version " SIZING_VERSION,
+     {},
+     Type::heading},
+    {"Label2", 5280, 1920, 1440, 285, Place::fitted, "Sizing Summary", {}, Type::heading},
+    {"Label9", 5280, 2280, 1500, 210, Place::fitted, maker::copyright, {}, Type::small},
     {"lblReportDatelbl", 4560, 2520, 1215, 255, Place::boxedRight, "Report Date:"},
     {"lblReportDate", 6000, 2520, 1335, 255, Place::boxed, ""},
     {"lblCustomerNamelbl", 4080, 2880, 1695, 195, Place::boxedRight, "Customer Name:"},
@@ -77,8 +80,8 @@ inline constexpr SummaryRow summaryRows[] = {
     {"lblValveType", 6000, 3840, 915, 225, Place::fitted, "Valve Type"},
     {"lblSizingMethodlbl", 4470, 4080, 1215, 225, Place::fittedRight, "Sizing Method:"},
     {"lblSizingMethod", 6000, 4080, 1170, 225, Place::fitted, "Sizing Method"},
-    {"lblDash", 7320, 4080, 60, 225, Place::fitted, "-", ShownIn::depadApi2000},
-    {"lblHighFlashBoil", 7440, 4080, 2175, 195, Place::boxed, "", ShownIn::depadApi2000},
+    {"lblDash", 7320, 4080, 60, 225, Place::fitted, "-", Box::txtFlashPoint},
+    {"lblHighFlashBoil", 7440, 4080, 2175, 195, Place::boxed, "", Box::txtFlashPoint},
     {"lblValveModellbl", 4440, 4320, 1215, 195, Place::boxedRight, "Valve:"},
     {"lblValveModel", 6000, 4320, 960, 225, Place::fitted, "valve model"},
     {"lblNoteslbl", 3960, 4560, 1695, 195, Place::boxedRight, "Notes:"},
@@ -87,23 +90,23 @@ inline constexpr SummaryRow summaryRows[] = {
     {"lblSpecGrav", 6120, 4920, 765, 225, Place::fitted, "SpecGrav"},
     {"lblBlanketingGaslbl", 4440, 5160, 1245, 225, Place::fittedRight, "Blanketing Gas:"},
     {"lblBlanketingGas", 6120, 5160, 1125, 225, Place::fitted, "blanketinggas"},
-    {"lblMateriallbl", 3975, 5400, 1710, 225, Place::fittedRight, "Material to be stored:", ShownIn::depadApi2000},
-    {"lblMaterial", 6120, 5400, 615, 225, Place::fitted, "material", ShownIn::depadApi2000},
-    {"lblBPlbl", 3120, 5640, 2565, 225, Place::fittedRight, "Boiling Point of Stored Material:", ShownIn::depadApi2000},
-    {"lblBP", 6120, 5640, 210, 225, Place::fitted, "bp", ShownIn::depadApi2000},
-    {"lblBPUnits", 6960, 5640, 615, 225, Place::fitted, "bpunits", ShownIn::depadApi2000},
-    {"lblFPlbl", 3255, 5880, 2430, 225, Place::fittedRight, "Flash Point of Stored Material:", ShownIn::depadApi2000},
-    {"lblFP", 6120, 5880, 165, 225, Place::fitted, "fp", ShownIn::depadApi2000},
-    {"lblFPUnits", 6960, 5880, 570, 225, Place::fitted, "fpunits", ShownIn::depadApi2000},
+    {"lblMateriallbl", 3975, 5400, 1710, 225, Place::fittedRight, "Material to be stored:", Box::txtStoredMaterial},
+    {"lblMaterial", 6120, 5400, 615, 225, Place::fitted, "material", Box::txtStoredMaterial},
+    {"lblBPlbl", 3120, 5640, 2565, 225, Place::fittedRight, "Boiling Point of Stored Material:", Box::txtBoilingPoint},
+    {"lblBP", 6120, 5640, 210, 225, Place::fitted, "bp", Box::txtBoilingPoint},
+    {"lblBPUnits", 6960, 5640, 615, 225, Place::fitted, "bpunits", Box::txtBoilingPoint},
+    {"lblFPlbl", 3255, 5880, 2430, 225, Place::fittedRight, "Flash Point of Stored Material:", Box::txtFlashPoint},
+    {"lblFP", 6120, 5880, 165, 225, Place::fitted, "fp", Box::txtFlashPoint},
+    {"lblFPUnits", 6960, 5880, 570, 225, Place::fitted, "fpunits", Box::txtFlashPoint},
     {"lblPumpRatelbl", 4785, 6120, 900, 225, Place::fittedRight, "Pump Rate:"},
     {"lblPumpRate", 6120, 6120, 795, 225, Place::fitted, "pump rate"},
     {"lblPumpRateUnits", 6960, 6120, 1245, 225, Place::fitted, "pump rate units"},
     {"lblPressurelbl", 4950, 6360, 735, 225, Place::fittedRight, "Pressure:"},
     {"lblPressure", 6120, 6360, 690, 225, Place::fitted, "pressure"},
     {"lblPressureUnits", 6960, 6360, 1140, 225, Place::fitted, "pressure units"},
-    {"lblTankVolumelbl", 4590, 6600, 1095, 225, Place::fittedRight, "Tank Volume:", ShownIn::api2000},
-    {"lblTankVolume", 6120, 6600, 600, 225, Place::fitted, "tankvol", ShownIn::api2000},
-    {"lblVolumeUnits", 6960, 6600, 1035, 225, Place::fitted, "volume units", ShownIn::api2000},
+    {"lblTankVolumelbl", 4590, 6600, 1095, 225, Place::fittedRight, "Tank Volume:", Box::txtTankVolume},
+    {"lblTankVolume", 6120, 6600, 600, 225, Place::fitted, "tankvol", Box::txtTankVolume},
+    {"lblVolumeUnits", 6960, 6600, 1035, 225, Place::fitted, "volume units", Box::txtTankVolume},
     {"lblValveBodySizelbl", 4275, 6960, 1335, 225, Place::fittedRight, "Valve Body Size:"},
     {"lblValveBodySize", 6120, 6960, 1245, 225, Place::fitted, "valve body size"},
     {"lblCVlbl", 3810, 7200, 1800, 225, Place::fittedRight, "Valve Coefficient (Cv):"},
@@ -121,7 +124,7 @@ inline constexpr SummaryRow summaryRows[] = {
     {"lblPercentValveCapacitylbl", 3720, 7920, 1890, 225, Place::fittedRight, "Valve Capacity Utilized:"},
     {"lblPercentValveCapacity", 6120, 7920, 975, 225, Place::fitted, "% valve cap"},
     {"lblPercentUnits", 6720, 7920, 1230, 225, Place::fitted, "lblPercentUnits"},
-    {"lblCommentslbl", 2280, 8280, 870, 225, Place::fitted, "Comments", ShownIn::everyCase, Type::bold},
+    {"lblCommentslbl", 2280, 8280, 870, 225, Place::fitted, "Comments", {}, Type::bold},
     {"lblComments", 3360, 8280, 4455, 615, Place::wrapped, ""},
 };
 

@@ -36,8 +36,8 @@ LONG_CUSTOMER = "\t".join(["W" * 60, "Tank farm " * 9, "T" * 60, "I" * 90, "R" *
 # The program paints from this table, adding to some of the captions. It has twips; other lengths are in points.
 LAYOUT = " ".join((Path(__file__).resolve().parents[2] / "src/report/summary_layout.h").read_text("utf-8").split())
 WIDTH, HEIGHT = (int(twips) / 20 for twips in re.findall(r"int summary(?:Width|Height) = (\d+);", LAYOUT))
-ROW = r'{"(\w+)", (\d+), (\d+), (\d+), (\d+), Place::(\w+), ("[^"]*"|[^,}]*)(?:, ShownIn::(\w+))?(?:, Type::(\w+))?}'
-Row = namedtuple("Row", "name left top width height place text shown_in type")
+ROW = r'{"(\w+)", (\d+), (\d+), (\d+), (\d+), Place::(\w+), ("[^"]*"|[^,}]*)(?:, (?:\{\}|Box::(\w+)))?(?:, Type::(\w+))?}'
+Row = namedtuple("Row", "name left top width height place text shown_with type")
 ROWS = [Row(name, *(int(twips) / 20 for twips in rest[:4]), *rest[4:]) for name, *rest in re.findall(ROW, LAYOUT)]
 Text = namedtuple("Text", "left top right bottom words")
 NEAR = 0.5
@@ -157,7 +157,7 @@ def check_page(page, paper, foot, every_row):
     x, y = (width - WIDTH) / 2, min((height - HEIGHT) / 2, height - foot - HEIGHT)
     words = re.findall('<word xMin="(.*)" yMin="(.*)" xMax="(.*)" yMax="(.*)">(.*)</word>', content)
     texts = texts_of(Text(*(float(edge) - at for edge, at in zip(edges, (x, y, x, y))), word) for *edges, word in words)
-    rows = [row for row in ROWS if row.place != "picture" and (every_row or row.shown_in in ("", "everyCase"))]
+    rows = [row for row in ROWS if row.place != "picture" and (every_row or not row.shown_with)]
     for row, text, before in zip(rows, texts, [None, *texts]):
         check_text(row, text, before.right if before and round(before.top) == round(text.top) else 0)
     more = len(texts) - len(rows)  # the comments may have a second line in their box

@@ -1,5 +1,7 @@
 #include "gui/screens_fixture.h"
 
+#include "base/customer_fields.h"
+
 namespace
 {
 
@@ -49,17 +51,16 @@ TEST_F(SetupFormTest, UnitListsFollowModelTypeAndUnits)
 
 TEST_F(SetupFormTest, CustomerInformationSurvivesChoicesDoNot)
 {
-    const char* const boxes[] = {"txtCustomerName", "txtCustomerLocation", "txtCustTagNo", "txtNotes", "txtORMRep"};
-    for (const std::string box : boxes)
-        set(box.c_str(), " Å & " + box);
+    for (const CustomerField& field : customerFields)
+        set(field.box, std::string(" Å & ") + field.box);
     for (const char* const option : {"optSeries63", "optDepad", "optMetricUnits", "optDD"})
         choose(option);
     press("cmdContinue");
     screens.state().InputError = screens.state().SizingError = true;
     locale = GivenLocale(",");
     press("cmdNewCalc");
-    for (const std::string box : boxes)
-        EXPECT_EQ(entered(box.c_str()), " Å & " + box);
+    for (const CustomerField& field : customerFields)
+        EXPECT_EQ(entered(field.box), std::string(" Å & ") + field.box);
     for (const char* const option : {"optUSUnits", "optSeries61", "optPad", "optAPI2000"})
         EXPECT_TRUE(get<QRadioButton>(option).isChecked()) << option;
     EXPECT_FALSE(screens.state().InputError || screens.state().SizingError);

@@ -32,8 +32,8 @@ protected:
         screen.captions.clear();
         cmdCalcFlowRate_Click(sizing);
         EXPECT_TRUE(messages.texts.empty());
-        const std::string share = screen.caption(Label::lblPercentValveCapacity);
-        return share.empty() ? comments() : screen.caption(Label::lblCV) + " " + share;
+        return screen.hasValve() ? screen.caption(Label::lblCV) + " " + screen.caption(Label::lblPercentValveCapacity)
+                                 : comments();
     }
 
     /// Names and bytes of all that lies in the directory of the file.

@@ -71,13 +71,7 @@ using Entries = std::map<Box, double>;
 struct Duty : FreshSizing
 {
     Duty(const char* model, const char* type, const char* method, const std::string& pressUnits, const Entries& entries)
-        : FreshSizing(*std::ranges::find_if(offers,
-                                            [&](const Offer& offer) {
-                                                return offer.valveModel == std::string(model) &&
-                                                       offer.valveType == std::string(type) &&
-                                                       offer.pressUnits == pressUnits;
-                                            }),
-                      method, numbers)
+        : FreshSizing(*findOffer(model, type, pressUnits), method, numbers)
     {
         for (const auto& [box, value] : entries)
             screen.boxes[box] = text(value);

@@ -4,8 +4,6 @@
 #include "engine/fresh_sizing.h"
 #include "support/cases.h"
 
-#include <algorithm>
-
 /// One press of "&Select Valve Size" on a main screen without a window, as after a fresh pass through the setup screen.
 struct Sizing : FreshSizing
 {
@@ -30,9 +28,6 @@ struct Sizing : FreshSizing
 private:
     static const Offer& offerOf(const Case& row)
     {
-        return *std::ranges::find_if(offers, [&](const Offer& offer) {
-            return row["Valve Model"] == offer.valveModel && row["Valve Type"] == offer.valveType &&
-                   row["Units of Pressure"] == offer.pressUnits;
-        });
+        return *findOffer(row["Valve Model"], row["Valve Type"], row["Units of Pressure"]);
     }
 };
