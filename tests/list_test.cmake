@@ -42,15 +42,11 @@ if(NOT status EQUAL 2 OR EXISTS ${DIR}/none.csv OR NOT errors MATCHES "unknown.c
     message(SEND_ERROR "exit status ${status}: ${errors}")
 endif()
 
-# What the system does not take or give is told with its reason: a closed stream, a full disk, and no room for the list of
-# a pipe, which goes into a temporary file.
-string(REPEAT "TK-1,100,60,1000\n" 2000 rows)
-file(WRITE ${DIR}/long.csv "Tag Number,Pump Rate,Pressure,Tank Volume\n${rows}")
-foreach(case "$0 - <&- = standard input cannot be read or kept: Bad file descriptor"
+# What the system does not take or give is told with its reason: a closed stream, a full disk.
+foreach(case "$0 - <&- = standard input: Bad file descriptor"
              "$0 ${DIR}/tanks.csv <&- >&- = standard output: Bad file descriptor"
              "$0 ${DIR}/tanks.csv >/dev/full = standard output: No space left on device"
-             "$0 --help >/dev/full = standard output: No space left on device"
-             "ulimit -f 16; trap '' XFSZ; cat ${DIR}/long.csv | $0 /dev/stdin = /dev/stdin cannot be read or kept: File too large")
+             "$0 --help >/dev/full = standard output: No space left on device")
     string(REGEX MATCH "(.*) = (.*)" matched "${case}")
     execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C sh -c "${CMAKE_MATCH_1}" ${SIZE_VALVES}
                     RESULT_VARIABLE status OUTPUT_QUIET ERROR_VARIABLE errors)

@@ -3,6 +3,8 @@
 
 #include "app/sizing_state.h"
 #include "base/number_text.h"
+#include "base/sizing_context.h"
+#include "capacity/capacity_store.h"
 #include "engine/plain_screen.h"
 #include "platform/printers.h"
 #include "report/print_command.h"
@@ -35,10 +37,11 @@ void print(benchmark::State& run)
     RecordedMessages messages;
     const NumberText numbers;
     SystemPrinters printers;
-    const SummaryContext context{state, screen, messages, numbers, "23 Nov 2026"};
+    CapacityStore store("", numbers);
+    const SizingContext context{state, screen, messages, numbers, store};
     for ([[maybe_unused]] const auto iteration : run) {
         screen.captions = {{Label::lblTotalFlow, "101"}, {Label::lblPercentValveCapacity, "96"}};
-        cmdPrint_Click(context, printers);
+        cmdPrint_Click(context, "23 Nov 2026", printers);
         if (!messages.texts.empty()) {
             run.SkipWithError(messages.texts.front().c_str());
             break;

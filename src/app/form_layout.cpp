@@ -99,8 +99,8 @@ QLabel* createLabel(const ControlRow& row, QWidget* parent)
     return label;
 }
 
-/// A box tells of its cursor the first time that anything is selected in it. Were that when it is entered, screen
-/// readers would take it for entered already and not read it (seen with Orca 43).
+/// A box reports its cursor when anything is selected in it for the first time. That must not be when the box gets the
+/// focus: screen readers then assume that they have read it already (seen with Orca 43).
 template <typename Box>
 Box* createBox(QWidget* parent)
 {

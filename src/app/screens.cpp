@@ -110,21 +110,21 @@ void Screens::showMain()
         QApplication::quit();
     });
     connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
-        if (cmdPrint_Click(summaryContext(*mainForm), printers_) == PrintOutcome::nothingSized)
+        if (cmdPrint_Click(sizingContext(*mainForm), userToday(), printers_) == PrintOutcome::nothingSized)
             mainForm->tellOutcome();
     });
     replaceForm(*mainForm, addMenus(*mainForm, mainForm));
 }
 
-SummaryContext Screens::summaryContext(MainForm& mainForm)
+SizingContext Screens::sizingContext(MainForm& mainForm)
 {
-    return {state_, mainForm, messageBox_, numbers_, userToday()};
+    return {state_, mainForm, messageBox_, numbers_, store_};
 }
 
 void Screens::saveSummary(MainForm& mainForm)
 {
     try {
-        const std::optional<SummaryForm> page = summaryOfSizing(summaryContext(mainForm));
+        const std::optional<SummaryForm> page = summaryOfSizing(sizingContext(mainForm), userToday());
         if (!page) {
             mainForm.tellOutcome();
             return;

@@ -2,8 +2,8 @@
 
 #include "app/sizing_state.h"
 #include "base/number_text.h"
+#include "base/sizing_context.h"
 #include "capacity/capacity_store.h"
-#include "report/print_command.h"
 
 #include <QObject>
 #include <QPointer>
@@ -40,7 +40,7 @@ private:
     QMenuBar& addMenus(QWidget& form, MainForm* mainForm);
     static void addContextMenu(QWidget& form);
     static void addBoxHelp(QWidget& form);
-    SummaryContext summaryContext(MainForm& mainForm);
+    SizingContext sizingContext(MainForm& mainForm);
     void saveSummary(MainForm& mainForm);
 
     const LocaleInfo& locale_;

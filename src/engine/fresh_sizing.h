@@ -28,10 +28,16 @@ struct FreshSizing
             screen.boxes[Box::txtTankVolume] = "0";
     }
 
+    /// What the sizing routines reach.
+    SizingContext context(const NumberText& numbers, CapacityStore& store)
+    {
+        return {state, screen, messages, numbers, store};
+    }
+
     /// One press of "&Select Valve Size".
     void click(const NumberText& numbers, CapacityStore& store)
     {
-        SizingContext sizing{state, screen, messages, numbers, store};
+        SizingContext sizing = context(numbers, store);
         cmdCalcFlowRate_Click(sizing);
     }
 };

@@ -26,8 +26,8 @@ struct SizingState;
 /// One press of "&Select Valve Size".
 void cmdCalcFlowRate_Click(SizingContext& sizing);
 
-/// The share of the valve's capacity that the duty takes, in percent. A single product: the single nearest 0.015 is
-/// 1.5 %, a half, and not the little less that it holds.
+/// The share of the valve's capacity that the duty takes, in percent. It is multiplied in single precision on
+/// purpose: 0.015F * 100 then is exactly 1.5 and rounds to 2. In double precision it would be 1.4999...
 float percentOfCapacity(const SizingState& state);
 
 /// Sizes a valve for the checked entries in the sizing state. A capacity of 0 or an unreadable shown flow: message box

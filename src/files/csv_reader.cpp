@@ -41,13 +41,12 @@ const CsvColumn* findColumn(std::span<const CsvColumn> columns, std::string_view
     return found == columns.end() ? nullptr : &*found;
 }
 
-/// The first number with one of the decimal marks, and whether one of them can have no thousands separator in its
-/// place.
+/// What the numbers with one mark, "." or ",", say about it.
 struct Mark
 {
-    std::string text;
-    std::size_t line = 0; ///< 0: none is there
-    bool isDecimal = false;
+    std::string text;       ///< the first number with the mark
+    std::size_t line = 0;   ///< of that number; 0: no number has the mark
+    bool isDecimal = false; ///< in some number, a thousands separator could not stand at its place
 };
 
 /// What the numbers of a text say about its decimal mark.

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <sys/types.h>
-
+#include <cstdio>
 #include <filesystem>
 #include <string_view>
-
-/// The mode of an ordinary new file of this user: what the umask leaves of reading and writing for all.
-mode_t ordinaryMode();
 
 /// A file that is written beside another one and then put in its place in one step. Until then, and after any failure,
 /// the other one is as it was. A link is followed: what it points to is replaced. Every failure throws
@@ -19,7 +15,8 @@ class ReplacementFile
 public:
     /// Opens a file beside `file` under a name that no other file has, with the mode, owner and group of `file`, or the
     /// mode of a new one: readable by everybody.
-    explicit ReplacementFile(const std::filesystem::path& file, mode_t newMode = 0644);
+    explicit ReplacementFile(const std::filesystem::path& file,
+                             std::filesystem::perms newMode = std::filesystem::perms(0644));
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
@@ -35,12 +32,10 @@ public:
     void putInFreePlace();
 
 private:
-    [[noreturn]] void fail();
-    void takeAttributes(mode_t newMode);
-    void syncDirectory();
-    void close();
+    void discard();
+    void finish();
 
     std::filesystem::path target;
     std::filesystem::path temporary; ///< empty: there is none
-    int descriptor = -1;
+    std::FILE* file = nullptr;       ///< nullptr: it is closed
 };

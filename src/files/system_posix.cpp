@@ -6,14 +6,28 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <stdexcept>
 
 namespace
 {
 
 volatile std::sig_atomic_t interrupted = 0;
+
+std::error_code lastError()
+{
+    return {errno, std::generic_category()};
+}
+
+/// Gives a file a name that no other file has yet, in one step.
+bool moveToFree(const char* from, const char* to)
+{
+    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0)
+        return true;
+    // Some file systems know no such renaming, others no second names.
+    return (errno == EINVAL || errno == ENOSYS) && link(from, to) == 0 && unlink(from) == 0;
+}
 
 } // namespace
 
@@ -55,12 +69,51 @@ std::string whyUnreadable(const std::filesystem::path& file)
     return "";
 }
 
-std::filesystem::path createTemporaryFile()
+std::filesystem::perms ordinaryMode()
 {
-    std::string name = (std::filesystem::temp_directory_path() / "size-valves-XXXXXX").string();
-    const int descriptor = mkstemp(name.data());
-    if (descriptor < 0)
-        throw std::runtime_error(name + ": " + std::strerror(errno));
-    close(descriptor);
-    return name;
+    const mode_t mask = umask(0); // it can only be read by setting it
+    umask(mask);
+    return std::filesystem::perms(0666 & ~mask);
+}
+
+std::FILE* openNewFile(const std::filesystem::path& file)
+{
+    const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    return descriptor < 0 ? nullptr : fdopen(descriptor, "w");
+}
+
+std::error_code takeAttributes(std::FILE* file, const std::filesystem::path& other, std::filesystem::perms newMode)
+{
+    const int descriptor = fileno(file);
+    struct stat old = {};
+    struct stat own = {};
+    if (stat(other.c_str(), &old) != 0)
+        return errno == ENOENT && fchmod(descriptor, static_cast<mode_t>(newMode)) == 0 ? std::error_code()
+                                                                                        : lastError();
+    if (fstat(descriptor, &own) != 0)
+        return lastError();
+    // Only root may give a file away; who shares a file by its group can keep that. After the owner comes the mode,
+    // which a change of owner would clear of its special bits.
+    if (own.st_uid != old.st_uid && fchown(descriptor, old.st_uid, old.st_gid) == 0)
+        own.st_gid = old.st_gid;
+    if (own.st_gid != old.st_gid && fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) != 0)
+        return lastError();
+    return fchmod(descriptor, old.st_mode & 07777) == 0 ? std::error_code() : lastError();
+}
+
+std::error_code writeToDisk(std::FILE* file)
+{
+    return fsync(fileno(file)) == 0 ? std::error_code() : lastError();
+}
+
+std::error_code moveFile(const std::filesystem::path& from, const std::filesystem::path& to, bool replaces)
+{
+    if (!(replaces ? std::rename(from.c_str(), to.c_str()) == 0 : moveToFree(from.c_str(), to.c_str())))
+        return lastError();
+    const int directory = open(to.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (directory < 0)
+        return {}; // one that may be written but not read; the name reaches the disk in the system's own time
+    fsync(directory);
+    close(directory);
+    return {};
 }

@@ -4,21 +4,27 @@
 
 #include <fcntl.h>
 #include <io.h>
+#include <share.h>
+#include <sys/stat.h>
 
 #include <atomic>
-#include <stdexcept>
+#include <cerrno>
+#include <cstdio>
 
 namespace
 {
 
 std::atomic<bool> interrupted = false;
 
+std::error_code lastError()
+{
+    return {static_cast<int>(GetLastError()), std::system_category()};
+}
+
 /// In the words that other systems have for it, where they have any.
 std::string lastReason()
 {
-    return std::error_code(static_cast<int>(GetLastError()), std::system_category())
-        .default_error_condition()
-        .message();
+    return lastError().default_error_condition().message();
 }
 
 } // namespace
@@ -57,10 +63,43 @@ std::string whyUnreadable(const std::filesystem::path& file)
     return "";
 }
 
-std::filesystem::path createTemporaryFile()
+/// The directory's access list says who may do what; there is no umask.
+std::filesystem::perms ordinaryMode()
 {
-    wchar_t name[MAX_PATH] = L"";
-    if (GetTempFileNameW(std::filesystem::temp_directory_path().c_str(), L"siz", 0, name) == 0)
-        throw std::runtime_error(lastReason());
-    return name;
+    return std::filesystem::perms(0666);
+}
+
+/// Nobody else can open it meanwhile.
+std::FILE* openNewFile(const std::filesystem::path& file)
+{
+    int descriptor = -1;
+    errno = _wsopen_s(&descriptor, file.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY | _O_NOINHERIT, _SH_DENYRW,
+                      _S_IREAD | _S_IWRITE);
+    return errno != 0 ? nullptr : _fdopen(descriptor, "wb");
+}
+
+std::error_code takeAttributes(std::FILE*, const std::filesystem::path&, std::filesystem::perms)
+{
+    return {};
+}
+
+std::error_code writeToDisk(std::FILE* file)
+{
+    return _commit(_fileno(file)) == 0 ? std::error_code() : lastError();
+}
+
+/// Tries for two seconds: a reader or a virus scanner may have one of the files open for a moment.
+std::error_code moveFile(const std::filesystem::path& from, const std::filesystem::path& to, bool replaces)
+{
+    constexpr int tries = 20;
+    constexpr DWORD pause = 100; // milliseconds
+    for (int left = tries;; --left) {
+        if (MoveFileExW(from.c_str(), to.c_str(),
+                        MOVEFILE_WRITE_THROUGH | (replaces ? MOVEFILE_REPLACE_EXISTING : 0)) != 0)
+            return {};
+        const std::error_code failure = lastError();
+        if (left == 0 || (failure.value() != ERROR_SHARING_VIOLATION && failure.value() != ERROR_ACCESS_DENIED))
+            return failure;
+        Sleep(pause);
+    }
 }

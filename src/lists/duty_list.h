@@ -12,6 +12,19 @@
 #include <string>
 #include <vector>
 
+// How a list of duties becomes its answer. Start reading here.
+//
+// 1. `size_valves` (lists/size_valves.cpp) hands its arguments to `sizeValves` (lists/size_command), which opens the
+//    list and the file of the results (lists/results).
+// 2. `DutyList` (below) finds how the list is written (files/csv_reader: separator, decimal mark, line ends) and reads
+//    its header by the columns that there are (lists/duty_columns).
+// 3. For each row, `enteredOn` (lists/duty_entries) makes the choices of the setup screen and fills the boxes of the
+//    main form, or refuses the row. Then comes one click (engine/sizing_driver.h).
+// 4. `answer` writes the row back with what the main form shows now.
+// 5. With `--summaries`, the page of each sized row becomes a PDF file (lists/summary_files).
+//
+// All rows are sized on the data file as it is when the list is opened.
+
 /// A row of the list, sized as one press of "&Select Valve Size" sizes it.
 struct SizedDuty
 {
@@ -47,8 +60,8 @@ public:
     /// Whether the data file is another one by now.
     bool isDataFileReplaced() const { return store_.isReplaced(); }
 
-    /// Number texts as the list writes them.
-    const NumberText& numbers() const { return numbers_; }
+    /// What the routines of the engine and the report reach of a sizing of this list.
+    SizingContext context(FreshSizing& sizing) { return sizing.context(numbers_, store_); }
 
     /// The next row, sized; nullopt at the end.
     std::optional<SizedDuty> next();

@@ -1,25 +1,23 @@
 #include "lists/size_command.h"
 
-#include "files/replacement_file.h"
 #include "files/system.h"
 #include "lists/duty_list.h"
+#include "lists/results.h"
 #include "lists/summary_files.h"
 
 #include <getopt.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <iterator>
+#include <memory>
 #include <optional>
-#include <stdexcept>
-#include <string_view>
-
-namespace fs = std::filesystem;
+#include <sstream>
 
 namespace
 {
@@ -46,12 +44,6 @@ struct Options
     std::optional<std::string> summaries; ///< the directory
     bool force = false;
     bool quiet = false;
-};
-
-/// Ends the command with a line on standard error and exit status 2.
-struct Stopped : std::runtime_error
-{
-    using std::runtime_error::runtime_error;
 };
 
 bool canBeMeant(const Options& options)
@@ -115,125 +107,30 @@ std::optional<Options> readOptions(std::vector<std::string> arguments)
     return canBeMeant(options) ? std::optional(options) : std::nullopt;
 }
 
-/// The list, which can be read twice: what comes through a pipe is kept in a temporary file.
-class ListFile
+/// The list, which can be read twice: what comes through a pipe is read into memory.
+std::unique_ptr<std::istream> openList(const std::string& name)
 {
-public:
-    explicit ListFile(const std::string& name)
-    {
-        if (name != "-") {
-            file_.open(pathOf(name), std::ios::in | std::ios::binary);
-            file_.peek(); // a directory can be opened, but not read
-            if (!file_.is_open() || file_.bad())
-                throw Stopped(name + ": " + std::strerror(errno));
-            file_.clear();
-            if (file_.tellg() != std::streampos(-1))
-                return;
-        }
-        if (name == "-")
-            keep(std::cin, "standard input");
-        else
-            keep(file_, name);
+    auto file = std::make_unique<std::ifstream>();
+    if (name != "-") {
+        file->open(pathOf(name), std::ios::in | std::ios::binary);
+        file->peek(); // a directory can be opened, but not read
+        if (!file->is_open() || file->bad())
+            throw Stopped(name + ": " + std::strerror(errno));
+        file->clear();
+        if (file->tellg() != std::streampos(-1))
+            return file;
+        file->clear();
     }
-    ListFile(const ListFile&) = delete;
-    ListFile& operator=(const ListFile&) = delete;
-    ~ListFile()
-    {
-        kept_.close();
-        removeKept();
+    std::streambuf* const pipe = (name == "-" ? std::cin : *file).rdbuf();
+    try {
+        std::string text(std::istreambuf_iterator<char>(pipe), {});
+        if (name == "-" && std::ferror(stdin) != 0) // a part is no list
+            throw Stopped("standard input: " + std::string(std::strerror(errno)));
+        return std::make_unique<std::istringstream>(std::move(text));
+    } catch (const std::ios_base::failure& failure) {
+        throw Stopped(name + ": " + failure.code().message());
     }
-
-    std::istream& stream()
-    {
-        if (kept_.is_open())
-            return kept_;
-        return file_;
-    }
-
-private:
-    void keep(std::istream& pipe, const std::string& name)
-    {
-        keptFile_ = createTemporaryFile();
-        kept_.open(keptFile_, std::ios::in | std::ios::out | std::ios::binary);
-        removeKept(); // at once, where the system lets an open file go
-        constexpr int end = std::char_traits<char>::eof();
-        if (pipe.peek() != end) // nothing to write counts as a failure
-            kept_ << pipe.rdbuf();
-        if (std::ferror(stdin) != 0 || pipe.bad() || !kept_.flush() || pipe.peek() != end) // a part is no list
-            throw Stopped(name + " cannot be read or kept: " + std::strerror(errno));
-        kept_.seekg(0);
-    }
-
-    void removeKept()
-    {
-        std::error_code isOpen;
-        if (!keptFile_.empty() && fs::remove(keptFile_, isOpen))
-            keptFile_.clear();
-    }
-
-    std::ifstream file_;
-    std::fstream kept_;
-    fs::path keptFile_;
-};
-
-/// Where the results go, row by row.
-class Results
-{
-public:
-    explicit Results(const std::string& name) : name_(name == "-" ? "standard output" : name)
-    {
-        if (name != "-")
-            attempt([&] { file_.emplace(pathOf(name), ordinaryMode()); });
-    }
-
-    bool goToTerminal() const { return !file_ && isatty(STDOUT_FILENO) != 0; }
-
-    /// What becomes of them when the work stops.
-    const char* afterStop() const { return file_ ? "no results are kept" : "the results end there"; }
-
-    void write(const std::string& text)
-    {
-        attempt([&] {
-            if (file_)
-                file_->write(text);
-            else
-                writeOut(text);
-        });
-    }
-
-    void finish()
-    {
-        if (file_)
-            attempt([&] { file_->putInPlace(); });
-    }
-
-private:
-    /// Nothing stays in a buffer, which would be written at the end of the program, whoever waits for that.
-    static void writeOut(std::string_view text)
-    {
-        while (!text.empty()) {
-            constexpr std::size_t most = 1 << 20; // bytes at a time
-            const ssize_t written =
-                ::write(STDOUT_FILENO, text.data(), static_cast<unsigned>(std::min(text.size(), most)));
-            if (written < 0 && (errno != EINTR || isInterrupted()))
-                throw std::runtime_error(std::strerror(errno));
-            text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-        }
-    }
-
-    template <typename Action>
-    void attempt(const Action& action)
-    {
-        try {
-            action();
-        } catch (const std::runtime_error& failure) {
-            throw Stopped(isInterrupted() ? std::string("interrupted; ") + afterStop() : name_ + ": " + failure.what());
-        }
-    }
-
-    std::string name_;
-    std::optional<ReplacementFile> file_;
-};
+}
 
 /// How far the work is, on one line of a terminal.
 class Progress
@@ -300,7 +197,7 @@ Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool q
     results.write(list.answerHeader());
     while (std::optional<SizedDuty> duty = list.next()) {
         if (summaries != nullptr && duty->status == SizedDuty::Status::sized) {
-            const std::string failure = summaries->write(*duty->sizing, duty->row.line, list.numbers());
+            const std::string failure = summaries->write(list, *duty);
             if (!failure.empty()) {
                 ++counts.withoutSummary;
                 duty->sizing->messages.show(failure);
@@ -318,10 +215,10 @@ Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool q
 
 int run(const Options& options, const SizeCommandSystem& system)
 {
-    ListFile file(options.list);
+    const std::unique_ptr<std::istream> file = openList(options.list);
     prepareConsole(); // while a pipe is awaited there is nothing to clean up
     try {
-        DutyList list(file.stream(), system.dataFile);
+        DutyList list(*file, system.dataFile);
         Results results(options.output);
         std::optional<SummaryFiles> summaries;
         if (options.summaries)

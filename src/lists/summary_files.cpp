@@ -1,9 +1,9 @@
 #include "lists/summary_files.h"
 
-#include "engine/fresh_sizing.h"
 #include "files/csv_reader.h"
 #include "files/replacement_file.h"
 #include "files/system.h"
+#include "lists/duty_list.h"
 #include "report/file_name.h"
 #include "report/print_command.h"
 
@@ -69,15 +69,15 @@ void SummaryFiles::save(const SummaryForm& page, const fs::path& path) const
         file.putInFreePlace(); // another run may have written one meanwhile
 }
 
-std::string SummaryFiles::write(const FreshSizing& sizing, std::size_t line, const NumberText& numbers)
+std::string SummaryFiles::write(DutyList& list, const SizedDuty& duty)
 {
-    const fs::path path = nextPath(sizing.state.CustTagNo, line);
+    FreshSizing printed = *duty.sizing; // a page that fails clears the screen
+    printed.messages.texts.clear();
+    const fs::path path = nextPath(printed.state.CustTagNo, duty.row.line);
     try {
-        FreshSizing printed = sizing; // a page that fails clears the screen
-        RecordedMessages messages;
-        if (const auto page = summaryOfSizing({printed.state, printed.screen, messages, numbers, today_}))
+        if (const auto page = summaryOfSizing(list.context(printed), today_))
             save(*page, path);
-        return messages.texts.empty() ? "" : messages.texts.front();
+        return printed.messages.texts.empty() ? "" : printed.messages.texts.front();
     } catch (const std::exception& reason) {
         return "the summary " + textOf(path) + " is not written: " + reason.what();
     }

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <unordered_map>
 
-class NumberText;
+class DutyList;
 class SummaryForm;
-struct FreshSizing;
+struct SizedDuty;
 
 /// Writes the printed summaries of sized duties as PDF files into one directory.
 class SummaryFiles
@@ -21,9 +21,9 @@ public:
     /// overwritten only with `overwrite`. Creates the directory; throws std::runtime_error when it cannot.
     SummaryFiles(std::filesystem::path directory, MakePdf makePdf, std::string today, bool overwrite);
 
-    /// Prints the summary of a sized duty into a file of its own, named by the tag number; `line` names a duty without
-    /// one. Gives what went wrong; "" when nothing did.
-    std::string write(const FreshSizing& sizing, std::size_t line, const NumberText& numbers);
+    /// Prints the summary of a sized duty of `list` into a file of its own, named by the tag number or, without one, by
+    /// the line. Gives what went wrong; "" when nothing did.
+    std::string write(DutyList& list, const SizedDuty& duty);
 
 private:
     void save(const SummaryForm& page, const std::filesystem::path& path) const;

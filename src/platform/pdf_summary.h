@@ -9,11 +9,12 @@
 class QPageLayout;
 class SummaryForm;
 
-/// Lets summaries be painted where there is no display. Before the application's object is made.
+/// Lets summaries be painted where there is no display. Call it before the application object is made.
 void paintWithoutDisplay();
 
-/// The summary as a PDF file's bytes, the very page that is printed, on the paper of the user's country. Throws when it
-/// cannot be painted. Its properties name the tables that it was sized on. Wants a QGuiApplication, for the fonts.
+/// The bytes of a PDF file with the summary, painted as it is printed, on the paper of the user's country. Throws
+/// when it cannot be painted. The properties of the file name the tables that the valve was sized on. Needs a
+/// QGuiApplication, for the fonts.
 std::string summaryPdf(const SummaryForm& page, const std::optional<TablesLabel>& tables);
 
 /// The same on other paper; its properties name the program only.

@@ -5,25 +5,12 @@
 #include <optional>
 #include <string>
 
-class MainScreen;
-class MessageBox;
-class NumberText;
 class Printers;
-struct SizingState;
+struct SizingContext;
 
-/// What a summary is made of.
-struct SummaryContext
-{
-    SizingState& state;
-    MainScreen& screen;
-    MessageBox& messageBox;
-    const NumberText& numbers;
-    std::string today; ///< in the user's short date form
-};
-
-/// The summary of the last sizing; nullopt when nothing is sized, which `lblComments` says then. Throws when the points
-/// of the stored material cannot be judged.
-std::optional<SummaryForm> summaryOfSizing(const SummaryContext& summary);
+/// The summary of the last sizing; `today` is the date in the user's short form. Nothing sized: nullopt, and
+/// `lblComments` says so. Throws when the points of the stored material cannot be judged.
+std::optional<SummaryForm> summaryOfSizing(const SizingContext& sizing, const std::string& today);
 
 enum class PrintOutcome
 {
@@ -34,4 +21,4 @@ enum class PrintOutcome
 
 /// One press of "Prin&t": prints the summary of the last sizing as one page. No printer: says so and disables the
 /// button. Any failure ends in a message; the program stays usable.
-PrintOutcome cmdPrint_Click(const SummaryContext& summary, Printers& printers);
+PrintOutcome cmdPrint_Click(const SizingContext& sizing, const std::string& today, Printers& printers);

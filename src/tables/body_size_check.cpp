@@ -7,16 +7,6 @@
 namespace
 {
 
-constexpr Rule sizeIsADate{Severity::error, "a body size that a spreadsheet has made a date",
-                           "format the column as text and write the size with its mark, as 1/2\""};
-constexpr Rule sizesDiffer{Severity::error, "a CV has another body size in another table",
-                           "correct the one that is wrong"};
-constexpr Rule sizeTextsDiffer{Severity::warning, "a CV has another body size in another table",
-                               "write both alike, or correct the one that is wrong"};
-constexpr Rule sizeShrinks{Severity::warning, "a body size shrinks as the CV grows", "look for shifted sizes"};
-constexpr Rule sizeAgainstRule{Severity::warning, "a body size does not fit the pressure rule of its CV",
-                               "correct the one that is wrong: the program goes by the CV"};
-
 /// The first row of each Cv stands for its body size; that a table has but one is checked elsewhere.
 using Sizes = std::map<float, const CapacityRow*>;
 
@@ -24,6 +14,12 @@ std::string sizeText(float cv, const CapacityRow& row)
 {
     return "Bodysize " + shown(row.bodySize) + " of " + cvText(cv);
 }
+
+constexpr Rule sizeIsADate{Severity::error, "a body size that a spreadsheet has made a date",
+                           "format the column as text and write the size with its mark, as 1/2\""};
+constexpr Rule sizeAgainstRule{Severity::warning, "a body size does not fit the pressure rule of its CV",
+                               "correct the one that is wrong: the program goes by the CV"};
+constexpr Rule sizeShrinks{Severity::warning, "a body size shrinks as the CV grows", "look for shifted sizes"};
 
 void checkTable(const ValveTable& table, const Sizes& sizes, Findings& findings)
 {
@@ -47,6 +43,11 @@ void checkTable(const ValveTable& table, const Sizes& sizes, Findings& findings)
         before = row;
     }
 }
+
+constexpr Rule sizesDiffer{Severity::error, "a CV has another body size in another table",
+                           "correct the one that is wrong"};
+constexpr Rule sizeTextsDiffer{Severity::warning, "a CV has another body size in another table",
+                               "write both alike, or correct the one that is wrong"};
 
 /// Whether two texts are the same size. nullopt: they differ, and one of them cannot be read.
 std::optional<bool> isSameSize(const std::string& one, const std::string& other)

@@ -79,7 +79,7 @@ struct Table
 {
     std::string source;    ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
     std::vector<Row> rows; ///< in the order they were read in
-    bool isWhole = false;  ///< everything there was could be read
+    bool isWhole = false;  ///< enough could be read to check it as a table: at most a tenth of its rows is left out
 };
 
 /// All tables by name, and what they are, where that is said.

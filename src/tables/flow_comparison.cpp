@@ -5,12 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace
 {
 
-constexpr double ownShare = 0.015;              // by which right tables of one valve may differ beside their rounding
 constexpr double rowShare = 0.03;               // the same of a single row
 constexpr double cvRounding = 0.5;              // how much of the rounding is left in the middle of a Cv's rows
 constexpr double tableRounding = 0.25;          // and in that of all
@@ -22,48 +20,6 @@ const double mostBetweenCvs = std::log(1.3);
 const double mostOfRow = std::log(2);
 
 constexpr const char* lookAtUnits = "look at unit, gas, reference conditions and columns";
-constexpr Rule flowsDiffer{Severity::warning, "flows differ from the other tables of the valve type", lookAtUnits};
-constexpr Rule flowsDifferMuch{Severity::error, "flows are wrong by a factor", lookAtUnits};
-constexpr Rule flowsBeyondCv{Severity::error, "flows that no valve of the CV passes", lookAtUnits};
-constexpr Rule flowsAboveCv{Severity::warning, "flows are more than the CVs pass", lookAtUnits};
-constexpr Rule cvStandsOut{Severity::warning, "flows do not fit the CV", "look whether columns or rows are shifted"};
-constexpr Rule pressureStandsOut{Severity::warning, "flows do not fit the pressure",
-                                 "look for a wrong pressure or shifted rows"};
-constexpr Rule rowsStandOut{Severity::warning, "flows of single rows differ from the other tables",
-                            "look for slips and shifted rows"};
-constexpr Rule rowsStandOutMuch{Severity::error, "flows of single rows are wrong by a factor",
-                                "look for slips and shifted rows"};
-
-/// By how much a row is off what most tables say of its valve at its pressure.
-struct Deviation
-{
-    float cv;
-    const Point* point;
-    double value;
-    double rounding;
-};
-using Deviations = std::vector<Deviation>;
-
-template <typename Of>
-std::vector<double> collect(const Deviations& deviations, const Of& of)
-{
-    std::vector<double> values;
-    std::ranges::transform(deviations, std::back_inserter(values), of);
-    return values;
-}
-
-/// The middle deviation of some rows. Over many rows little is left of their rounding.
-struct Middle
-{
-    double value;
-    double rounding;
-    bool isOff(double share) const { return std::abs(value) > ownShare + share * rounding; }
-};
-Middle middleOf(const Deviations& deviations)
-{
-    return {median(collect(deviations, std::mem_fn(&Deviation::value))),
-            median(collect(deviations, std::mem_fn(&Deviation::rounding)))};
-}
 
 std::string factorText(double logarithm)
 {
@@ -208,6 +164,10 @@ private:
         compareRows(at, deviations);
     }
 
+    static constexpr Rule flowsDiffer{Severity::warning, "flows differ from the other tables of the valve type",
+                                      lookAtUnits};
+    static constexpr Rule flowsDifferMuch{Severity::error, "flows are wrong by a factor", lookAtUnits};
+
     void reportOff(std::size_t at, const Deviations& deviations, std::optional<float> cv)
     {
         const Middle middle = middleOf(deviations);
@@ -241,6 +201,9 @@ private:
         reportPressures(at, run);
     }
 
+    static constexpr Rule pressureStandsOut{Severity::warning, "flows do not fit the pressure",
+                                            "look for a wrong pressure or shifted rows"};
+
     void reportPressures(std::size_t at, const Deviations& run)
     {
         if (run.empty())
@@ -253,6 +216,11 @@ private:
                    rowText(at, run.front()),
                expectedFlow(run.front()));
     }
+
+    static constexpr Rule rowsStandOut{Severity::warning, "flows of single rows differ from the other tables",
+                                       "look for slips and shifted rows"};
+    static constexpr Rule rowsStandOutMuch{Severity::error, "flows of single rows are wrong by a factor",
+                                           "look for slips and shifted rows"};
 
     /// Single rows that are off, a finding for each Cv.
     void compareRows(std::size_t at, const Deviations& deviations)
@@ -273,6 +241,9 @@ private:
                    expectedFlow(*which) + causeText(at, cv, which->value, 0.02));
         }
     }
+
+    static constexpr Rule flowsBeyondCv{Severity::error, "flows that no valve of the CV passes", lookAtUnits};
+    static constexpr Rule flowsAboveCv{Severity::warning, "flows are more than the CVs pass", lookAtUnits};
 
     /// A factor that all tables share shows only against the flow equation; best at low pressures, where xT does not
     /// count.
@@ -303,6 +274,9 @@ private:
                expected + " times " + roughly(example.point->row->flow / std::exp(example.value)) +
                    causeText(at, std::nullopt, middle, 0.25));
     }
+
+    static constexpr Rule cvStandsOut{Severity::warning, "flows do not fit the CV",
+                                      "look whether columns or rows are shifted"};
 
     /// A Cv that passes much more or less for its size than the others do, in all tables.
     void compareCvs()

@@ -3,7 +3,6 @@
 #include "tables/flow_units.h"
 
 #include <algorithm>
-#include <cmath>
 
 double median(std::vector<double> values)
 {
@@ -39,4 +38,15 @@ std::optional<Share> shareAt(const Points& points, double pascal)
     const auto below = std::prev(above);
     const double place = std::log(pascal / below->pascal) / std::log(above->pascal / below->pascal);
     return Share{std::lerp(below->share, above->share, place), std::max(below->rounding, above->rounding)};
+}
+
+Middle middleOf(const Deviations& deviations)
+{
+    std::vector<double> values;
+    std::vector<double> roundings;
+    for (const Deviation& one : deviations) {
+        values.push_back(one.value);
+        roundings.push_back(one.rounding);
+    }
+    return {median(values), median(roundings)};
 }

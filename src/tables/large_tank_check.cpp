@@ -9,27 +9,6 @@
 namespace
 {
 
-constexpr Rule flowIsZero{Severity::error, "a flow of 0", "correct it"};
-constexpr Rule volumesDescend{Severity::error, "the volumes do not ascend", "sort the rows, or correct the volume"};
-constexpr Rule volumesNotCovered{Severity::error, "tanks are missing that are looked up in the table", "add rows"};
-constexpr Rule flowFalls{Severity::error, "a flow falls as the volume rises", "correct the figure that is wrong"};
-constexpr Rule flowGrowsOddly{Severity::warning, "a flow grows too little or too much with the volume",
-                              "look for a slip in flow or volume"};
-constexpr Rule highPointBreathesMore{Severity::error, "DepadHFP is above Pad or DepadLFP",
-                                     "look whether columns are swapped"};
-constexpr Rule otherThanFormulaMuch{
-    Severity::error, "the table does not go on where the formula for smaller tanks ends", "look at the unit"};
-constexpr Rule otherThanFormula{Severity::warning, "the table does not go on where the formula for smaller tanks ends",
-                                "look at the unit; a table of a later edition of API 2000 begins higher or lower"};
-constexpr Rule tablesDifferMuch{Severity::error, "the large-tank tables differ by more than a factor of 2",
-                                "look at the units; take both of one edition of API 2000"};
-constexpr Rule tablesDiffer{Severity::warning, "the large-tank tables differ by more than 10 %",
-                            "look for a slip or a row that is missing"};
-
-// In-breathing of later editions is up to 3.4 times that of the formula, at the largest factor of vapour pressure and
-// latitude; a wrong unit gives 7.5 (gallons per cubic foot) and more.
-constexpr double mostOfFormula = 5;
-
 using Volumes = std::map<double, const LargeTankRow*>; // the rows by volume
 
 constexpr auto tankFlows = std::span(largeTankColumns).subspan<1>();
@@ -48,6 +27,14 @@ std::string at(const LargeTankRow& row, const Column<LargeTankRow>& column)
 {
     return std::string(column.name) + ' ' + numeral(row.*flowOf(column)) + " at TankVol " + numeral(row.tankVol);
 }
+
+constexpr Rule flowIsZero{Severity::error, "a flow of 0", "correct it"};
+constexpr Rule volumesDescend{Severity::error, "the volumes do not ascend", "sort the rows, or correct the volume"};
+constexpr Rule flowFalls{Severity::error, "a flow falls as the volume rises", "correct the figure that is wrong"};
+constexpr Rule flowGrowsOddly{Severity::warning, "a flow grows too little or too much with the volume",
+                              "look for a slip in flow or volume"};
+constexpr Rule highPointBreathesMore{Severity::error, "DepadHFP is above Pad or DepadLFP",
+                                     "look whether columns are swapped"};
 
 /// Checks each row of a large-tank table, and what lies between it and the one before.
 void checkRows(const Table<LargeTankRow>& read, Findings& findings)
@@ -90,6 +77,16 @@ void checkRows(const Table<LargeTankRow>& read, Findings& findings)
     }
 }
 
+constexpr Rule volumesNotCovered{Severity::error, "tanks are missing that are looked up in the table", "add rows"};
+constexpr Rule otherThanFormulaMuch{
+    Severity::error, "the table does not go on where the formula for smaller tanks ends", "look at the unit"};
+constexpr Rule otherThanFormula{Severity::warning, "the table does not go on where the formula for smaller tanks ends",
+                                "look at the unit; a table of a later edition of API 2000 begins higher or lower"};
+
+// In-breathing of later editions is up to 3.4 times that of the formula, at the largest factor of vapour pressure and
+// latitude; a wrong unit gives 7.5 (gallons per cubic foot) and more.
+constexpr double mostOfFormula = 5;
+
 /// Checks where a large-tank table begins and ends.
 void checkEnds(const LargeTankTableSpec& table, const Table<LargeTankRow>& read, const Volumes& rows,
                Findings& findings)
@@ -123,6 +120,11 @@ struct CheckedTanks
     Volumes rows;
     std::string source;
 };
+
+constexpr Rule tablesDifferMuch{Severity::error, "the large-tank tables differ by more than a factor of 2",
+                                "look at the units; take both of one edition of API 2000"};
+constexpr Rule tablesDiffer{Severity::warning, "the large-tank tables differ by more than 10 %",
+                            "look for a slip or a row that is missing"};
 
 /// Compares the rows of one large-tank table with what the program makes of the other one.
 void compareTables(const CheckedTanks& checked, const CheckedTanks& other, Findings& findings)

@@ -16,21 +16,8 @@ namespace
 {
 
 constexpr Rule encodingWrong{Severity::error, "the text is not UTF-8", "save it as \"CSV UTF-8\""};
-constexpr Rule columnsNotSeparated{Severity::error, "the columns are not separated", "save it as CSV"};
-constexpr Rule numbersUnclear{Severity::error, "numbers cannot be read in exactly one way",
-                              "format the cells as plain numbers and save them again"};
 constexpr Rule columnsUnclear{Severity::error, "the columns are not clear", "correct the header row"};
-constexpr Rule unitDiffers{Severity::error, "figures in another unit",
-                           "multiply them in the spreadsheet; nothing is converted unseen"};
-constexpr Rule figuresBeforeHeader{Severity::error, "a row of figures before the header",
-                                   "move it below, or delete it"};
-constexpr Rule titlePassedOver{Severity::note, "passed over, as it stands before the header"};
-constexpr Rule tableIsEmpty{Severity::error, "a table without rows", "add its rows"};
-constexpr Rule rowDoesNotFit{Severity::error, "a row does not fit the header", "add or delete fields"};
 constexpr Rule quotingBroken{Severity::error, "broken quoting", "write a text with a quotation mark like \"1/2\"\"\""};
-constexpr Rule nothingInRow{Severity::error, "a row without a figure", "delete it, or enter the figure"};
-constexpr Rule lastLineHasNoEnd{Severity::warning, "the last line has no end, as if the file had been cut",
-                                "look whether rows are missing"};
 
 std::string quotedText(const std::string& text)
 {
@@ -72,6 +59,8 @@ private:
         findings_.report(rule, table_.source, line, found, expected);
     }
 
+    static constexpr Rule columnsNotSeparated{Severity::error, "the columns are not separated", "save it as CSV"};
+
     /// Splits the text by the separator that finds most names of columns. Whether there is a table in it.
     bool splitRows(const std::string& text)
     {
@@ -111,6 +100,14 @@ private:
             names += (names.empty() ? "" : ", ") + std::string(column.name);
         return names;
     }
+
+    static constexpr Rule figuresBeforeHeader{Severity::error, "a row of figures before the header",
+                                              "move it below, or delete it"};
+    static constexpr Rule titlePassedOver{Severity::note, "passed over, as it stands before the header"};
+    static constexpr Rule tableIsEmpty{Severity::error, "a table without rows", "add its rows"};
+    static constexpr Rule nothingInRow{Severity::error, "a row without a figure", "delete it, or enter the figure"};
+    static constexpr Rule lastLineHasNoEnd{Severity::warning, "the last line has no end, as if the file had been cut",
+                                           "look whether rows are missing"};
 
     void readRows()
     {
@@ -203,6 +200,9 @@ private:
             checkUnit(layout_.fields[at], row.fields[at], row.line);
     }
 
+    static constexpr Rule unitDiffers{Severity::error, "figures in another unit",
+                                      "multiply them in the spreadsheet; nothing is converted unseen"};
+
     void checkUnit(const HeaderField& field, const std::string& unit, std::size_t line)
     {
         const bool isCoefficient =
@@ -219,6 +219,9 @@ private:
         report(unitDiffers, line, quotedText(field.text) + " in " + quotedText(unit), std::string(wanted) + text);
     }
 
+    static constexpr Rule numbersUnclear{Severity::error, "numbers cannot be read in exactly one way",
+                                         "format the cells as plain numbers and save them again"};
+
     void findStyle()
     {
         std::vector<NumberField> numbers;
@@ -230,6 +233,8 @@ private:
         if (!style_.fault.empty())
             report(numbersUnclear, style_.line, style_.fault, style_.expected);
     }
+
+    static constexpr Rule rowDoesNotFit{Severity::error, "a row does not fit the header", "add or delete fields"};
 
     /// Whether the row could be read.
     bool readRow(CsvRow& csv)

@@ -10,29 +10,6 @@
 namespace
 {
 
-constexpr Rule flowIsZero{Severity::error, "a flow of 0", "correct it, or delete the row"};
-constexpr Rule cvIsNeverFound{Severity::error, "a CV that the program cannot look up", "correct the CV"};
-constexpr Rule rowStandsTwice{Severity::error, "a row stands twice", "delete one of the two"};
-constexpr Rule rowsAreMissing{Severity::error, "rows are missing",
-                              "build with --complete, which fills the rows between a CV's own, or add the rows"};
-constexpr Rule noPressureInRange{Severity::error, "no pressure that the program accepts", "look at the unit"};
-constexpr Rule rangeNotCovered{Severity::warning, "pressures are missing",
-                               "add rows, or every valve is refused beyond them"};
-constexpr Rule flowFalls{Severity::error, "a flow falls as the pressure rises", "correct the figure that is wrong"};
-constexpr Rule flowGrowsOddly{Severity::warning, "a flow grows too little or too much with the pressure",
-                              "look for a slip in flow or pressure"};
-constexpr Rule flowNotAboveSmallerCv{Severity::error, "a flow does not rise with the CV",
-                                     "correct the figure that is wrong"};
-constexpr Rule twoSizesOfOneCv{Severity::error, "a CV has two body sizes", "correct the one that is wrong"};
-constexpr Rule otherSeries{Severity::error, "the CVs are not those of the valve type",
-                           "look whether this is the table of another valve type"};
-constexpr Rule outsideSeries{Severity::warning, "a CV outside the series of its valve type",
-                             "correct it, or know that it is neither stepped up nor stepped up to"};
-constexpr Rule cvWithoutRows{Severity::warning, "a CV of the series has no rows", "add its rows"};
-constexpr Rule oneStepIsTooLittle{
-    Severity::warning, "flows that a valve passes are refused, because the program steps the CV up once only",
-    "build with --complete, which lays pressures in between"};
-
 /// Checks one valve table.
 class ValveTableCheck
 {
@@ -76,6 +53,10 @@ private:
     std::string at(double pressure) const { return " at Pressure " + numeral(pressure) + units(); }
     double unitOf(double flow) const { return table_.rounding.unit(flow); }
 
+    static constexpr Rule flowIsZero{Severity::error, "a flow of 0", "correct it, or delete the row"};
+    static constexpr Rule cvIsNeverFound{Severity::error, "a CV that the program cannot look up", "correct the CV"};
+    static constexpr Rule rowStandsTwice{Severity::error, "a row stands twice", "delete one of the two"};
+
     void checkRows()
     {
         for (const CapacityRow& row : table_.read->rows) {
@@ -93,6 +74,10 @@ private:
                        "one row for each CV and Pressure");
         }
     }
+
+    static constexpr Rule rowsAreMissing{
+        Severity::error, "rows are missing",
+        "build with --complete, which fills the rows between a CV's own, or add the rows"};
 
     /// The program takes the first row at or above the duty's pressure, whatever its Cv: a Cv without a row there would
     /// be passed over. Below the lowest pressure that it may have, a Cv needs none but the last one.
@@ -119,6 +104,11 @@ private:
                    "the same pressures for all CVs");
         }
     }
+
+    static constexpr Rule noPressureInRange{Severity::error, "no pressure that the program accepts",
+                                            "look at the unit"};
+    static constexpr Rule rangeNotCovered{Severity::warning, "pressures are missing",
+                                          "add rows, or every valve is refused beyond them"};
 
     void checkRange() const
     {
@@ -155,6 +145,11 @@ private:
                    numeral(table_.spec.highest) + units());
     }
 
+    static constexpr Rule flowFalls{Severity::error, "a flow falls as the pressure rises",
+                                    "correct the figure that is wrong"};
+    static constexpr Rule flowGrowsOddly{Severity::warning, "a flow grows too little or too much with the pressure",
+                                         "look for a slip in flow or pressure"};
+
     /// A flow grows at least like the fourth root of the pressure and at most like its power of 1.5; two percent and
     /// the rounding of the figures are allowed on top.
     void checkGrowth(float cv, const CapacityRow& from, const CapacityRow& to) const
@@ -174,6 +169,8 @@ private:
                roughly(from.flow * std::pow(ratio, 0.25)) + " to " + roughly(most));
     }
 
+    static constexpr Rule twoSizesOfOneCv{Severity::error, "a CV has two body sizes", "correct the one that is wrong"};
+
     void checkCurve(float cv, const Curve& curve) const
     {
         const CapacityRow& first = *curve.begin()->second;
@@ -187,6 +184,9 @@ private:
             before = row;
         }
     }
+
+    static constexpr Rule flowNotAboveSmallerCv{Severity::error, "a flow does not rise with the CV",
+                                                "correct the figure that is wrong"};
 
     /// Two Cvs may have the same flow where the difference is lost in the rounding of the figures.
     void compare(const Curves::value_type& smaller, const Curves::value_type& larger) const
@@ -205,6 +205,12 @@ private:
                    "about " + roughly(other * larger.first / smaller.first));
         }
     }
+
+    static constexpr Rule otherSeries{Severity::error, "the CVs are not those of the valve type",
+                                      "look whether this is the table of another valve type"};
+    static constexpr Rule outsideSeries{Severity::warning, "a CV outside the series of its valve type",
+                                        "correct it, or know that it is neither stepped up nor stepped up to"};
+    static constexpr Rule cvWithoutRows{Severity::warning, "a CV of the series has no rows", "add its rows"};
 
     void checkSeries() const
     {
@@ -236,6 +242,10 @@ private:
         if (isGrid_)
             checkSteps();
     }
+
+    static constexpr Rule oneStepIsTooLittle{
+        Severity::warning, "flows that a valve passes are refused, because the program steps the CV up once only",
+        "build with --complete, which lays pressures in between"};
 
     void checkSteps() const
     {

@@ -1,3 +1,4 @@
+#include "files/replacement_file.h"
 #include "support/build_fixture.h"
 #include "support/cases.h"
 
@@ -110,6 +111,26 @@ TEST_F(BuildCapacities, GoesBothWays)
     EXPECT_EQ(command({"--export", database.string(), (root / "csv").string()}), 1);
     EXPECT_TRUE(reported((root / "csv" / "kpa_Pad.csv").string() + ": error", "no table is overwritten")) << messages;
     EXPECT_EQ(contents(root / "csv" / "kpa_Pad.csv"), "mine");
+}
+
+/// As when two exports go to one directory.
+TEST_F(BuildCapacities, AFileThatAppearsMeanwhileStays)
+{
+    const fs::path table = root / "out" / "psi_Pad.csv";
+    {
+        ReplacementFile late(table), later(table);
+        late.write("late");
+        later.write("later");
+        late.putInFreePlace();
+        try {
+            later.putInFreePlace();
+            ADD_FAILURE();
+        } catch (const std::runtime_error& failure) {
+            EXPECT_STREQ(failure.what(), "it exists already");
+        }
+    }
+    EXPECT_EQ(contents(table), "late");
+    EXPECT_EQ(filesBesideOutput(), 2) << "a temporary file is left";
 }
 
 /// Later editions of API 2000 let large tanks breathe in 4 V^0.7 Nm3/h (or up to 6.5 times V^0.7), and out 0.25 V^0.9.

@@ -130,7 +130,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         }
         EXPECT_LT(sqlite3_memory_highwater(0), 20'000'000) << fault.name;
         EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << fault.name; // on a busy machine
-        EXPECT_EQ(everything(), before) << fault.name;
+        EXPECT_TRUE(everything() == before) << fault.name << ": the file or one beside it was changed";
     }
 }
 

@@ -179,7 +179,7 @@ TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
         std::istringstream in(std::string("Tag Number,Pump Rate,Pressure,Tank Volume\n") + tag + ",10,60,100\n");
         DutyList list(in, testTables());
         auto duty = list.next();
-        return files.write(*duty->sizing, duty->row.line, list.numbers());
+        return files.write(list, *duty);
     };
     const auto pdf = [](const SummaryForm&) { return std::string("page"); };
     SummaryFiles files(temporary.path / "new", pdf, "today", false);

@@ -29,10 +29,7 @@ protected:
                 return Sizing(row);
         throw std::runtime_error("no case " + name);
     }
-    void print(Sizing& sizing)
-    {
-        cmdPrint_Click({sizing.state, sizing.screen, sizing.messages, sizing.numbers, "24.12.2026"}, printers);
-    }
+    void print(Sizing& sizing) { cmdPrint_Click(sizing.context(sizing.numbers, sizing.store), "24.12.2026", printers); }
 
     RecordingPrinters printers;
     Sizing depad = sized("metric flash point below");
