@@ -72,7 +72,7 @@ TEST_F(SummaryTest, IsSavedAndResultsAreCopied)
     key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
     const QString copied = QApplication::clipboard()->text();
     for (const char* const line :
-         {"Pump-In Rate\t50 m3/Hr\n", "Outbreathing Flow\t5 Nm3/Hr\n", "Valve Coefficient\t3\n"})
+         {"Pump-In Rate\t50\tm3/Hr\n", "Outbreathing Flow\t5\tNm3/Hr\n", "Valve Coefficient\t3\n"})
         EXPECT_TRUE(copied.contains(line)) << copied.toStdString();
 }
 
@@ -128,6 +128,7 @@ TEST_F(SummaryTest, PrintsTheLastSizingAndExits)
     press("cmdPrint");
     ASSERT_TRUE(printers.printed);
     EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "1500");
+    EXPECT_TRUE(QToolTip::text().contains("Sent to Laser_1.")) << QToolTip::text().toStdString();
     auto& form = dynamic_cast<MainScreen&>(*screens.form());
     form.setPrintEnabled(false);
     EXPECT_FALSE(get<QPushButton>("cmdPrint").isEnabled());
