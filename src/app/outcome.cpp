@@ -7,13 +7,10 @@
 
 void tellOutcome(QWidget& control, const QString& text)
 {
-    const auto tell = [&control, text] {
-        showBubble(control, text);
-        control.window()->findChild<Announcer*>()->say(text);
-    };
-    constexpr int untilActive = 300; // milliseconds after a dialog: a window that becomes active closes its bubbles
-    if (control.isActiveWindow())
-        tell();
-    else
-        QTimer::singleShot(untilActive, &control, tell);
+    control.window()->findChild<Announcer*>()->say(text);
+    // Milliseconds: bubbles are closed by a menu that closes, and by a window that becomes active after a dialog.
+    constexpr int afterMenu = 100;
+    constexpr int afterDialog = 300;
+    QTimer::singleShot(control.isActiveWindow() ? afterMenu : afterDialog, &control,
+                       [&control, text] { showBubble(control, text); });
 }
