@@ -30,10 +30,11 @@ public:
 
     void show(const std::string&) override { ++messages; }
     int count() const override { return 1; }
-    void print(const SummaryForm&) override
+    std::string print(const SummaryForm&) override
     {
         ++pages;
         QThread::msleep(60); // the program is busy for a while, as with a real printer
+        return "queue";
     }
 
 public slots:

@@ -57,6 +57,15 @@ std::string plainHelp(Box box, const SizingState& state, const NumberText& numbe
 
 } // namespace
 
+QString helpOfNumbers(const SizingState& state, const NumberText& numbers)
+{
+    std::string marks = "'" + numbers.general(0.5) + "'";
+    std::erase_if(marks, [](char c) { return c == '0' || c == '5'; });
+    if (const std::string money = "'" + state.DecSep + "'"; !state.DecSep.empty() && money != marks)
+        marks += " or " + money;
+    return QString::fromStdString("Not a number: digits and one " + marks + " only. ");
+}
+
 QString helpOf(Box box, const SizingState& state, const NumberText& numbers)
 {
     return QString::fromStdString(plainHelp(box, state, numbers));

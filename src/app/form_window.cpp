@@ -43,8 +43,9 @@ FormWindow::FormWindow(QWidget& form, QMenuBar& bar)
         scrolled->setFocusPolicy(Qt::NoFocus); // the form's controls alone are tab stops
         scrolled->setWidget(&form);
         rows->addWidget(scrolled);
-        resize(whole.boundedTo(room));       // where no window manager maximizes it
-        setWindowState(Qt::WindowMaximized); // with its title bar on the screen
+        const int bars = style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2 * scrolled->frameWidth();
+        resize((whole + QSize(bars, bars)).boundedTo(room)); // where no window manager maximizes it
+        setWindowState(Qt::WindowMaximized);                 // with its title bar on the screen
     }
     focus->setFocus(); // lost with the form's move into this window
 }

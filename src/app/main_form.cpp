@@ -6,6 +6,7 @@
 #include "app/gas_box.h"
 #include "app/main_form_facts.h"
 #include "app/numeric_box.h"
+#include "app/outcome.h"
 #include "app/sizing_state.h"
 #include "base/gases.h"
 #include "base/number_text.h"
@@ -25,6 +26,20 @@ namespace
 /// What the engine calls by number, in that order.
 constexpr auto boxes = rowsNamed<MainControl, boxNames>();
 constexpr auto labels = rowsNamed<MainControl, labelNames>();
+
+/// Tooltips of the buttons.
+constexpr struct
+{
+    MainControl button;
+    const char* help;
+} buttonHelps[] = {
+    {"cmdCalcFlowRate", "Works out the flows and selects the valve (Alt+S)."},
+    {"cmdPrint", "Prints the summary of the last sizing (Alt+T). Ctrl+S saves it as a PDF, Ctrl+Shift+C copies the "
+                 "results, F1 opens the guide."},
+    {"cmdClear", "Empties entries and results (Alt+C); the gas and its specific gravity stay."},
+    {"cmdNewCalc", "Goes back to the setup screen (Alt+N). The customer information stays, the choices do not."},
+    {"cmdExit", "Ends the program (Alt+X)."},
+};
 
 MainControl controlOf(Box box)
 {
@@ -69,6 +84,8 @@ void MainForm::describeControls()
     describeValues(controls_);
     for (std::size_t box = 0; box < boxes.size(); ++box)
         controls_.get<QWidget>(boxes[box]).setToolTip(helpOf(static_cast<Box>(box), sizing_.state, sizing_.numbers));
+    for (const auto& [button, help] : buttonHelps)
+        controls_.get<QPushButton>(button).setToolTip(QString::fromLatin1(help));
 }
 
 void MainForm::connectHandlers()
@@ -108,6 +125,7 @@ void MainForm::cmbBlanketingGas_Change()
 void MainForm::cmdClear_Click()
 {
     modClearData();
+    announcer_.say(QStringLiteral("Entries and results are cleared."));
 }
 
 void MainForm::cmdNewCalc_Click()
@@ -164,7 +182,10 @@ void MainForm::selectValve()
     cmdCalcFlowRate_Click(sizing_);
     if (refused_ != nullptr)
         refused_->enter();
-    tellOutcome();
+    const bool isNoNumber = refused_ != nullptr && !refused_->text().isEmpty() &&
+                            !sizing_.numbers.parse(refused_->text().toStdString());
+    if (!isNoNumber) // about such an entry the comments say nothing
+        tellOutcome();
     if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) {
         std::cerr << reason << std::endl;
         auto& comments = controls_.get<QLabel>("lblComments");
@@ -173,6 +194,8 @@ void MainForm::selectValve()
     }
     if (refused_ != nullptr) // last: both may not fit
         scrollIntoView(*refused_);
+    if (isNoNumber)
+        ::tellOutcome(*refused_, helpOfNumbers(sizing_.state, sizing_.numbers) + refused_->toolTip());
 }
 
 void MainForm::tellOutcome()
@@ -183,6 +206,11 @@ void MainForm::tellOutcome()
             scrollIntoView(controls_.get<QWidget>(shown));
     if (!caption(Label::lblComments).empty())
         scrollIntoView(controls_.get<QWidget>("frmComments"));
+}
+
+void MainForm::tellPrinted(const QString& printer)
+{
+    ::tellOutcome(controls_.get<QPushButton>("cmdPrint"), QStringLiteral("Sent to %1.").arg(printer));
 }
 
 QString MainForm::resultsText() const

@@ -34,7 +34,10 @@ public:
     /// Has what a click has come to heard by a screen reader, and scrolls it into view.
     void tellOutcome();
 
-    /// Choices, entries and results, a line each: caption, tab, value and unit. What is empty or not shown is left out.
+    /// Has the printer that took the page seen at the button, and heard.
+    void tellPrinted(const QString& printer);
+
+    /// Choices, entries and results, a line each: caption, value and unit, with tabs between. What is empty or not shown is left out.
     QString resultsText() const;
 
 signals:

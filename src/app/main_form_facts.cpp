@@ -98,7 +98,7 @@ QString resultsText(const Controls<mainFormRows>& controls, const SizingState& s
             return !line.isEmpty() && QStringLiteral("=+-@").contains(line.front()) ? u' ' + line : line;
         };
         if (!value.isEmpty())
-            lines += name + u'\t' + cell(value) + (unit.isEmpty() ? unit : u' ' + unit) + u'\n';
+            lines += name + u'\t' + cell(value) + (unit.isEmpty() ? unit : u'\t' + unit) + u'\n';
     };
     for (const CustomerField& field : customerFields)
         add(QString::fromLatin1(field.name), QString::fromStdString(state.*field.text));

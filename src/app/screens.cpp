@@ -9,6 +9,7 @@
 #include "app/list_dialog.h"
 #include "app/main_form.h"
 #include "app/menu_bell.h"
+#include "app/outcome.h"
 #include "app/setup_form.h"
 #include "base/locale_info.h"
 #include "base/message_box.h"
@@ -25,6 +26,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSaveFile>
@@ -113,8 +115,11 @@ void Screens::showMain()
         QApplication::quit();
     });
     connect(mainForm, &MainForm::printRequested, this, [this, mainForm] {
-        if (cmdPrint_Click(sizingContext(*mainForm), userToday(), printers_) == PrintOutcome::nothingSized)
+        const PrintOutcome outcome = cmdPrint_Click(sizingContext(*mainForm), userToday(), printers_);
+        if (outcome.kind == PrintOutcome::nothingSized)
             mainForm->tellOutcome();
+        else if (outcome.kind == PrintOutcome::printed)
+            mainForm->tellPrinted(QString::fromStdString(outcome.printer));
     });
     replaceForm(*mainForm, addMenus(*mainForm, mainForm));
 }
@@ -134,8 +139,11 @@ void Screens::saveSummary(MainForm& mainForm)
         }
         if (const std::string reason = store_.whyUnreadable(); !reason.empty())
             throw std::runtime_error(reason); // figures of an earlier click are still shown
-        if (const QString file = askForPdf(mainForm, state_.CustTagNo); !file.isEmpty())
-            writeFile(file, summaryPdf(*page, tablesLabel(store_)));
+        const QString file = askForPdf(mainForm, state_.CustTagNo);
+        if (file.isEmpty())
+            return;
+        writeFile(file, summaryPdf(*page, tablesLabel(store_)));
+        tellOutcome(*mainForm.focusWidget(), QStringLiteral("Saved as %1.").arg(QFileInfo(file).fileName()));
     } catch (const std::exception& reason) {
         messageBox_.show(std::string("The summary is not saved: ") + reason.what());
     }
@@ -174,8 +182,10 @@ QMenuBar& Screens::addMenus(QWidget& form, MainForm* mainForm)
     add(help, "User &Guide", Qt::Key_F1, [this] { openUserGuide(messageBox_); });
     QAction* const ofResults[] = {
         add(file, "&Save Summary as PDF...", Qt::CTRL | Qt::Key_S, [this, mainForm] { saveSummary(*mainForm); }),
-        add(file, "&Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
-            [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
+        add(file, "&Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C, [mainForm] {
+            QGuiApplication::clipboard()->setText(mainForm->resultsText());
+            tellOutcome(*mainForm->focusWidget(), QStringLiteral("Results copied."));
+        })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
     add(file, "Size Copied &Rows", {}, [this, &form] { sizeCopied(form); });

@@ -30,12 +30,21 @@ constexpr auto customerBoxes = rowsNamed<SetupControl, customerFields, &Customer
 constexpr SetupControl listCaptions[][2] = {
     {"lblPressureUnits", "lstPressure"}, {"lblFlow", "lstFlow"}, {"lblTemp", "lstTemp"}, {"lblVolume", "lstVolume"}};
 
-/// Tooltips of the lists.
+/// Tooltips of the options, the lists and the button.
 constexpr struct
 {
     SetupControl control;
     const char* help;
 } helps[] = {
+    {"optSeries61", "Pad valves: 1/2 inch from 1 PSI of supply pressure, larger ones from 25 PSI."},
+    {"optSeries63", "Pad valves from 25 PSI of supply pressure, and depad valves."},
+    {"optPad", "The valve lets blanketing gas into the tank."},
+    {"optDepad", "The valve lets vapour out of the tank; Series 63 only."},
+    {"optDD", "Counts the pumped volume only."},
+    {"optAPI2000", "Adds the thermal breathing of API Standard 2000 to the pump rate."},
+    {"optUSUnits", "Gallons and gpm, SCFH, deg F; PSI or inches of water."},
+    {"optMetricUnits", "Cubic meters and m3/Hr, Nm3/Hr, deg C; kg/cm2, kPa or mbar."},
+    {"cmdContinue", "Opens the main screen with these choices (Alt+C)."},
     {"lstPressure", "The unit of the pressure at the valve. Gauge pressure."},
     {"lstFlow", "The unit of all flows of gas: SCFH at 60 degF and 14.696 psia, Nm3/Hr at 0 degC."},
     {"lstTemp", "The unit of boiling point and flash point."},

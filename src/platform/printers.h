@@ -7,7 +7,7 @@ class SystemPrinters : public Printers
 {
 public:
     int count() const override;
-    void print(const SummaryForm& page) override;
+    std::string print(const SummaryForm& page) override;
 
 private:
     mutable long long timeLeft_ = 0; ///< milliseconds that count() has left for print() to wait (CUPS only)

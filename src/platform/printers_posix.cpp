@@ -43,8 +43,9 @@ public:
         return program_.readLine().trimmed().split(' ');
     }
 
-    /// Hands over what is to be printed, with its size first, so that a part of it is never taken for the whole.
-    void send(const std::string& bytes)
+    /// Hands over what is to be printed, with its size first, so that a part of it is never taken for the whole. Gives
+    /// the name of the queue that has taken it.
+    std::string send(const std::string& bytes)
     {
         program_.write(QByteArray::number(static_cast<qsizetype>(bytes.size())) + '\n');
         program_.write(bytes.data(), static_cast<qint64>(bytes.size()));
@@ -52,6 +53,7 @@ public:
         if (!program_.waitForFinished(timeLeft()) || program_.exitStatus() != QProcess::NormalExit ||
             program_.exitCode() != 0)
             throw std::runtime_error("the queue did not take the job");
+        return program_.readAllStandardOutput().trimmed().toStdString();
     }
 
 private:
@@ -83,9 +85,9 @@ int SystemPrinters::count() const
     return found;
 }
 
-void SystemPrinters::print(const SummaryForm& page)
+std::string SystemPrinters::print(const SummaryForm& page)
 {
     const QDeadlineTimer deadline(timeLeft_);
     PrintQueue queue({QStringLiteral("print"), QString::fromUtf8(SummaryForm::caption)}, deadline);
-    queue.send(summaryPdfOn(paperOf(queue.answer()), page));
+    return queue.send(summaryPdfOn(paperOf(queue.answer()), page));
 }

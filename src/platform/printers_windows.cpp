@@ -13,7 +13,7 @@ int SystemPrinters::count() const
     return static_cast<int>(QPrinterInfo::availablePrinterNames().size());
 }
 
-void SystemPrinters::print(const SummaryForm& page)
+std::string SystemPrinters::print(const SummaryForm& page)
 {
     const QString standard = QPrinterInfo::defaultPrinterName();
     const QString name = standard.isEmpty() ? QPrinterInfo::availablePrinterNames().value(0) : standard;
@@ -30,4 +30,5 @@ void SystemPrinters::print(const SummaryForm& page)
     paintSummary(page, printer);
     if (printer.printerState() == QPrinter::Error)
         throw std::runtime_error("the printer failed");
+    return name.toStdString();
 }

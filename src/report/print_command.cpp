@@ -31,14 +31,13 @@ PrintOutcome cmdPrint_Click(const SizingContext& sizing, const std::string& toda
             sizing.messageBox.show("There is no printer installed on this computer.");
         sizing.screen.setPrintEnabled(hasPrinter);
         if (!hasPrinter)
-            return PrintOutcome::failed;
+            return {PrintOutcome::failed};
         const std::optional<SummaryForm> page = summaryOfSizing(sizing, today);
         if (!page)
-            return PrintOutcome::nothingSized;
-        printers.print(*page);
-        return PrintOutcome::printed;
+            return {PrintOutcome::nothingSized};
+        return {PrintOutcome::printed, printers.print(*page)};
     } catch (const std::exception&) {
         sizing.messageBox.show("cmdPrint: A printing error has occurred");
-        return PrintOutcome::failed;
+        return {PrintOutcome::failed};
     }
 }

@@ -12,11 +12,15 @@ struct SizingContext;
 /// `lblComments` says so. Throws when the points of the stored material cannot be judged.
 std::optional<SummaryForm> summaryOfSizing(const SizingContext& sizing, const std::string& today);
 
-enum class PrintOutcome
+struct PrintOutcome
 {
-    printed,
-    nothingSized, ///< `lblComments` says so
-    failed        ///< a message box has said so
+    enum
+    {
+        printed,
+        nothingSized, ///< `lblComments` says so
+        failed        ///< a message box has said so
+    } kind;
+    std::string printer = {}; ///< that has taken the page
 };
 
 /// One press of "Prin&t": prints the summary of the last sizing as one page. No printer: says so and disables the

@@ -8,9 +8,11 @@ a fault and, in CI, on a missing tool.
 """
 
 import os
+import pathlib
 import shutil
 import subprocess
 import sys
+import tempfile
 import time
 
 TOOLS = "dbus-run-session Xvfb xdotool".split()
@@ -18,6 +20,7 @@ PYTHON = "/usr/bin/python3"  # the system's own, which its package of pyatspi is
 PATIENCE = 30  # seconds for any one thing to happen
 SETUP = "^Halvor-ORM  Blanketing Valve Sizing Application"
 MAIN = "^Halvor-ORM Blanketing Valve Sizing Application"
+BOX = "^Halvor-ORM Blanketing Valve Sizing$"
 
 # Keys, and what is said then: name and description of the control that gets the focus ("" when it stays), and the
 # beginning of an announcement. A slow display gives all waiting keys one time, and the same key twice at one time is a
@@ -39,7 +42,30 @@ MAIN_WALK = [
     ("1 0 1 0 1 Tab", "Nitrogen", "", ""),
     ("alt+s", "Select Valve Size", "", SIZED),
     ("Return", "", "", SIZED),  # once more
+    ("alt+t", "Print", "Prints the summary", "Sent to Laser_1."),
+    ("ctrl+shift+c", "", "", "Results copied."),
 ]
+BAD_WALK = [
+    ("alt+c", "Clear Current", "Empties entries and results", "Entries and results are cleared."),
+    ("alt+t", "Print", "", "You must size a valve before printing."),
+    ("alt+o", "Pump-Out Rate", "gpm", ""),
+    ("1 period 2 period 1 Tab", "Supply Pressure of Blanketing Gas", "PSI", ""),
+    ("6 0 Tab", "Tank Volume:", "Gallons", ""),
+    ("1 0 1 0 1 Tab", "Nitrogen", "", ""),
+    ("alt+s", "Pump-Out Rate", "", "Not a number: digits and one '.' only. Largest rate"),
+    ("1 0 1 Tab", "Supply Pressure of Blanketing Gas", "PSI", ""),
+]
+UNREADABLE = ("alt+s", "Select Valve Size", "", "You have exceeded")
+# A stand-in for the program that talks with the print scheduler. It prints, finds no printer or fails, as the file says.
+PRINT_QUEUE = """#!/bin/sh
+mode=$(cat "$0.mode")
+case $mode$1 in
+    nonecount) echo 0 ;;
+    *count) echo 1 ;;
+    goodprint) echo none; read -r size; head -c "$size" >/dev/null; echo Laser_1 ;;
+    *) exit 1 ;;
+esac
+"""
 
 
 def expect(holds, otherwise):
@@ -59,9 +85,9 @@ def wait_for(what, condition, meanwhile=lambda: time.sleep(0.05)):
         meanwhile()
 
 
-def focus_window(title):
-    wait_for(f"the window {title}", lambda: windows("--name", title))
-    subprocess.run(["xdotool", "windowfocus", "--sync", windows("--name", title)[0]], check=True)
+def focus_window(*wanted):
+    wait_for(f"the window {wanted}", lambda: windows(*wanted))
+    subprocess.run(["xdotool", "windowfocus", "--sync", windows(*wanted)[-1]], check=True)
 
 
 class Listener:
@@ -121,23 +147,62 @@ class Listener:
         expect("".join(self.announced).startswith(announcement), f"after {keys}: announced {self.announced}")
         print(f"ok: {keys}: {name} {heard} {' '.join(self.announced)}", flush=True)
 
+    def save(self, file):
+        self.announced.clear()
+        subprocess.run(["xdotool", "key", "ctrl+s"], check=True)
+        focus_window("--name", "^Save Summary as PDF")
+        self.wait_for_focus("File name:")
+        subprocess.run(["xdotool", "type", str(file)], check=True)
+        subprocess.run(["xdotool", "key", "Return"], check=True)
+        wait_for("the file", file.exists, lambda: self.listen(0.1))
+        focus_window("--name", MAIN)
+        wait_for("what is said", lambda: self.announced, lambda: self.listen(0.1))
+        self.listen(0.3)
+        expect(self.announced == [f"Saved as {file.name}."], f"after saving: announced {self.announced}")
+        print(f"ok: saved: {self.announced[0]}", flush=True)
+
+    def answer_message(self, keys, text):
+        self.focused.clear()
+        self.announced.clear()
+        subprocess.run(["xdotool", "key", keys], check=True)
+        focus_window("--name", BOX)
+        self.wait_for_focus("OK")
+        shown = [child.name for child in self.focused[-1].parent.parent]
+        expect(text in shown, f"the message says {shown}")
+        expect(not self.announced, f"beside the message: announced {self.announced}")
+        subprocess.run(["xdotool", "key", "Return"], check=True)
+        wait_for("the end of the message", lambda: not windows("--name", BOX))
+        focus_window("--name", MAIN)
+        print(f"ok: {keys}: {text}", flush=True)
+
 
 def walk(program):
+    directory = pathlib.Path(program).parent
     listener = Listener()
     with subprocess.Popen([program]) as started:
         try:
             listener.wait_for_program(started.pid)
-            focus_window(SETUP)
+            focus_window("--name", SETUP)
             for step in SETUP_WALK:
                 listener.press(*step)
             subprocess.run(["xdotool", "key", "alt+1", "alt+c"], check=True)
-            focus_window(MAIN)
+            focus_window("--name", MAIN)
             listener.wait_for_focus("Pump-Out Rate")
             window = listener.focused[-1].parent.parent.parent
             expect(window.getRoleName() == "frame", f"the window is a {window.getRoleName()}")
             subprocess.run(["xdotool", "type", "101"], check=True)
             for step in MAIN_WALK:
                 listener.press(*step)
+            listener.save(directory / "saved.pdf")
+            (directory / "print_queue.mode").write_text("bad")
+            listener.answer_message("alt+t", "cmdPrint: A printing error has occurred")
+            for step in BAD_WALK:
+                listener.press(*step)
+            os.truncate(directory / "capacities.mdb", 100)
+            listener.press(*UNREADABLE)
+            expect("damaged" in listener.announced[0], f"the reason is not said: {listener.announced}")
+            (directory / "print_queue.mode").write_text("none")
+            listener.answer_message("alt+t", "There is no printer installed on this computer.")
         finally:
             started.terminate()
 
@@ -157,7 +222,14 @@ def main(program):
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
     try:
         expect(server.stdout.readline(), "the display does not start")
-        return subprocess.run(["dbus-run-session", "--", PYTHON, __file__, program]).returncode
+        with tempfile.TemporaryDirectory() as directory:  # whose files the walk may spoil
+            copy = pathlib.Path(directory) / pathlib.Path(program).name
+            shutil.copy(program, copy)
+            shutil.copy(pathlib.Path(program).with_name("capacities.mdb"), directory)
+            copy.with_name("print_queue").write_text(PRINT_QUEUE)
+            copy.with_name("print_queue").chmod(0o755)
+            copy.with_name("print_queue.mode").write_text("good")
+            return subprocess.run(["dbus-run-session", "--", PYTHON, __file__, copy]).returncode
     finally:
         server.terminate()
 

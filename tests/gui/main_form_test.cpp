@@ -176,6 +176,19 @@ TEST_F(MainFormTest, HelpTakesNoKey)
     EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
 }
 
+TEST_F(MainFormTest, EveryControlHasItsHelp)
+{
+    int found = 0;
+    for (int form = 0; form < 2; ++form, openDepad())
+        for (const QWidget* const control : screens.form()->findChildren<QWidget*>())
+            if (control->focusPolicy() != Qt::NoFocus &&
+                control->objectName().contains(QRegularExpression("^(txt|opt|lst|cmd|cmb)"))) {
+                EXPECT_NE(control->toolTip(), "") << control->objectName().toStdString();
+                ++found;
+            }
+    EXPECT_EQ(found, 31);
+}
+
 TEST_F(MainFormTest, HelpNamesTheRangeAndTheModelsRule)
 {
     for (const auto& [setup, range] :
@@ -283,12 +296,14 @@ TEST_F(MainFormTest, NoFormGoesWhileAMessageStandsOnIt)
 TEST_F(MainFormTest, ARefusalLeadsToItsBox)
 {
     openMain();
-    set("txtPumpRate", "1.2.3.4.5.6"); // pasted; nothing is said of it
+    set("txtPumpRate", "1.2.3.4.5.6"); // the comments say nothing of it
     set("txtPressure", "60");
     set("txtTankVolume", "1000");
     press("cmdCalcFlowRate");
     EXPECT_EQ(focus(), "txtPumpRate");
     EXPECT_EQ(get<QLineEdit>("txtPumpRate").selectedText(), "1.2.3.4.5.") << "entered as by Tab";
+    EXPECT_TRUE(QTest::qWaitFor(
+        [] { return QToolTip::text().contains("Not a number: digits and one '.' only. Largest rate"); }));
 }
 
 /// A key that is held repeats by itself: printed pages and emptied forms would follow.

@@ -79,7 +79,7 @@ TEST_F(SummaryTest, IsSavedAndResultsAreCopied)
         return QApplication::clipboard()->text().toStdString();
     };
     for (const char* const line :
-         {"Pump-In Rate\t50 m3/Hr\n", "Outbreathing Flow\t5 Nm3/Hr\n", "Valve Coefficient\t3\n", "\nS.G.Gas.\t1.00\n",
+         {"Pump-In Rate\t50\tm3/Hr\n", "Outbreathing Flow\t5\tNm3/Hr\n", "Valve Coefficient\t3\n", "\nS.G.Gas.\t1.00\n",
           "\t =1+1\n"}) // no spreadsheet works that out
         EXPECT_NE(copied().find(line), std::string::npos) << copied();
     set("txtPumpRate", "51");
@@ -147,6 +147,7 @@ TEST_F(SummaryTest, PrintsTheLastSizingAndExits)
     press("cmdPrint");
     ASSERT_TRUE(printers.printed);
     EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "1500");
+    EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text().contains("Sent to Laser_1."); }));
     auto& form = dynamic_cast<MainScreen&>(*screens.form());
     form.setPrintEnabled(false);
     EXPECT_FALSE(get<QPushButton>("cmdPrint").isEnabled());

@@ -14,10 +14,11 @@ struct RecordingPrinters : Printers
     std::optional<SummaryForm> printed;
 
     int count() const override { return installed; }
-    void print(const SummaryForm& page) override
+    std::string print(const SummaryForm& page) override
     {
         if (broken)
             throw std::runtime_error("broken");
         printed = page;
+        return "Laser_1";
     }
 };
