@@ -157,12 +157,7 @@ void Screens::sizeCopied(QWidget& form)
     const CopiedRows rows = sizeCopiedRows(clipboard.text().toStdString(), dataFile_, decimalMark);
     if (!rows.added.empty())
         clipboard.setText(QString::fromStdString(rows.added));
-    const QString outcome = QString::fromStdString(rows.outcome);
-    form.findChild<Announcer*>()->say(outcome);
-    constexpr int afterMenu = 100; // milliseconds: its closing would take the bubble with it
-    QTimer::singleShot(afterMenu, &form, [&form, outcome] {
-        showBubble(form.focusWidget() != nullptr ? *form.focusWidget() : form, outcome);
-    });
+    tellOutcome(*form.focusWidget(), QString::fromStdString(rows.outcome));
 }
 
 QMenuBar& Screens::addMenus(QWidget& form, MainForm* mainForm)
