@@ -190,7 +190,7 @@ void ListDialog::start()
         end(std::string("Nothing is sized: ") + failure.what() + '.', false);
         return;
     }
-    progress_.setRange(0, static_cast<int>(run_->rowCount()));
+    progress_.setRange(0, std::max(static_cast<int>(run_->rowCount()), 1)); // of 0 it would never end
     progress_.setFocus();
     entries_.setEnabled(false);
     size_.setEnabled(false);

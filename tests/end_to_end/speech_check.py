@@ -44,6 +44,7 @@ MAIN_WALK = [
     ("Return", "", "", SIZED),  # once more
     ("alt+t", "Print", "Prints the summary", "Sent to Laser_1."),
     ("ctrl+shift+c", "", "", "Results copied."),
+    ("alt+e r", "", "", "Nothing is sized: row 1 of the copied ones, "),  # results are no list
 ]
 BAD_WALK = [
     ("alt+c", "Clear Current", "Empties entries and results", "Entries and results are cleared."),
