@@ -43,6 +43,10 @@ MAIN_WALK = [
     ("alt+s", "Select Valve Size", "", SIZED),
     ("Return", "", "", SIZED),  # once more
     ("alt+t", "Print", "Prints the summary", "Sent to Laser_1."),
+    ("alt+h", "User Guide", "", ""),
+    ("Escape", "", "", ""),
+    ("shift+F10", "User Guide", "", ""),
+    ("Escape", "", "", ""),
     ("ctrl+shift+c", "", "", "Results copied."),
 ]
 BAD_WALK = [
