@@ -29,11 +29,13 @@ FormWindow::FormWindow(QWidget& form, QMenuBar& bar)
     constexpr int titleBar = 40; // pixels: the highest of the usual desktops
     QWidget* const focus = form.focusWidget();
     setWindowTitle(form.windowTitle());
+    constexpr int quarters = 4; // scales are multiples of 1/4: so the form begins at a whole pixel of the screen
+    bar.setMinimumHeight((bar.sizeHint().height() + quarters - 1) / quarters * quarters);
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setMenuBar(&bar);
     const QSize room = screen()->availableGeometry().size();
-    const QSize whole = form.size() + QSize(0, bar.sizeHint().height());
+    const QSize whole = form.size() + QSize(0, bar.minimumHeight());
     if (whole.width() <= room.width() && whole.height() + titleBar <= room.height()) {
         rows->addWidget(&form);
         rows->setSizeConstraint(QLayout::SetFixedSize);

@@ -182,8 +182,8 @@ void MainForm::selectValve()
     cmdCalcFlowRate_Click(sizing_);
     if (refused_ != nullptr)
         refused_->enter();
-    const bool isNoNumber = refused_ != nullptr && !refused_->text().isEmpty() &&
-                            !sizing_.numbers.parse(refused_->text().toStdString());
+    const bool isNoNumber =
+        refused_ != nullptr && !refused_->text().isEmpty() && !sizing_.numbers.parse(refused_->text().toStdString());
     if (!isNoNumber) // about such an entry the comments say nothing
         tellOutcome();
     if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) {

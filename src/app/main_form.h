@@ -37,7 +37,8 @@ public:
     /// Has the printer that took the page seen at the button, and heard.
     void tellPrinted(const QString& printer);
 
-    /// Choices, entries and results, a line each: caption, value and unit, with tabs between. What is empty or not shown is left out.
+    /// Choices, entries and results, a line each: caption, value and unit, with tabs between. What is empty or not
+    /// shown is left out.
     QString resultsText() const;
 
 signals:

@@ -60,13 +60,24 @@ bool NumericBox::event(QEvent* event)
     return QLineEdit::event(event);
 }
 
-/// The usual menu without the keys that it names, which only beep here.
+/// The usual menu, but without the keys, which only beep here. The toolkit's own asks for what could be pasted when it
+/// opens, and waits many seconds for a program that does not answer.
 void NumericBox::contextMenuEvent(QContextMenuEvent* event)
 {
-    QMenu* const menu = createStandardContextMenu();
+    auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (QAction* const action : menu->actions())
-        action->setText(action->text().section(u'\t', 0, 0));
+    const auto add = [&](const char* text, auto act, bool isEnabled) {
+        menu->addAction(QString::fromLatin1(text), this, act)->setEnabled(isEnabled);
+    };
+    add("&Undo", &QLineEdit::undo, isUndoAvailable());
+    add("&Redo", &QLineEdit::redo, isRedoAvailable());
+    menu->addSeparator();
+    add("Cu&t", &QLineEdit::cut, hasSelectedText());
+    add("&Copy", &QLineEdit::copy, hasSelectedText());
+    add("&Paste", &QLineEdit::paste, true);
+    add("Delete", &QLineEdit::del, hasSelectedText());
+    menu->addSeparator();
+    add("Select All", &QLineEdit::selectAll, selectedText() != text());
     menu->popup(event->globalPos());
 }
 

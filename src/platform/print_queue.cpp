@@ -3,8 +3,8 @@
 //   print_queue count          says how many printers there are
 //   print_queue print TITLE    says the paper of the default printer (the first where none is), its width, height and
 //                              left, top, right and bottom margin in 1/100 mm; "none" when the printer tells none. Then
-//                              prints what it reads: a line with the number of bytes, and so many bytes of PDF. Says the
-//                              name of the queue that has taken them.
+//                              prints what it reads: a line with the number of bytes, and so many bytes of PDF. Says
+//                              the name of the queue that has taken them.
 //
 // Exit status 1, with the reason on standard error, when the printing system fails.
 

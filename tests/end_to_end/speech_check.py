@@ -43,6 +43,10 @@ MAIN_WALK = [
     ("alt+s", "Select Valve Size", "", SIZED),
     ("Return", "", "", SIZED),  # once more
     ("alt+t", "Print", "Prints the summary", "Sent to Laser_1."),
+    ("alt+h", "User Guide", "", ""),
+    ("Escape", "", "", ""),
+    ("shift+F10", "User Guide", "", ""),
+    ("Escape", "", "", ""),
     ("ctrl+shift+c", "", "", "Results copied."),
     ("alt+e r", "", "", "Nothing is sized: row 1 of the copied ones, "),  # results are no list
 ]
