@@ -47,9 +47,8 @@ int isTooMuch(void* click)
 
 double literalValue(const std::string& literal, const NumberText& users)
 {
-    auto value = storedNumbers().parse(literal);
-    if (!value)
-        value = users.parse(literal);
+    const auto stored = storedNumbers().parse(literal);
+    const auto value = stored ? stored : users.parse(literal);
     if (!value)
         throw SilentFailure("unreadable Cv in the query: " + literal);
     return *value;

@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr std::size_t mostOfAKind = 20; // of one rule in one file
+constexpr std::size_t mostOfAKind = 10; // of one rule in one file
 
 constexpr const char* severityNames[] = {"note", "warning", "error"};
 
@@ -62,6 +62,6 @@ void Findings::finish()
     for (const Kind& kind : kinds)
         if (kind.count > mostOfAKind)
             out << kind.file << ": " << nameOf(*kind.rule) << ": and " << kind.count - mostOfAKind
-                << " more: " << kind.rule->fault << '\n';
+                << " more like it: " << kind.rule->fault << '\n';
     kinds.clear();
 }
