@@ -1,6 +1,7 @@
 #include "base/number_text.h"
 
 #include "base/locale_info.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <array>
@@ -27,16 +28,7 @@ std::string_view withoutBlanksAround(std::string_view text)
     constexpr std::string_view blanks[] = {" ",      "\t",     "\n",     "\r",
                                            "\u00a0", "\u2007", "\u2009", "\u200a",  // narrow and no-break ones
                                            "\u202f", "\u200b", "\u2060", "\ufeff"}; // and those of no width
-    for (std::size_t before = text.size() + 1; before != text.size();) {
-        before = text.size();
-        for (const std::string_view blank : blanks) {
-            if (text.starts_with(blank))
-                text.remove_prefix(blank.size());
-            if (text.ends_with(blank))
-                text.remove_suffix(blank.size());
-        }
-    }
-    return text;
+    return without(blanks, text);
 }
 
 std::string shortest(double value, int significantDigits)

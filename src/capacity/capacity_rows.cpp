@@ -2,9 +2,8 @@
 
 #include "base/failure.h"
 #include "base/number_text.h"
+#include "base/text.h"
 #include "capacity/file_check.h"
-
-#include <sqlite3.h>
 
 #include <utility>
 
@@ -14,7 +13,7 @@ namespace
 int position(sqlite3_stmt* statement, const char* column)
 {
     for (int at = 0; at < sqlite3_column_count(statement); ++at)
-        if (sqlite3_stricmp(sqlite3_column_name(statement, at), column) == 0)
+        if (equalsInAnyCase(sqlite3_column_name(statement, at), column))
             return at;
     return -1;
 }
@@ -27,41 +26,16 @@ const NumberText& storedNumbers()
     return numbers;
 }
 
-TimeTaken::TimeTaken(CapacityClick& ofClick) : click(ofClick)
-{
-    click.deadline = start + click.timeLeft;
-}
-
-TimeTaken::~TimeTaken()
-{
-    end();
-}
-
-void TimeTaken::end()
-{
-    if (!isEnded)
-        click.timeLeft -= CapacityClick::Clock::now() - start;
-    isEnded = true;
-}
-
-void CapacityRows::Closer::operator()(sqlite3_stmt* statement) const
-{
-    sqlite3_finalize(statement);
-}
-
 CapacityRows::CapacityRows(sqlite3* file, CapacityClick& click, const std::string& sql, const Columns& columns,
                            std::optional<double> parameter)
-    : time_(click), sql_(sql), current_(columns.size()), before_(columns.size())
+    : time_(click), statement_(prepareSql(file, sql)), sql_(sql), current_(columns.size()), before_(columns.size())
 {
-    sqlite3_stmt* statement = nullptr;
-    const int result = sqlite3_prepare_v2(file, sql.c_str(), -1, &statement, nullptr);
-    statement_.reset(statement);
-    if (result != SQLITE_OK || statement == nullptr)
+    if (!statement_)
         fail(file);
     if (parameter)
-        sqlite3_bind_double(statement, 1, *parameter);
+        sqlite3_bind_double(statement_.get(), 1, *parameter);
     for (const char* const column : columns)
-        if (positions_.push_back(position(statement, column)); positions_.back() < 0)
+        if (positions_.push_back(position(statement_.get(), column)); positions_.back() < 0)
             throw SilentFailure(std::string("no column ") + column);
     step();
 }
@@ -98,13 +72,18 @@ void CapacityRows::read(int position, Cell& into) const
             fail(sqlite3_db_handle(statement_.get()));
         into.text = text;
     } else
-        into.number = sqlite3_value_double(value);
+        into.value = sqlite3_value_double(value);
+}
+
+void CapacityRows::expectRow() const
+{
+    if (atEnd_)
+        throw SilentFailure("no current row");
 }
 
 void CapacityRows::next()
 {
-    if (atEnd_)
-        throw SilentFailure("no current row");
+    expectRow();
     std::swap(before_, current_);
     hasBefore_ = true;
     ++walked_;
@@ -122,8 +101,7 @@ void CapacityRows::previous()
 
 CapacityRows::Cell CapacityRows::cellOf(const char* column) const
 {
-    if (atEnd_)
-        throw SilentFailure("no current row");
+    expectRow();
     Cell value;
     if (const int at = position(statement_.get(), column); at >= 0) {
         read(at, value);
@@ -140,63 +118,29 @@ CapacityRows::Cell CapacityRows::cellOf(const char* column) const
 
 std::optional<double> CapacityRows::Cell::numberOrEmpty() const
 {
-    switch (type) {
-        case SQLITE_NULL:
-            return std::nullopt;
-        case SQLITE_INTEGER:
-        case SQLITE_FLOAT:
-            return number;
-        case SQLITE_TEXT:
-            if (const auto value = storedNumbers().parse(text))
-                return value;
-            [[fallthrough]];
-        default:
-            throw TypeMismatch();
-    }
+    if (type == SQLITE_NULL)
+        return std::nullopt;
+    if (type == SQLITE_INTEGER || type == SQLITE_FLOAT)
+        return value;
+    const auto read = type == SQLITE_TEXT ? storedNumbers().parse(text) : std::nullopt;
+    if (!read)
+        throw TypeMismatch();
+    return read;
 }
 
-double CapacityRows::Cell::numberNeeded() const
+double CapacityRows::Cell::number() const
 {
-    const auto value = numberOrEmpty();
-    if (!value)
+    const auto number = numberOrEmpty();
+    if (!number)
         throw SilentFailure("empty value");
-    return *value;
+    return *number;
 }
 
-const CapacityRows::Cell& CapacityRows::cell(std::size_t column) const
+std::string CapacityRows::Cell::asText() const
 {
-    if (atEnd_)
-        throw SilentFailure("no current row");
-    return current_[column];
-}
-
-std::optional<double> CapacityRows::numberOrEmpty(std::size_t column) const
-{
-    return cell(column).numberOrEmpty();
-}
-
-double CapacityRows::number(std::size_t column) const
-{
-    return cell(column).numberNeeded();
-}
-
-double CapacityRows::number(const char* column) const
-{
-    return cellOf(column).numberNeeded();
-}
-
-std::string CapacityRows::text(const char* column) const
-{
-    const Cell value = cellOf(column);
-    switch (value.type) {
-        case SQLITE_TEXT:
-            return value.text;
-        case SQLITE_INTEGER:
-        case SQLITE_FLOAT:
-            return storedNumbers().general(value.number);
-        case SQLITE_NULL:
-            throw SilentFailure("empty value");
-        default:
-            throw TypeMismatch();
-    }
+    if (type == SQLITE_TEXT)
+        return text;
+    if (type == SQLITE_BLOB)
+        throw TypeMismatch();
+    return storedNumbers().general(number());
 }

@@ -1,14 +1,12 @@
 #pragma once
 
+#include "base/sqlite.h"
+
 #include <chrono>
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-struct sqlite3;
-struct sqlite3_stmt;
 
 /// Names of the columns to walk by; case does not matter, as in SQL. A missing one is a silent failure.
 using Columns = std::vector<const char*>;
@@ -30,12 +28,17 @@ struct TimeTaken
     bool isEnded = false;
     CapacityClick::Clock::time_point start = CapacityClick::Clock::now();
 
-    explicit TimeTaken(CapacityClick& ofClick);
+    explicit TimeTaken(CapacityClick& ofClick) : click(ofClick) { click.deadline = start + click.timeLeft; }
     TimeTaken(const TimeTaken&) = delete;
-    ~TimeTaken();
+    ~TimeTaken() { end(); }
 
     /// What follows takes no more of it: a message may wait for the user.
-    void end();
+    void end()
+    {
+        if (!isEnded)
+            click.timeLeft -= CapacityClick::Clock::now() - start;
+        isEnded = true;
+    }
 };
 
 /// Rows of one table or query, walked one after the other. The columns named when the rows are opened are read in every
@@ -57,28 +60,25 @@ public:
     void previous();
 
     /// A value of the current row as a number; nullopt when it is empty.
-    std::optional<double> numberOrEmpty(std::size_t column) const;
-    double number(std::size_t column) const;
+    std::optional<double> numberOrEmpty(std::size_t column) const { return cell(column).numberOrEmpty(); }
+    double number(std::size_t column) const { return cell(column).number(); }
 
     /// A value of any other column of the current row; not after a step back.
-    double number(const char* column) const;
-    std::string text(const char* column) const;
+    double number(const char* column) const { return cellOf(column).number(); }
+    std::string text(const char* column) const { return cellOf(column).asText(); }
 
 private:
     friend class CapacityStore;
 
-    struct Closer
-    {
-        void operator()(sqlite3_stmt* statement) const;
-    };
     struct Cell
     {
         int type = 0; ///< SQLite's type code
-        double number = 0;
+        double value = 0;
         std::string text;
 
         std::optional<double> numberOrEmpty() const;
-        double numberNeeded() const;
+        double number() const;
+        std::string asText() const;
     };
     using Row = std::vector<Cell>;
 
@@ -88,12 +88,17 @@ private:
 
     [[noreturn]] void fail(sqlite3* file) const;
     void step();
+    void expectRow() const;
     void read(int position, Cell& into) const;
-    const Cell& cell(std::size_t column) const;
+    const Cell& cell(std::size_t column) const
+    {
+        expectRow();
+        return current_[column];
+    }
     Cell cellOf(const char* column) const;
 
     TimeTaken time_;
-    std::unique_ptr<sqlite3_stmt, Closer> statement_;
+    SqliteStatement statement_;
     std::string sql_;
     std::size_t walked_ = 0;     ///< rows
     std::vector<int> positions_; ///< of the walked columns in the statement's rows

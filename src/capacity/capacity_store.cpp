@@ -3,9 +3,8 @@
 #include "base/failure.h"
 #include "base/number_text.h"
 #include "base/path_text.h"
+#include "base/text.h"
 #include "capacity/data_file.h"
-
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <utility>
@@ -48,20 +47,14 @@ int isTooMuch(void* click)
 
 double literalValue(const std::string& literal, const NumberText& users)
 {
-    auto value = storedNumbers().parse(literal);
-    if (!value)
-        value = users.parse(literal);
+    const auto stored = storedNumbers().parse(literal);
+    const auto value = stored ? stored : users.parse(literal);
     if (!value)
         throw SilentFailure("unreadable Cv in the query: " + literal);
     return *value;
 }
 
 } // namespace
-
-void CapacityStore::Closer::operator()(sqlite3* file) const
-{
-    sqlite3_close(file);
-}
 
 void CapacityStore::beginClick()
 {
@@ -107,18 +100,15 @@ void CapacityStore::openBytes()
     if (bytes_.size() > writeVersionAt && bytes_[writeVersionAt] == 2)
         throw SilentFailure("is in WAL mode, in which other files belong to it");
     const TimeTaken time(click_);
-    sqlite3* file = nullptr;
-    const int result = sqlite3_open_v2(":memory:", &file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-    std::unique_ptr<sqlite3, Closer> opened(file);
+    SqliteFile file = openInMemory();
     auto* const bytes = reinterpret_cast<unsigned char*>(bytes_.data());
     const auto size = static_cast<sqlite3_int64>(bytes_.size());
-    if (result != SQLITE_OK ||
-        sqlite3_deserialize(file, "main", bytes, size, size, SQLITE_DESERIALIZE_READONLY) != SQLITE_OK)
+    if (!file || sqlite3_deserialize(file.get(), "main", bytes, size, size, SQLITE_DESERIALIZE_READONLY) != SQLITE_OK)
         throw SilentFailure("cannot be read: there is no memory for it");
-    sqlite3_progress_handler(file, stepsBetweenLooks, isTooMuch, &click_);
-    prepare(file);
-    contents_ = checkFile(file);
-    open_ = std::move(opened);
+    sqlite3_progress_handler(file.get(), stepsBetweenLooks, isTooMuch, &click_);
+    prepare(file.get());
+    contents_ = checkFile(file.get());
+    open_ = std::move(file);
 }
 
 sqlite3* CapacityStore::open(const std::string& table)
@@ -126,10 +116,10 @@ sqlite3* CapacityStore::open(const std::string& table)
     read();
     if (!click_.unreadable.empty())
         throw SilentFailure(whyUnreadable());
-    const auto isWanted = [&](const std::string& name) { return sqlite3_stricmp(name.c_str(), table.c_str()) == 0; };
+    const auto isWanted = [&](const std::string& name) { return equalsInAnyCase(name, table); };
     if (std::ranges::any_of(contents_.notPlain, isWanted)) {
         const std::string reason = "has no plain table " + table;
-        if (sqlite3_stricmp(table.c_str(), "Label") != 0) // which no figure comes from
+        if (!equalsInAnyCase(table, "Label")) // which no figure comes from
             click_.unreadable = reason;
         throw SilentFailure(reason);
     }
@@ -144,8 +134,8 @@ CapacityRows CapacityStore::table(const std::string& name, const Columns& column
     for (const char* const column : columns)
         walked += (walked.empty() ? "" : ", ") + std::string(column);
     return {open(name), click_,
-            "SELECT " + (walked.empty() ? "*" : walked) + " FROM " + sqlName(name) + " INDEXED BY " +
-                sqlName(name + ".Index") + " ORDER BY Pressure, flow",
+            "SELECT " + (walked.empty() ? "*" : walked) + " FROM " + inDoubledQuotes(name) + " INDEXED BY " +
+                inDoubledQuotes(name + ".Index") + " ORDER BY Pressure, flow",
             columns};
 }
 

@@ -3,7 +3,6 @@
 #include "capacity/capacity_rows.h"
 #include "capacity/file_check.h"
 
-#include <memory>
 #include <string>
 #include <utility>
 
@@ -44,11 +43,6 @@ public:
     CapacityRows query(const std::string& text, const Columns& columns);
 
 private:
-    struct Closer
-    {
-        void operator()(sqlite3* file) const;
-    };
-
     sqlite3* open(const std::string& table);
     void read();
     void openBytes();
@@ -58,8 +52,8 @@ private:
     bool isKept_ = false;
 
     CapacityClick click_;
-    std::string bytes_;                     ///< of the file, as they were read last
-    std::unique_ptr<sqlite3, Closer> open_; ///< SQLite's view of these bytes, when they have passed the check
-    FileContents contents_;                 ///< of them
-    bool isRead_ = false;                   ///< in this click
+    std::string bytes_;     ///< of the file, as they were read last
+    SqliteFile open_;       ///< SQLite's view of these bytes, when they have passed the check
+    FileContents contents_; ///< of them
+    bool isRead_ = false;   ///< in this click
 };

@@ -1,14 +1,14 @@
 #include "capacity/file_check.h"
 
 #include "base/failure.h"
-
-#include <sqlite3.h>
+#include "base/sqlite.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <cstdio>
 #include <functional>
-#include <memory>
 #include <span>
 #include <string_view>
 
@@ -21,23 +21,17 @@ constexpr std::string_view checksumTable = "Checksum";
 
 constexpr int mostEntries = 200; // of the schema; a right file has less than twenty
 
-[[noreturn]] void fail(sqlite3* file)
-{
-    throw SilentFailure(whyFailed(file));
-}
-
 /// Hands every row of `sql` to `onRow`.
 void forEachRow(sqlite3* file, const std::string& sql, const std::function<void(sqlite3_stmt*)>& onRow)
 {
-    sqlite3_stmt* prepared = nullptr;
-    if (sqlite3_prepare_v2(file, sql.c_str(), -1, &prepared, nullptr) != SQLITE_OK)
-        fail(file);
-    const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> statement(prepared, sqlite3_finalize);
+    const SqliteStatement statement = prepareSql(file, sql);
+    if (!statement)
+        throw SilentFailure(whyFailed(file));
     int result = SQLITE_ROW;
-    while ((result = sqlite3_step(prepared)) == SQLITE_ROW)
-        onRow(prepared);
+    while ((result = sqlite3_step(statement.get())) == SQLITE_ROW)
+        onRow(statement.get());
     if (result != SQLITE_DONE)
-        fail(file);
+        throw SilentFailure(whyFailed(file));
 }
 
 std::string textOf(sqlite3_stmt* row, int column)
@@ -97,14 +91,9 @@ bool hasGeneratedColumn(sqlite3* file, const std::string& table)
 {
     constexpr int hidden = 6; // column of the answer
     bool generated = false;
-    forEachRow(file, "PRAGMA table_xinfo(" + sqlName(table) + ")",
+    forEachRow(file, "PRAGMA table_xinfo(" + inDoubledQuotes(table) + ")",
                [&](sqlite3_stmt* row) { generated |= sqlite3_column_int(row, hidden) != 0; });
     return generated;
-}
-
-bool isAlike(const std::string& one, const std::string& other)
-{
-    return sqlite3_stricmp(one.c_str(), other.c_str()) == 0;
 }
 
 /// The tables and views. SQLite opens no file whose schema calls a view a table, so that the schema can be asked which
@@ -118,10 +107,11 @@ FileContents listTables(sqlite3* file)
             throw SilentFailure("has too many tables and indexes");
         const std::string type = textOf(row, 0);
         const std::string name = textOf(row, 1);
-        if (isAlike(type, "index") || isAlike(type, "trigger") || sqlite3_strnicmp(name.c_str(), "sqlite_", 7) == 0)
+        if (equalsInAnyCase(type, "index") || equalsInAnyCase(type, "trigger") ||
+            equalsInAnyCase(name.substr(0, 7), "sqlite_"))
             return;
         for (const auto* const names : {&contents.plain, &contents.notPlain})
-            if (std::ranges::any_of(*names, [&](const std::string& other) { return isAlike(other, name); }))
+            if (std::ranges::any_of(*names, [&](const std::string& other) { return equalsInAnyCase(other, name); }))
                 throw SilentFailure("is damaged: it has two tables " + name);
         const bool stored = textOf(row, 2).starts_with("CREATE TABLE ") && name.find('"') == std::string::npos;
         (stored ? contents.plain : contents.notPlain).push_back(name);
@@ -138,12 +128,10 @@ FileContents listTables(sqlite3* file)
 /// An index on an expression or on a part of a table would be worked out anew by SQLite's check.
 void refuseComputedIndexes(sqlite3* file)
 {
-    bool computed = false;
-    forEachRow(file,
-               "SELECT 1 FROM sqlite_schema AS t, pragma_index_list(t.name) AS i, pragma_index_xinfo(i.name) AS c "
-               "WHERE i.partial OR c.cid = -2 LIMIT 1",
-               [&](sqlite3_stmt*) { computed = true; });
-    if (computed)
+    const std::string computed = firstText(
+        file, "SELECT 1 FROM sqlite_schema AS t, pragma_index_list(t.name) AS i, pragma_index_xinfo(i.name) AS c "
+              "WHERE i.partial OR c.cid = -2 LIMIT 1");
+    if (!computed.empty())
         throw SilentFailure("has an index that is computed");
 }
 
@@ -158,7 +146,7 @@ std::uint64_t checksumOf(sqlite3* file, const std::vector<std::string>& tables)
                addRow);
     for (const std::string& table : tables)
         if (table != checksumTable)
-            forEachRow(file, "SELECT * FROM " + sqlName(table) + " NOT INDEXED", addRow);
+            forEachRow(file, "SELECT * FROM " + inDoubledQuotes(table) + " NOT INDEXED", addRow);
     return hash.value();
 }
 
@@ -199,13 +187,5 @@ void writeChecksum(sqlite3* file)
                             asText(checksumOf(file, listTables(file).plain)) +
                             "'); PRAGMA application_id = " + std::to_string(idOfCheckedFiles);
     if (sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        fail(file);
-}
-
-std::string sqlName(const std::string& name)
-{
-    std::string text = "\"";
-    for (const char c : name)
-        text += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return text + '"';
+        throw SilentFailure(whyFailed(file));
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -20,9 +19,6 @@ std::string whyFailed(sqlite3* file);
 /// without one is checked by SQLite's means alone. Throws SilentFailure when the file is not whole, with the reason,
 /// which follows the file's name.
 FileContents checkFile(sqlite3* file);
-
-/// A name of a table or an index as SQL text writes it.
-std::string sqlName(const std::string& name);
 
 /// Writes the checksum of all tables into an open data file. Throws SilentFailure when that fails.
 void writeChecksum(sqlite3* file);

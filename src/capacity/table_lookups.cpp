@@ -4,6 +4,7 @@
 #include "base/interpolation.h"
 #include "base/lookup_handler.h"
 #include "base/number_text.h"
+#include "base/text.h"
 #include "capacity/capacity_store.h"
 
 namespace
@@ -26,68 +27,58 @@ void walkToAdequate(CapacityRows& rows, double pressure, std::int32_t flow)
     }
 }
 
-std::string lookupSize(SizingContext& sizing, const char* routine, double pressure, std::int32_t flow)
+/// What the first adequate row of the valve table has in a column; nothing when there is no such row.
+template <typename Value>
+Value lookupFirst(SizingContext& sizing, const char* routine, double pressure, std::int32_t flow,
+                  Value (CapacityRows::*read)(const char*) const, const char* column)
 {
-    return lookupOr(std::string(), sizing, routine, [&] {
+    return lookupOr(Value(), sizing, routine, [&] {
         CapacityRows rows = sizing.store.table(sizing.state.ValveTable, walkedColumns);
         walkToAdequate(rows, pressure, flow);
-        return rows.atEnd() ? std::string() : rows.text("Bodysize");
+        return rows.atEnd() ? Value() : (rows.*read)(column);
     });
-}
-
-double lookupCv(SizingContext& sizing, const char* routine, double pressure, std::int32_t flow)
-{
-    return lookupOr(0.0, sizing, routine, [&] {
-        CapacityRows rows = sizing.store.table(sizing.state.ValveTable, walkedColumns);
-        walkToAdequate(rows, pressure, flow);
-        return rows.atEnd() ? 0.0 : rows.number("CV");
-    });
-}
-
-double capacityOf(SizingContext& sizing, const std::string& cvLiteral, double pressure, std::int32_t flow)
-{
-    CapacityRows rows = sizing.store.query("Select * FROM " + sizing.state.ValveTable + " WHERE CV = " + cvLiteral +
-                                               " ORDER BY Pressure ASC, flow ASC",
-                                           walkedColumns);
-    walkToAdequate(rows, pressure, flow);
-    if (rows.atEnd())
-        return 0;
-
-    const double upperPressure = rows.number(pressureColumn);
-    const double upperFlow = rows.number(flowColumn);
-    if (upperPressure == pressure)
-        return upperFlow;
-    rows.previous();
-    return modInterpolate(sizing, rows.number(pressureColumn), pressure, upperPressure, rows.number(flowColumn),
-                          upperFlow);
 }
 
 double lookupCapacity(SizingContext& sizing, const char* routine, const std::string& cvLiteral, double pressure,
                       std::int32_t flow)
 {
-    return lookupOr(0.0, sizing, routine, [&] { return capacityOf(sizing, cvLiteral, pressure, flow); });
+    return lookupOr(0.0, sizing, routine, [&] {
+        CapacityRows rows = sizing.store.query("Select * FROM " + sizing.state.ValveTable + " WHERE CV = " + cvLiteral +
+                                                   " ORDER BY Pressure ASC, flow ASC",
+                                               walkedColumns);
+        walkToAdequate(rows, pressure, flow);
+        if (rows.atEnd())
+            return 0.0;
+        const double upperPressure = rows.number(pressureColumn);
+        const double upperFlow = rows.number(flowColumn);
+        if (upperPressure == pressure)
+            return upperFlow;
+        rows.previous();
+        return modInterpolate(sizing, rows.number(pressureColumn), pressure, upperPressure, rows.number(flowColumn),
+                              upperFlow);
+    });
 }
 
 } // namespace
 
 std::string modLookupSizePad(SizingContext& sizing, double pressure, std::int32_t flow)
 {
-    return lookupSize(sizing, "modLookupSizePad", pressure, flow);
+    return lookupFirst(sizing, "modLookupSizePad", pressure, flow, &CapacityRows::text, "Bodysize");
 }
 
 std::string modLookupSizeDepad(SizingContext& sizing, double pressure, std::int32_t flow)
 {
-    return lookupSize(sizing, "modLookupSizeDepad", pressure, flow);
+    return lookupFirst(sizing, "modLookupSizeDepad", pressure, flow, &CapacityRows::text, "Bodysize");
 }
 
 double modLookupCVPad(SizingContext& sizing, double pressure, std::int32_t flow)
 {
-    return lookupCv(sizing, "modLookupCVPad", pressure, flow);
+    return lookupFirst<double>(sizing, "modLookupCVPad", pressure, flow, &CapacityRows::number, "CV");
 }
 
 double modLookupCVDepad(SizingContext& sizing, double pressure, std::int32_t flow)
 {
-    return lookupCv(sizing, "modLookupCVDepad", pressure, flow);
+    return lookupFirst<double>(sizing, "modLookupCVDepad", pressure, flow, &CapacityRows::number, "CV");
 }
 
 double modLookupSCFHPad(SizingContext& sizing, double pressure, std::int32_t flow)
@@ -111,11 +102,7 @@ bool usesCvText(float cv)
 void modStoreCV(SizingContext& sizing)
 {
     std::string text = sizing.numbers.general(sizing.state.SelectedCv);
-    // The second character is the separator; in UTF-8 it may have several bytes.
-    std::size_t length = 1;
-    while (length + 1 < text.size() && (static_cast<unsigned char>(text[length + 1]) & 0xC0) == 0x80)
-        ++length;
-    if (text.size() > 1)
-        text.replace(1, length, ".");
+    if (text.size() > 1) // the second character is the separator
+        text.replace(1, firstLength(std::string_view(text).substr(1)), ".");
     sizing.state.CvText = text;
 }

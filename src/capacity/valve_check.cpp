@@ -6,7 +6,6 @@
 #include "base/offered.h"
 #include "base/sizing_context.h"
 #include "capacity/cv_series.h"
-#include "capacity/model_rules.h"
 #include "capacity/table_lookups.h"
 #include "capacity/valve_results.h"
 

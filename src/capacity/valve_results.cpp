@@ -5,6 +5,8 @@
 #include "base/display_rounding.h"
 #include "base/main_screen.h"
 #include "base/number_text.h"
+#include "base/offered.h"
+#include "base/read_number.h"
 #include "base/sizing_context.h"
 
 std::int32_t tableFlow(const SizingContext& sizing, double flow)
@@ -33,4 +35,14 @@ void setMaxValveCap(SizingContext& sizing, float capacity)
 float roundedGasCapacity(const SizingContext& sizing, double tableCapacity)
 {
     return toSingle(toWhole(tableCapacity * static_cast<double>(sizing.state.GasFactor)));
+}
+
+const char* brokenModelRule(const SizingContext& sizing)
+{
+    const SizingState& state = sizing.state;
+    const double pressure = readNumber(sizing.numbers, sizing.screen.text(Box::txtPressure));
+    const Offer* const offer = findOffer(state.ValveModel, choice::pad, state.PressUnits);
+    const bool isBroken =
+        offer != nullptr && pressure < offer->minimum.lowest && state.SelectedCv > offer->minimum.exemptUpToCv;
+    return isBroken ? offer->minimum.message : nullptr;
 }

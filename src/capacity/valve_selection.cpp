@@ -5,7 +5,6 @@
 #include "base/main_screen.h"
 #include "base/offered.h"
 #include "base/sizing_context.h"
-#include "capacity/model_rules.h"
 #include "capacity/table_lookups.h"
 #include "capacity/valve_results.h"
 
@@ -13,6 +12,11 @@
 
 namespace
 {
+
+bool isPad(const SizingState& state)
+{
+    return state.SizingCase == sizing_case::padApi2000 || state.SizingCase == sizing_case::padDirectDisplacement;
+}
 
 void refuse(SizingContext& sizing, const char* message)
 {
@@ -67,9 +71,8 @@ void selectDepad(SizingContext& sizing)
 
 void refuseForCapacity(SizingContext& sizing)
 {
-    const bool pad = sizing.state.SizingCase == sizing_case::padApi2000 ||
-                     sizing.state.SizingCase == sizing_case::padDirectDisplacement;
-    refuse(sizing, pad ? "You have exceeded the maximum available valve capacity for the given supply pressure."
+    refuse(sizing, isPad(sizing.state)
+                       ? "You have exceeded the maximum available valve capacity for the given supply pressure."
                        : "You have exceeded the maximum available valve capacity for the given differential pressure.");
 }
 
@@ -79,7 +82,7 @@ void modGetValveData(SizingContext& sizing)
     withHandler(
         sizing.messageBox, errorCodes("modGetValveData"),
         [&] {
-            if (sizingCase == sizing_case::padApi2000 || sizingCase == sizing_case::padDirectDisplacement)
+            if (isPad(sizing.state))
                 selectPad(sizing);
             else if (sizingCase == sizing_case::depadApi2000 || sizingCase == sizing_case::depadDirectDisplacement)
                 selectDepad(sizing);

@@ -14,7 +14,7 @@ struct SizingState;
 //    b. `modMaxMinCheck` (engine/pressure_range) refuses a pressure outside the model's range.
 //    c. The shown total flow is read back as a whole number: what the user sees is what is sized.
 //    d. `modGetValveData` (capacity/valve_selection) divides that flow by `GasFactor`, finds the first adequate valve
-//       with the lookups of capacity/table_lookups and applies the models' minimum pressures (capacity/model_rules).
+//       with the lookups of capacity/table_lookups and applies the models' minimum pressures (capacity/valve_results).
 //    e. `modCheckValveData` (capacity/valve_check) steps the Cv up once when the valve does not exceed the flow.
 //    f. Where the lookups have not all read one whole data file, there is no valve.
 //    g. The share of the valve's capacity that the duty takes, its advice, and the last captions.

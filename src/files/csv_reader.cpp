@@ -256,59 +256,11 @@ bool CsvReader::next(CsvRow& row)
     return false;
 }
 
-bool isUtf8(std::string_view text)
-{
-    const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
-    while (!text.empty()) {
-        const auto lead = static_cast<unsigned char>(text.front());
-        const std::size_t length = lead < 0x80   ? 1
-                                   : lead < 0xC2 ? 0
-                                   : lead < 0xE0 ? 2
-                                   : lead < 0xF0 ? 3
-                                   : lead < 0xF5 ? 4
-                                                 : 0;
-        if (length == 0 || length > text.size() || !std::ranges::all_of(text.substr(1, length - 1), isContinuation))
-            return false;
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    // The no-break spaces are those of one blank, of a digit's width and the narrow one, with which some languages
-    // separate thousands and units.
-    constexpr std::string_view around[] = {" ", "\t", "\r", "\n", "\u00A0", "\u2007", "\u202F"};
-    for (std::size_t before = text.size() + 1; before != text.size();) {
-        before = text.size();
-        for (const std::string_view blank : around) {
-            if (text.starts_with(blank))
-                text.remove_prefix(blank.size());
-            if (text.ends_with(blank))
-                text.remove_suffix(blank.size());
-        }
-    }
-    return text;
-}
-
-bool isAlike(std::string_view one, std::string_view other)
-{
-    return std::ranges::equal(trimmed(one), trimmed(other), {}, lowerCase, lowerCase);
-}
-
-std::string inQuotes(const std::string& text)
-{
-    return '"' + text + '"';
-}
-
 std::string csvField(std::string_view text, char separator)
 {
     if (text.find_first_of(std::string{separator, '"', '\r', '\n'}) == std::string_view::npos)
         return std::string(text);
-    std::string field = "\"";
-    for (const char c : text)
-        field += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return field + '"';
+    return inDoubledQuotes(text);
 }
 
 std::string csvText(const std::vector<std::string>& fields, char separator)

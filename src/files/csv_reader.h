@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/text.h"
+
 #include <cstddef>
 #include <deque>
 #include <istream>
@@ -99,25 +101,6 @@ private:
     bool atStart = true;
     bool hasEnd = true; ///< of the line read last
 };
-
-/// Whether every byte of `text` has its place in a UTF-8 sequence. Text in a one-byte encoding rarely passes.
-bool isUtf8(std::string_view text);
-
-/// The small letter of A to Z, anything else as it is. The C library's own goes by the locale: Turkish has another
-/// small letter for I.
-constexpr char lowerCase(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-/// A text without the blanks, tabs, line ends and no-break spaces around it.
-std::string_view trimmed(std::string_view text);
-
-/// Whether two names differ in nothing but upper and lower case of the letters A to Z and what `trimmed` cuts off.
-bool isAlike(std::string_view one, std::string_view other);
-
-/// A text as messages cite it.
-std::string inQuotes(const std::string& text);
 
 /// A field as CSV text writes it: quoted where it must be.
 std::string csvField(std::string_view text, char separator);

@@ -1,5 +1,7 @@
 #include "report/file_name.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 
 namespace
@@ -7,15 +9,9 @@ namespace
 
 constexpr std::size_t longestName = 100; // bytes: room for a number and the ending on every system
 
-// What the C library takes for letters, and for their capitals, goes by the locale.
 bool isLetterOrDigit(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
-char upperCase(char c)
-{
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 /// Names of devices on Windows, whatever ending they have.
@@ -31,16 +27,16 @@ bool isDevice(std::string name)
            std::ranges::find(numbers, name.substr(3)) != std::end(numbers);
 }
 
-/// The bytes of the character that `text` begins with if it is one that does not show: a control character beyond
-/// ASCII, or one that has no width, ends lines or turns the direction of writing. 0 for any other.
+/// The bytes of the character that `text` begins with if it is one that does not show: a control character, or one that
+/// has no width, ends lines or turns the direction of writing. 0 for any other.
 std::size_t unseenLength(std::string_view text)
 {
     const auto isOf = [&](std::string_view lead, unsigned char first, unsigned char last) {
         const auto byte = static_cast<unsigned char>(text.size() > lead.size() ? text[lead.size()] : '\0');
         return text.starts_with(lead) && byte >= first && byte <= last;
     };
-    if (isOf("\xC2", 0x80, 0x9F)) // U+0080 to U+009F
-        return 2;
+    if (const std::size_t length = controlLength(text))
+        return length;
     // U+200B to U+200F, U+2028 to U+202E, U+2066 to U+2069
     return isOf("\xE2\x80", 0x8B, 0x8F) || isOf("\xE2\x80", 0xA8, 0xAE) || isOf("\xE2\x81", 0xA6, 0xA9) ? 3 : 0;
 }
@@ -49,12 +45,7 @@ std::size_t unseenLength(std::string_view text)
 
 std::string fileNameOf(std::string_view tagNumber)
 {
-    if (tagNumber.size() > longestName) { // cut between characters
-        std::size_t length = longestName;
-        while (length > 0 && (static_cast<unsigned char>(tagNumber[length]) & 0xC0) == 0x80)
-            --length;
-        tagNumber = tagNumber.substr(0, length);
-    }
+    tagNumber = firstBytes(tagNumber, longestName);
     std::string name;
     while (!tagNumber.empty()) {
         const char c = tagNumber.front();

@@ -7,6 +7,7 @@
 #include "base/message_box.h"
 #include "base/number_text.h"
 #include "base/setup_choices.h"
+#include "base/text.h"
 #include "engine/sizing_driver.h"
 
 #include <algorithm>
@@ -48,11 +49,8 @@ std::string degrees(const SizingState& state)
 std::string onOneLine(std::string text)
 {
     for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto c = static_cast<unsigned char>(text[at]);
-        if (c < 0x20 || c == 0x7F)
-            text[at] = ' ';
-        else if (c == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0)
-            text.replace(at, 2, " "); // U+0080 to U+009F
+        if (const std::size_t length = controlLength(std::string_view(text).substr(at)))
+            text.replace(at, length, " ");
         else if (text.compare(at, 3, "\u2028") == 0 || text.compare(at, 3, "\u2029") == 0)
             text.replace(at, 3, " "); // line and paragraph separator
     }

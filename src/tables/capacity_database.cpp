@@ -2,12 +2,11 @@
 
 #include "base/failure.h"
 #include "base/number_text.h"
+#include "base/sqlite.h"
 #include "capacity/capacity_store.h"
 #include "capacity/file_check.h"
 #include "files/system.h"
 #include "tables/findings.h"
-
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <cmath>
@@ -32,25 +31,13 @@ std::string reasonOf(const SilentFailure& failure)
                                                                               : failure.what();
 }
 
-struct CloseConnection
-{
-    void operator()(sqlite3* connection) const { sqlite3_close(connection); }
-};
-using Connection = std::unique_ptr<sqlite3, CloseConnection>;
-
-struct FinalizeStatement
-{
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-
-void require(bool success, const Connection& connection)
+void require(bool success, const SqliteFile& connection)
 {
     if (!success)
         throw std::runtime_error(sqlite3_errmsg(connection.get()));
 }
 
-void run(const Connection& connection, const std::string& sql)
+void run(const SqliteFile& connection, const std::string& sql)
 {
     require(sqlite3_exec(connection.get(), sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK, connection);
 }
@@ -65,21 +52,21 @@ void bind(sqlite3_stmt* statement, int parameter, const std::string& value)
     sqlite3_bind_text(statement, parameter, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
 }
 
-Statement prepare(const Connection& connection, const std::string& sql)
+SqliteStatement prepare(const SqliteFile& connection, const std::string& sql)
 {
-    sqlite3_stmt* prepared = nullptr;
-    require(sqlite3_prepare_v2(connection.get(), sql.c_str(), -1, &prepared, nullptr) == SQLITE_OK, connection);
-    return Statement(prepared);
+    SqliteStatement statement = prepareSql(connection.get(), sql);
+    require(statement != nullptr, connection);
+    return statement;
 }
 
 /// Fills the table `name`, whose columns stand in the order of `columnsOf`.
 template <typename Row>
-void insertRows(const Connection& connection, const std::string& name, const std::vector<Row>& rows)
+void insertRows(const SqliteFile& connection, const std::string& name, const std::vector<Row>& rows)
 {
     std::string sql = "INSERT INTO \"" + name + "\" VALUES (?";
     for (std::size_t i = 1; i < columnsOf<Row>().size(); ++i)
         sql += ", ?";
-    const Statement statement = prepare(connection, sql + ")");
+    const SqliteStatement statement = prepare(connection, sql + ")");
     sqlite3_stmt* const prepared = statement.get();
     for (const Row& row : rows) {
         int parameter = 0;
@@ -92,10 +79,10 @@ void insertRows(const Connection& connection, const std::string& name, const std
     }
 }
 
-void insertLabel(const Connection& connection, const TablesLabel& label)
+void insertLabel(const SqliteFile& connection, const TablesLabel& label)
 {
     run(connection, "CREATE TABLE Label (label TEXT, date TEXT)");
-    const Statement statement = prepare(connection, "INSERT INTO Label VALUES (?, ?)");
+    const SqliteStatement statement = prepare(connection, "INSERT INTO Label VALUES (?, ?)");
     bind(statement.get(), 1, label.label);
     bind(statement.get(), 2, label.date);
     require(sqlite3_step(statement.get()) == SQLITE_DONE, connection);
@@ -232,10 +219,9 @@ void clearUnusedSpace(std::string& file)
 
 std::string databaseBytes(const CapacityTables& tables)
 {
-    sqlite3* opened = nullptr;
-    const int result = sqlite3_open(":memory:", &opened);
-    const Connection connection(opened);
-    require(result == SQLITE_OK, connection);
+    const SqliteFile connection = openInMemory();
+    if (!connection)
+        throw std::runtime_error("no memory");
     run(connection, "BEGIN");
     for (const auto& [name, table] : tables.valves) {
         run(connection, "CREATE TABLE \"" + name + "\" (Pressure REAL, flow REAL, Bodysize TEXT, CV REAL)");

@@ -34,13 +34,7 @@ bool isBlank(std::string_view text)
                                            "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005",
                                            "\u2006", "\u2007", "\u2008", "\u2009", "\u200A", "\u200B",
                                            "\u2028", "\u2029", "\u202F", "\u205F", "\u3000", "\uFEFF"};
-    while (!text.empty()) {
-        const auto blank = std::ranges::find_if(blanks, [&](std::string_view one) { return text.starts_with(one); });
-        if (blank == std::end(blanks))
-            return false;
-        text.remove_prefix(blank->size());
-    }
-    return true;
+    return without(blanks, text).empty();
 }
 
 std::string fieldText(double value, bool decimalComma)
@@ -96,13 +90,9 @@ const char* textFault(std::string_view text)
 {
     if (isBlank(text))
         return "is empty";
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        const bool isFirstOfControl =
-            byte == 0xC2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0;
-        if (byte < ' ' || byte == 0x7F || isFirstOfControl) // U+0080 to U+009F are C2 80 to C2 9F
+    for (std::size_t at = 0; at < text.size(); ++at)
+        if (controlLength(text.substr(at)) > 0)
             return "has a control character";
-    }
     return isUtf8(text) ? nullptr : "is not UTF-8";
 }
 

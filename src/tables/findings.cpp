@@ -1,5 +1,7 @@
 #include "tables/findings.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 #include <ostream>
 
@@ -20,13 +22,8 @@ const char* nameOf(const Rule& rule)
 std::string shown(std::string_view value, std::size_t most)
 {
     std::string text(value);
-    if (text.size() > most) {
-        std::size_t end = most;
-        // Not within a sequence of UTF-8.
-        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
-            --end;
-        text = text.substr(0, end) + "...";
-    }
+    if (text.size() > most)
+        text = std::string(firstBytes(text, most)) + "...";
     std::ranges::replace_if(
         text, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }, '?');
     return text;

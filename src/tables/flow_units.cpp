@@ -1,7 +1,7 @@
 #include "tables/flow_units.h"
 
 #include "base/offered.h"
-#include "files/csv_reader.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,9 +42,7 @@ constexpr std::optional<Unit> unitNamed(std::string_view text)
         text.remove_prefix(text.starts_with(bracket) ? 1 : 0);
     for (const std::string_view bracket : {"]", ")"})
         text.remove_suffix(text.ends_with(bracket) ? 1 : 0);
-    const auto isIt = [&](const auto& unit) {
-        return std::ranges::equal(std::string_view(unit.name), text, {}, lowerCase, lowerCase);
-    };
+    const auto isIt = [&](const auto& unit) { return equalsInAnyCase(unit.name, text); };
     if (const auto offered = std::ranges::find_if(pressureUnits, isIt); offered != std::end(pressureUnits))
         return Unit{offered->name, 'p', offered->pascal};
     const auto other = std::ranges::find_if(units, isIt);

@@ -30,20 +30,6 @@ constexpr std::array<char32_t, 32> windows1252 = {0x20AC, 0,      0x201A, 0x0192
                                                   0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
-void append(std::string& text, char32_t sign)
-{
-    if (sign < 0x80) {
-        text += static_cast<char>(sign);
-    } else if (sign < 0x800) {
-        text += static_cast<char>(0xC0 | (sign >> 6));
-        text += static_cast<char>(0x80 | (sign & 0x3F));
-    } else {
-        text += static_cast<char>(0xE0 | (sign >> 12));
-        text += static_cast<char>(0x80 | ((sign >> 6) & 0x3F));
-        text += static_cast<char>(0x80 | (sign & 0x3F));
-    }
-}
-
 /// UTF-16 without its byte-order mark. Characters that need two units become "?": no name or size
 /// has one.
 std::string fromUtf16(std::string_view bytes, bool bigEndian)
@@ -53,7 +39,7 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian)
         const auto high = static_cast<unsigned char>(bytes[at + (bigEndian ? 0 : 1)]);
         const auto low = static_cast<unsigned char>(bytes[at + (bigEndian ? 1 : 0)]);
         const auto sign = static_cast<char32_t>((high << 8) | low);
-        append(text, sign >= 0xD800 && sign < 0xE000 ? U'?' : sign);
+        text += utf8Of(sign >= 0xD800 && sign < 0xE000 ? U'?' : sign);
     }
     return text;
 }
@@ -64,7 +50,7 @@ std::string fromWindows1252(std::string_view bytes)
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
         const char32_t sign = byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80] : byte;
-        append(text, sign == 0 ? U'?' : sign);
+        text += utf8Of(sign == 0 ? U'?' : sign);
     }
     return text;
 }
