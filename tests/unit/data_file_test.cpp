@@ -67,6 +67,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
              {"a body size changed", [&] { sql("UPDATE psi_Pad SET Bodysize = '9'"); }},
              {"too large", [&] { std::filesystem::resize_file(file, largestDataFile + 1); }, refusal,
               "is too large: more than 16 MB"},
+             {"as large as may be", [&] { std::filesystem::resize_file(file, largestDataFile); }, "20 64"},
              {"a figure changed and the checksum gone",
               [&] { sql("UPDATE psi_Pad SET flow = 9; DROP TABLE Checksum"); }},
              {"a file without a checksum", [&] { sql("SELECT 1" + noChecksum); }, "20 64"},
