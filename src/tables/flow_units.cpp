@@ -10,7 +10,8 @@
 namespace
 {
 
-constexpr double nm3h = 1 / 0.026793; // 60 degF and 14.696 psia against 0 degC and 101.325 kPa
+// SCFH are at 60 degF and 14.696 psia, Nm3/h at 0 degC and 101.325 kPa.
+constexpr double nm3h = 1 / 0.026793;
 
 struct Unit
 {
@@ -50,7 +51,7 @@ constexpr std::optional<Unit> unitNamed(std::string_view text)
     return other == std::end(units) ? std::nullopt : std::optional(*other);
 }
 
-/// What a wrong flow is given in, by the factor that it is wrong by.
+/// A usual mistake, and the factor by which it makes flows wrong.
 struct Cause
 {
     double factor;
@@ -76,7 +77,7 @@ constexpr Cause causes[] = {
     {1.2929, "kg/h, or natural gas for air?", choice::metric, choice::depad},
     {0.0738, "lb/h?", choice::us, choice::pad}, // lb per standard cubic foot
     {0.0763, "lb/h?", choice::us, choice::depad},
-    {1.2715, "natural gas for nitrogen?", nullptr, choice::pad}, // gravity 0.6 for 0.97: the root of their ratio
+    {1.2715, "natural gas for nitrogen?", nullptr, choice::pad}, // root of 0.97 / 0.6
     {1.291, "natural gas for air?", choice::us, choice::depad},
     {3.72, "hydrogen for nitrogen?", nullptr, choice::pad},        // 0.07
     {0.796, "carbon dioxide for nitrogen?", nullptr, choice::pad}, // 1.53
@@ -114,11 +115,11 @@ double gallonsPer(std::string_view unitSystem)
 
 double computedFlow(const ValveTableSpec& table, double cv, double pressure)
 {
-    constexpr double atmosphere = 14.696;  // psia
-    constexpr double temperature = 519.67; // degR: 60 degF
-    constexpr double factor = 1360;        // SCFH for Cv, psia and degR
-    constexpr double choked = 0.72;        // share of the inlet pressure beyond which a larger drop adds nothing
-    const double gravity = table.valveType == choice::pad ? 0.97 : 1; // the tables are for nitrogen and air
+    constexpr double atmosphere = 14.696;                             // psia
+    constexpr double temperature = 519.67;                            // degR: 60 degF
+    constexpr double factor = 1360;                                   // SCFH for Cv, psia and degR
+    constexpr double choked = 0.72;                                   // share of P1; a larger drop adds no flow
+    const double gravity = table.valveType == choice::pad ? 0.97 : 1; // nitrogen and air
     const double drop = pressure * pascalPer(table.pressUnits) / pascalPer("PSI");
     const double inlet = atmosphere + drop;
     const double share = std::min(drop / inlet, choked);
