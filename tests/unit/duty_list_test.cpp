@@ -185,6 +185,8 @@ TEST(DutyList, RefusesListsThatCannotBeRead)
     const std::string longest(1 << 20, 'x');
     EXPECT_EQ(refusalOf("Gas\n" + longest), "none");
     EXPECT_EQ(refusalOf("Gas\n\n" + longest + 'x'), "3: a line of more than a million characters");
+    const std::string half(1 << 19, 'x');
+    EXPECT_EQ(answersTo("Notes\n\"" + half + '\n' + half + "\n\"\n").size(), 3U) << "nor is a row of many lines longer";
     EXPECT_EQ(refusalOf("Gas\n", "/nowhere"), "the valve tables cannot be read: nowhere is missing");
 }
 

@@ -97,7 +97,7 @@ TEST_F(Failures, ARefusalKeepsWhatTheSizingBeforeLeft)
     EXPECT_EQ(state.Comments + valve(), nextLarger + "    earlier");
     EXPECT_EQ(state.SelectedCv, 20);
 
-    screen.captions[Label::lblPercentValveCapacity] = "75";
+    screen.captions[Label::lblMaxValveCapacity] = screen.captions[Label::lblPercentValveCapacity] = "75";
     state.ValveModel = choice::series61;
     size("1", "20"); // the model's rule is broken by whatever valve the duty takes
     EXPECT_EQ(valve(), "    ");

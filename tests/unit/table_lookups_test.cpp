@@ -45,6 +45,11 @@ TEST_F(TableLookups, FindTheFirstAdequateRow)
     EXPECT_EQ(modLookupSCFHPad(sizing, 20, 2000), 2000) << "interpolated back from (30, 3000)";
     EXPECT_EQ(modLookupSCFHPad(sizing, 5, 0), 0) << "no row before the adequate one";
     EXPECT_EQ(modLookupSCFHPad(sizing, 31, 0), 0);
+    sql("INSERT INTO psi_Pad VALUES (50, 75, 'z', 7.5)");
+    numbers = NumberText({",", ".", "3;0", ","});
+    state.SelectedCv = 7.5F;
+    store.beginClick();
+    EXPECT_EQ(modLookupSCFHPad(sizing, 50, 0), 75) << "the query has 7,5";
     EXPECT_TRUE(messages.texts.empty());
 }
 
