@@ -30,16 +30,16 @@ constexpr const char* usage = R"(usage: build_capacities [--label TEXT] [--compl
        build_capacities --export [--decimal-comma] FILE OUT_DIR
        build_capacities --help | --version
 
-Builds the data file OUT_FILE from the capacity tables, one CSV file each, in IN_DIR. What cannot be right is refused,
-what is only odd is warned of. --label and --complete may stand in either order.
+Builds the data file OUT_FILE from the capacity tables in IN_DIR, which are CSV files. It refuses what cannot be right
+and warns of what is only odd. --label and --complete may stand in either order.
 
-  --label     stores in the data file what its tables are, such as "nominal, computed", with the date of today (or of
+  --label     stores in the data file what its tables are, such as "nominal, computed", and the date of today (or of
               SOURCE_DATE_EPOCH); at most 100 bytes of UTF-8
-  --complete  lays pressures between those of a table where the steps from Cv to Cv need them, and fills the rows that a
-              Cv lacks; both between its own rows on the straight line
-  --check     holds the tables of an existing data file to the same rules
-  --export    writes the tables of a data file as CSV files into OUT_DIR, where there must be none of them yet; with
-              --decimal-comma as a spreadsheet wants them that writes 1,5, as a German or a French one does
+  --complete  adds pressures between those of a table where the steps from Cv to Cv need them, and the rows that a Cv
+              lacks; all of them on the straight line between the Cv's own rows
+  --check     checks the tables of an existing data file by the same rules
+  --export    writes the tables of a data file as CSV files into OUT_DIR, but not over files that are there; with
+              --decimal-comma for spreadsheets that write 1,5, as in German or French
 
 Exit status: 0 done, 1 refused or not written, 2 wrong arguments.
 )";
