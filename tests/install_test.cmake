@@ -36,7 +36,11 @@ foreach(page ${pages})
     endforeach()
 endforeach()
 
-# The list program finds the data file through its link.
+# The list program finds the data file and the verification list through its link.
+execute_process(COMMAND ${ROOT}/bin/size_valves --verify RESULT_VARIABLE status OUTPUT_VARIABLE report)
+if(NOT status EQUAL 0)
+    message(SEND_ERROR "size_valves --verify: exit status ${status}: ${report}")
+endif()
 execute_process(COMMAND ${ROOT}/bin/size_valves --quiet -o ${ROOT}/sized.csv ${ROOT}/share/blanketing-valve-sizing/examples/tanks.csv
                 RESULT_VARIABLE status ERROR_VARIABLE errors)
 if(NOT status MATCHES "^[01]$" OR errors) # on the shipped tables, one tank of the example is refused

@@ -67,6 +67,8 @@ void Walk::step()
         pressWithoutEffect(upTo(3) > 0 ? Keys{"Control_L", oneOf(controlKeys)} : Keys{"Control_L", "Shift_L", "c"}, 1);
     else if (kind < 62)
         pressWithoutEffect({upTo(1) == 0 || isButton ? "Escape" : "Return"}, isNumeric(name) ? 1 : 0);
+    else if (kind < 63)
+        pressWithoutEffect({upTo(1) == 0 ? "Alt_L" : "F10"}, 0); // which lead into a menu bar elsewhere
     else if (kind < 67)
         askForHelp(upTo(4) == 0 ? Keys{"F1"} : Keys{"Shift_L", "F1"});
     else if (kind < 70)

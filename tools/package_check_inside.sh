@@ -33,9 +33,10 @@ test -s "$(readlink -e /usr/lib/blanketing-valve-sizing/user_guide.html)" || fai
 status=$(LC_ALL=C.UTF-8 status_of size_valves --quiet -o sized.csv "$shared/examples/tanks.csv")
 [[ $status == 1 ]] || fail "size_valves gives $status" # one of the tanks is refused
 cmp sized.csv "$shared/examples/tanks_sized.csv"
+size_valves --verify >report.txt || { cat report.txt >&2; fail "the verification list does not agree"; }
 status=$(QT_QPA_PLATFORM=offscreen status_of timeout 3 blanketing-valve-sizing)
 [[ $status == 124 ]] || fail "the desktop program ends with $status" # it must run until it is stopped
-echo "ok: the installed programs start, and size the example list"
+echo "ok: the installed programs start, and size the example list and the verification list"
 
 tools/install_packages.sh print >install.log 2>&1 || { cat install.log >&2; exit 1; }
 CI=true tests/end_to_end/print_check.py /usr/bin/blanketing-valve-sizing printed

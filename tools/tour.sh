@@ -8,7 +8,7 @@ program=$(readlink -f "$1")
 pictures=$2
 setupTitle='Halvor-ORM  Blanketing Valve Sizing Application - Version ' # two blanks; the version follows
 mainTitle='Halvor-ORM Blanketing Valve Sizing Application - Version '
-resultLabels='400x50+90+330' # pixels of the main form: Cv, body size, capacity and share, empty until a valve is chosen
+resultLabels='400x50+90+350' # pixels of the main window: Cv, body size, capacity and share, empty until a valve is chosen
 patience=60                  # seconds that any one thing may take; a loaded machine is slow, not broken
 caret=50                     # pixels: more than a blinking cursor, less than any result
 

@@ -118,6 +118,8 @@ stage_files() {
     mkdir "$files/data"
     cp data/*.csv data/generate_nominal_tables.py "$files/data"
     cp "$tree/program/packaging/data.html" "$files/data/README.html"
+    cp -r "$tree/program/bin/verification" "$files"
+    cp data/verification/* "$files/verification"
     # Libraries under the LGPL are DLLs: another build of theirs may take their place.
     cp /usr/share/common-licenses/LGPL-3 "$files/licences/LGPL-3.txt"
     cp /usr/share/common-licenses/LGPL-2.1 "$files/licences/LGPL-2.1.txt"

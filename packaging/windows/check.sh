@@ -172,6 +172,8 @@ expectResults "Total Flow Rate" "101 Nm3/Hr" "Valve Coefficient" 20 "Valve Body 
               "Valve Capacity Utilized (%)" 96
 wine "$directory/size_valves.exe" --quiet "Z:$PWD/docs/examples/tanks.csv" 2>/dev/null | tr -d '\r' >"$scratch/sized.csv" || true
 diff <(tr -d '\r' <docs/examples/tanks_sized.csv) "$scratch/sized.csv" || fail "size_valves gives another answer"
+wine "$directory/size_valves.exe" --verify >"$scratch/report.txt" 2>/dev/null ||
+    fail "the verification list does not agree:"$'\n'"$(<"$scratch/report.txt")"
 leave
 
 echo "== Decimal commas"

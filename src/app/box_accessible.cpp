@@ -122,7 +122,7 @@ private:
     QLineEdit& box() const { return *static_cast<QLineEdit*>(widget()); }
 };
 
-/// A form, or the window that scrolls one. As a plain widget it would be a filler.
+/// A form, or its window. As a plain widget it would be a filler.
 class FormAccessible : public QAccessibleWidget
 {
 public:
@@ -136,7 +136,7 @@ QAccessibleInterface* create(const QString& className, QObject* object)
     if (widget == nullptr)
         return nullptr;
     if (className == QLatin1String("SetupForm") || className == QLatin1String("MainForm") ||
-        (className == QLatin1String("QScrollArea") && widget->isWindow()))
+        className == QLatin1String("FormWindow"))
         return new FormAccessible(widget);
     if (className == QLatin1String("Announcer"))
         return new QAccessibleWidget(widget, QAccessible::Notification);

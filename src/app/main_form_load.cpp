@@ -45,7 +45,6 @@ void MainForm::load()
                    {"lblPumpRateUnits", state.PumpRateUnits}, {"lblVolumeUnits", state.VolUnits}};
     for (const auto& [name, shown] : choices)
         setLabelCaption(name, shown);
-    centreOnScreen(*this);
 
     const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
     if (directDisplacement)

@@ -4,6 +4,7 @@
 #include "app/box_accessible.h"
 #include "app/bubble.h"
 #include "app/form_layout.h"
+#include "app/form_window.h"
 #include "app/key_repeat.h"
 #include "app/main_form.h"
 #include "app/menu_bell.h"
@@ -19,11 +20,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QFileDialog>
 #include <QMenu>
+#include <QMenuBar>
 #include <QSaveFile>
-#include <QScreen>
-#include <QScrollArea>
 #include <QShortcut>
 #include <QStandardPaths>
 #include <QTimer>
@@ -33,24 +34,6 @@
 
 namespace
 {
-
-/// The form as a window of its own; on a screen too small for it, a window that scrolls it, so that every control can
-/// be reached.
-QWidget* windowAround(QWidget* form)
-{
-    const QRect room = form->screen()->availableGeometry();
-    if (form->width() <= room.width() && form->height() <= room.height())
-        return form;
-    QWidget* const focus = form->focusWidget();
-    auto* const window = new QScrollArea;
-    window->setFocusPolicy(Qt::NoFocus); // the form's controls alone are tab stops
-    window->setWindowTitle(form->windowTitle());
-    window->setWidget(form);
-    window->resize(form->size().boundedTo(room.size())); // where no window manager maximizes it
-    window->setWindowState(Qt::WindowMaximized);         // with its title bar on the screen
-    focus->setFocus();                                   // lost with the form's move into the scrolling window
-    return window;
-}
 
 /// Has the user name the file; "" when he does not.
 QString askForPdf(QWidget& form, const std::string& tagNumber)
@@ -115,8 +98,7 @@ void Screens::showSetup()
     // Its load has read the money separator; a changed locale takes effect here, too.
     numbers_ = userNumberText(locale_, state_.DecSep);
     connect(setup, &SetupForm::continued, this, &Screens::showMain);
-    addMenu(*setup, nullptr);
-    replaceForm(setup);
+    replaceForm(*setup, addMenus(*setup, nullptr));
 }
 
 void Screens::showMain()
@@ -131,8 +113,7 @@ void Screens::showMain()
         if (cmdPrint_Click(sizingContext(*mainForm), userToday(), printers_) == PrintOutcome::nothingSized)
             mainForm->tellOutcome();
     });
-    addMenu(*mainForm, mainForm);
-    replaceForm(mainForm);
+    replaceForm(*mainForm, addMenus(*mainForm, mainForm));
 }
 
 SizingContext Screens::sizingContext(MainForm& mainForm)
@@ -157,16 +138,36 @@ void Screens::saveSummary(MainForm& mainForm)
     }
 }
 
-void Screens::addMenu(QWidget& form, MainForm* mainForm)
+QMenuBar& Screens::addMenus(QWidget& form, MainForm* mainForm)
 {
-    // Right-click, or the menu key on a button. The actions' keys work everywhere in the form.
-    const auto add = [&form](const char* text, const QKeySequence& keys, auto act) {
+    QMenuBar& bar = *createMenuBar();
+    QMenu& file = *bar.addMenu(QStringLiteral("Fil&e")); // E and H are no access keys of either form
+    QMenu& help = *bar.addMenu(QStringLiteral("&Help"));
+    const auto add = [&form](QMenu& menu, const char* text, const QKeySequence& keys, auto act) {
         auto* const action = new QAction(QString::fromLatin1(text), &form);
         action->setShortcut(keys);
+        action->setShortcutVisibleInContextMenu(true);
         connect(action, &QAction::triggered, &form, act);
-        form.addAction(action);
+        form.addAction(action); // of the context menu, too; its key works everywhere in the form
+        menu.addAction(action);
         return action;
     };
+    add(help, "User &Guide", Qt::Key_F1, [this] { openUserGuide(messageBox_); });
+    QAction* const ofResults[] = {
+        add(file, "&Save Summary as PDF...", Qt::CTRL | Qt::Key_S, [this, mainForm] { saveSummary(*mainForm); }),
+        add(file, "&Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
+            [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
+    for (QAction* const action : ofResults)
+        action->setEnabled(mainForm != nullptr);
+    add(help, "&About", {}, [this] { showAbout(messageBox_, dataFile_); });
+    addContextMenu(form);
+    addBoxHelp(form);
+    return bar;
+}
+
+/// By right-click and by the menu key, on a button or beside the controls.
+void Screens::addContextMenu(QWidget& form)
+{
     // Not the toolkit's own menu of the actions: it lives on the stack, and a screen reader may let the form be deleted
     // under it.
     form.setContextMenuPolicy(Qt::CustomContextMenu);
@@ -175,17 +176,24 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
         menu->setAttribute(Qt::WA_DeleteOnClose);
         menu->addActions(form.actions());
         menu->popup(form.mapToGlobal(at));
+        if (QGuiApplication::mouseButtons() == Qt::NoButton) // by a key: screen readers read the first entry
+            menu->setActiveAction(form.actions().first());
     });
-    add("User Guide (F1)", Qt::Key_F1, [this] { openUserGuide(messageBox_); })->setShortcutVisibleInContextMenu(false);
-    QAction* const ofResults[] = {
-        add("Save Summary as PDF...", Qt::CTRL | Qt::Key_S, [this, mainForm] { saveSummary(*mainForm); }),
-        add("Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
-            [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
-    for (QAction* const action : ofResults)
-        action->setEnabled(mainForm != nullptr);
-    add("About", {}, [this] { showAbout(messageBox_, dataFile_); });
+    // The key that many keyboards have instead of the menu key. Windows's own answer to it gives way to this one.
+    connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, &form), &QShortcut::activated, &form, [] {
+        QWidget* const control = QApplication::focusWidget();
+        if (control == nullptr)
+            return;
+        const QPoint at = control->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+        QContextMenuEvent asked(QContextMenuEvent::Keyboard, at, control->mapToGlobal(at));
+        QApplication::sendEvent(control, &asked);
+    });
+}
 
-    // Not the toolkit's own help of this key (QWhatsThis), which takes the next key or click for itself.
+/// What a control takes, by Shift+F1. Not the toolkit's own help of this key (QWhatsThis), which takes the next key or
+/// click for itself.
+void Screens::addBoxHelp(QWidget& form)
+{
     auto* const announcer = form.findChild<Announcer*>();
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F1, &form), &QShortcut::activated, &form, [announcer] {
         QWidget* const box = QApplication::focusWidget();
@@ -196,14 +204,15 @@ void Screens::addMenu(QWidget& form, MainForm* mainForm)
     });
 }
 
-void Screens::replaceForm(QWidget* form)
+void Screens::replaceForm(QWidget& form, QMenuBar& bar)
 {
     QWidget* const before = form_.isNull() ? nullptr : form_->window();
-    form_ = form;
-    QWidget* const window = windowAround(form);
+    form_ = &form;
+    auto* const window = new FormWindow(form, bar);
+    centreOnScreen(*window);
     window->show();
     window->setAttribute(Qt::WA_KeyboardFocusChange); // the focus is marked from the start, not from the first key
-    if (window == form) {            // once more with its title bar, which the window manager has given it by then
+    if (!window->isMaximized()) {    // once more with its title bar, which the window manager has given it by then
         constexpr int patience = 50; // milliseconds
         QTimer::singleShot(patience, window, [window, at = window->pos()] {
             if (window->pos() == at)

@@ -13,6 +13,7 @@ class LocaleInfo;
 class MainForm;
 class MessageBox;
 class Printers;
+class QMenuBar;
 
 /// Loads, shows and unloads the two forms; only one of them exists at a time. Owns the record and what the sizing
 /// routines reach. The program ends when the window that is open closes.
@@ -32,11 +33,13 @@ public:
     QWidget* form() const { return form_; }
 
 private:
-    /// Shows the new form, then unloads the one before.
-    void replaceForm(QWidget* form);
+    /// Shows the new form below its menu bar, then unloads the one before.
+    void replaceForm(QWidget& form, QMenuBar& bar);
 
-    /// The context menu of a form and its keys; without a main form there are no results.
-    void addMenu(QWidget& form, MainForm* mainForm);
+    /// The context menu of a form, its keys, and its menu bar; without a main form there are no results.
+    QMenuBar& addMenus(QWidget& form, MainForm* mainForm);
+    static void addContextMenu(QWidget& form);
+    static void addBoxHelp(QWidget& form);
     SizingContext sizingContext(MainForm& mainForm);
     void saveSummary(MainForm& mainForm);
 

@@ -21,6 +21,24 @@ bool isBlank(char c)
     return c == ' ' || c == '\t' || c == '\n';
 }
 
+/// The text without the blanks at its ends, those included that web pages, PDF files and Windows's text files give.
+std::string_view withoutBlanksAround(std::string_view text)
+{
+    constexpr std::string_view blanks[] = {" ",      "\t",     "\n",     "\r",
+                                           "\u00a0", "\u2007", "\u2009", "\u200a",  // narrow and no-break ones
+                                           "\u202f", "\u200b", "\u2060", "\ufeff"}; // and those of no width
+    for (std::size_t before = text.size() + 1; before != text.size();) {
+        before = text.size();
+        for (const std::string_view blank : blanks) {
+            if (text.starts_with(blank))
+                text.remove_prefix(blank.size());
+            if (text.ends_with(blank))
+                text.remove_suffix(blank.size());
+        }
+    }
+    return text;
+}
+
 std::string shortest(double value, int significantDigits)
 {
     std::array<char, 32> buffer;
@@ -183,11 +201,7 @@ std::size_t NumberText::decimalLength(std::string_view text) const
 
 std::optional<double> NumberText::parse(std::string_view text) const
 {
-    const auto isAround = [](char c) { return isBlank(c) || c == '\r'; }; // pasted from a file of Windows's
-    while (!text.empty() && isAround(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isAround(text.back()))
-        text.remove_suffix(1);
+    text = withoutBlanksAround(text);
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);
@@ -215,6 +229,7 @@ std::optional<double> NumberText::parse(std::string_view text) const
 
 double NumberText::leading(std::string_view text) const
 {
+    text = withoutBlanksAround(text);
     std::string plain; // without blanks, "." as the point
     while (!text.empty()) {
         const std::size_t separator = decimalLength(text);

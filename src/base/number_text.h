@@ -37,9 +37,10 @@ public:
     /// The number that `standard` shows.
     static double standardValue(double value);
 
-    /// Reads a whole text as a number: blanks around it, one sign, digits, at most one decimal separator (the number's
-    /// or the money's). No thousands separators and no exponent: a wrong separator must not change a figure silently.
-    /// Beyond the range of a double it is the largest double. nullopt when the text is not a number.
+    /// Reads a whole text as a number: blanks around it (no-break, narrow and of no width, too), one sign, digits, at
+    /// most one decimal separator (the number's or the money's). No thousands separators and no exponent: a wrong
+    /// separator must not change a figure silently. Beyond the range of a double it is the largest double. nullopt when
+    /// the text is not a number.
     std::optional<double> parse(std::string_view text) const;
 
     /// Reads the number a text begins with, 0 if it begins with none: blanks are skipped, the decimal point is "." or

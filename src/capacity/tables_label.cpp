@@ -12,3 +12,12 @@ std::optional<TablesLabel> tablesLabel(CapacityStore& store)
         return std::nullopt;
     }
 }
+
+std::string tablesChecksum(CapacityStore& store)
+{
+    try {
+        return store.query("SELECT value FROM Checksum", {}).text("value");
+    } catch (const std::runtime_error&) {
+        return "";
+    }
+}

@@ -21,3 +21,6 @@ inline std::string describe(const TablesLabel& tables)
 /// The label in the table `Label` of the data file that the store has read last: that of the sizing under way. A file
 /// without a label, or one that cannot be read, has none.
 std::optional<TablesLabel> tablesLabel(CapacityStore& store);
+
+/// The checksum of all tables in that file, which it was checked against when it was read; "" when it has none.
+std::string tablesChecksum(CapacityStore& store);

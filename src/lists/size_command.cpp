@@ -23,7 +23,7 @@ namespace
 {
 
 constexpr const char* usage = R"(usage: size_valves [-o RESULTS.csv] [--summaries DIR [--force]] [--quiet] DUTIES.csv
-       size_valves --help | --version
+       size_valves --verify | --help | --version
 
 Sizes a tank blanketing valve for each row of a list of duties and writes the list back with the results. "-" stands for
 standard input or output; without -o the results go to standard output.
@@ -32,13 +32,15 @@ standard input or output; without -o the results go to standard output.
   --summaries DIR    leaves the printed summary of each sized row as a PDF in DIR, named by its tag number
   --force            overwrites summaries that are there
   --quiet            says nothing of progress and numbers of rows
+  --verify           sizes the verification list beside the program and writes a report to be signed
 
-Exit status: 0 all rows are sized, 1 some are not or lack their summary, 2 not finished.
+Exit status: 0 all rows are sized or agree, 1 some are not or lack their summary, 2 not finished.
 )";
 
 struct Options
 {
     const char* told = nullptr; ///< all that is wanted
+    bool verify = false;        ///< all that is wanted
     std::string list;
     std::string output = "-";
     std::optional<std::string> summaries; ///< the directory
@@ -60,16 +62,16 @@ std::optional<Options> readOptions(std::vector<std::string> arguments)
         summaries = 256,
         force,
         quiet,
+        verify,
         help,
         version,
     };
-    const option longOptions[] = {{"output", required_argument, nullptr, 'o'},
-                                  {"summaries", required_argument, nullptr, summaries},
-                                  {"force", no_argument, nullptr, force},
-                                  {"quiet", no_argument, nullptr, quiet},
-                                  {"help", no_argument, nullptr, help},
-                                  {"version", no_argument, nullptr, version},
-                                  {nullptr, 0, nullptr, 0}};
+    const option longOptions[] = {
+        {"output", required_argument, nullptr, 'o'}, {"summaries", required_argument, nullptr, summaries},
+        {"force", no_argument, nullptr, force},      {"quiet", no_argument, nullptr, quiet},
+        {"verify", no_argument, nullptr, verify},    {"help", no_argument, nullptr, help},
+        {"version", no_argument, nullptr, version},  {nullptr, 0, nullptr, 0},
+    };
     std::string program = "size_valves";
     std::vector<char*> pointers = {program.data()};
     for (std::string& argument : arguments)
@@ -92,6 +94,9 @@ std::optional<Options> readOptions(std::vector<std::string> arguments)
             case quiet:
                 options.quiet = true;
                 break;
+            case verify:
+                options.verify = true;
+                return options;
             case help:
                 options.told = usage;
                 return options;
@@ -250,6 +255,11 @@ int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSyste
         return 2;
     }
     try {
+        if (options->verify) {
+            const Verification verification = system.verify();
+            Results("-").write(verification.report);
+            return verification.agrees ? 0 : 1;
+        }
         if (options->told == nullptr)
             return run(*options, system);
         Results("-").write(options->told);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "capacity/tables_label.h"
+#include "lists/verification.h"
 
 #include <functional>
 #include <optional>
@@ -16,8 +17,10 @@ struct SizeCommandSystem
     /// The summary as a PDF file's bytes, which name the tables that it was sized on.
     std::function<std::string(const SummaryForm&, const std::optional<TablesLabel>&)> makePdf;
     std::string today; ///< in the user's short form
+    std::function<Verification()> verify;
 };
 
 /// The whole command `size_valves`, `arguments` without the program name: reads a list of duties, writes it back with
-/// its sizings. Gives the exit status: 0 all are sized, 1 some are not or lack their summary, 2 not finished.
+/// its sizings; or verifies the program. Gives the exit status: 0 all are sized or agree, 1 some are not or lack their
+/// summary, 2 not finished.
 int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSystem& system);

@@ -1,5 +1,6 @@
 #include "files/system.h"
 #include "lists/size_command.h"
+#include "platform/about.h"
 #include "platform/pdf_summary.h"
 #include "platform/user_locale.h"
 
@@ -20,6 +21,10 @@ int main(int argc, char* argv[])
     int count = 1;
     char* program[] = {argv[0], nullptr};
     const QGuiApplication application(count, program);
-    const QString dataFile = QCoreApplication::applicationDirPath() + QStringLiteral("/capacities.mdb");
-    return sizeValves({argv + 1, argv + argc}, {dataFile.toStdString(), summaryPdf, userToday()});
+    const std::string directory = QCoreApplication::applicationDirPath().toStdString();
+    const std::string dataFile = directory + "/capacities.mdb";
+    const VerificationPlace place = {directory + "/verification", dataFile,   systemName(), userLocaleName(),
+                                     hasDecimalComma(),           userToday()};
+    return sizeValves({argv + 1, argv + argc},
+                      {dataFile, summaryPdf, userToday(), [&] { return verifyProgram(place); }});
 }

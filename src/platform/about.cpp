@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
+#include <QSysInfo>
 #include <QUrl>
 
 #include <sqlite3.h>
@@ -56,6 +57,11 @@ void showAbout(MessageBox& messageBox, const std::string& dataFile)
                                   since, QString::fromLatin1(qVersion()), QString::fromLatin1(sqlite3_libversion()),
                                   QString::fromLatin1(systemsLibraries));
     messageBox.show(text.toStdString());
+}
+
+std::string systemName()
+{
+    return (QSysInfo::prettyProductName() + QStringLiteral(", ") + QSysInfo::currentCpuArchitecture()).toStdString();
 }
 
 void openUserGuide(MessageBox& messageBox)

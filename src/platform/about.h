@@ -8,5 +8,8 @@ class MessageBox;
 /// `dataFile` is a path in UTF-8.
 void showAbout(MessageBox& messageBox, const std::string& dataFile);
 
+/// The operating system, as reports name it.
+std::string systemName();
+
 /// Opens the user guide that stands beside the program, with the desktop's own viewer; says so when it cannot.
 void openUserGuide(MessageBox& messageBox);

@@ -1,5 +1,7 @@
 #include "platform/user_locale.h"
 
+#include "base/number_text.h"
+
 #include <QDate>
 #include <QLocale>
 
@@ -131,4 +133,14 @@ const LocaleInfo& userLocale()
 std::string userToday()
 {
     return QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat).toStdString();
+}
+
+std::string userLocaleName()
+{
+    return QLocale::system().name().toStdString();
+}
+
+bool hasDecimalComma()
+{
+    return localeText(userLocale(), LocaleItem::numberDecimal) == ",";
 }

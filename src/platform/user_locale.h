@@ -9,3 +9,9 @@ const LocaleInfo& userLocale();
 
 /// Today's date in the user's short form.
 std::string userToday();
+
+/// "de_DE", as reports name it.
+std::string userLocaleName();
+
+/// Whether the user's numbers have a decimal comma.
+bool hasDecimalComma();

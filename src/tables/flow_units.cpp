@@ -19,13 +19,14 @@ struct Unit
     char kind; // p: pressure, in Pa; f: flow, in SCFH; v: volume, in m3; m: mass flow, in kg/h
     double size;
 };
+/// Beside the pressure units that are offered (base/offered.h).
 // clang-format off
 constexpr Unit units[] = {
-    {"psi", 'p', 6894.757}, {"psig", 'p', 6894.757}, {"lb/in2", 'p', 6894.757}, {"bar", 'p', 1e5},
-    {"barg", 'p', 1e5}, {"bar g", 'p', 1e5}, {"mbar", 'p', 100}, {"mbarg", 'p', 100}, {"hpa", 'p', 100},
-    {"kpa", 'p', 1000}, {"kpag", 'p', 1000}, {"mpa", 'p', 1e6}, {"pa", 'p', 1}, {"kg/cm2", 'p', 98066.5},
+    {"psig", 'p', 6894.757}, {"lb/in2", 'p', 6894.757}, {"bar", 'p', 1e5},
+    {"barg", 'p', 1e5}, {"bar g", 'p', 1e5}, {"mbarg", 'p', 100}, {"hpa", 'p', 100},
+    {"kpag", 'p', 1000}, {"mpa", 'p', 1e6}, {"pa", 'p', 1}, 
     {"kg/cm²", 'p', 98066.5}, {"kgf/cm2", 'p', 98066.5}, {"kgf/cm²", 'p', 98066.5}, {"at", 'p', 98066.5},
-    {"in wc", 'p', 249.08891}, {"inwc", 'p', 249.08891}, {"inh2o", 'p', 249.08891}, {"in h2o", 'p', 249.08891},
+    {"inwc", 'p', 249.08891}, {"inh2o", 'p', 249.08891}, {"in h2o", 'p', 249.08891},
     {"mmh2o", 'p', 9.80665}, {"mm h2o", 'p', 9.80665}, {"mmws", 'p', 9.80665}, {"scfh", 'f', 1},
     {"scfm", 'f', 60}, {"scfd", 'f', 1.0 / 24}, {"mscfh", 'f', 1000}, {"nm3/h", 'f', nm3h},
     {"nm³/h", 'f', nm3h}, {"nm3/hr", 'f', nm3h}, {"nm³/hr", 'f', nm3h}, {"nm3/min", 'f', 60 * nm3h},
@@ -35,22 +36,20 @@ constexpr Unit units[] = {
 };
 // clang-format on
 
-constexpr const Unit* unitNamed(std::string_view text)
+constexpr std::optional<Unit> unitNamed(std::string_view text)
 {
     for (const std::string_view bracket : {"[", "("})
         text.remove_prefix(text.starts_with(bracket) ? 1 : 0);
     for (const std::string_view bracket : {"]", ")"})
         text.remove_suffix(text.ends_with(bracket) ? 1 : 0);
-    const auto found = std::ranges::find_if(
-        units, [&](const Unit& unit) { return std::ranges::equal(unit.name, text, {}, {}, lowerCase); });
-    return found == std::end(units) ? nullptr : found;
+    const auto isIt = [&](const auto& unit) {
+        return std::ranges::equal(std::string_view(unit.name), text, {}, lowerCase, lowerCase);
+    };
+    if (const auto offered = std::ranges::find_if(pressureUnits, isIt); offered != std::end(pressureUnits))
+        return Unit{offered->name, 'p', offered->pascal};
+    const auto other = std::ranges::find_if(units, isIt);
+    return other == std::end(units) ? std::nullopt : std::optional(*other);
 }
-static_assert(std::ranges::all_of(offers,
-                                  [](const Offer& offer) {
-                                      const Unit* const unit = unitNamed(offer.pressUnits);
-                                      return unit != nullptr && unit->kind == 'p';
-                                  }),
-              "a pressure unit that is offered has a row above");
 
 /// A usual mistake, and the factor by which it makes flows wrong.
 struct Cause
@@ -143,14 +142,14 @@ std::string likelyCause(const ValveTableSpec& table, double factor, double toler
 
 bool isUnit(std::string_view text)
 {
-    return unitNamed(trimmed(text)) != nullptr;
+    return unitNamed(trimmed(text)).has_value();
 }
 
 std::optional<double> factorTo(std::string_view given, std::string_view wanted, bool isNitrogen)
 {
-    const Unit* const from = unitNamed(trimmed(given));
-    const Unit* const to = unitNamed(wanted);
-    if (from == nullptr || to == nullptr)
+    const std::optional<Unit> from = unitNamed(trimmed(given));
+    const std::optional<Unit> to = unitNamed(wanted);
+    if (!from || !to)
         return std::nullopt;
     if (from->kind == to->kind)
         return from->size / to->size;

@@ -133,8 +133,8 @@ def walk(program):
             subprocess.run(["xdotool", "key", "alt+1", "alt+c"], check=True)
             focus_window(MAIN)
             listener.wait_for_focus("Pump-Out Rate")
-            frame = listener.focused[-1].parent.parent.getRoleName()
-            expect(frame == "frame", f"the form is a {frame}")
+            window = listener.focused[-1].parent.parent.parent
+            expect(window.getRoleName() == "frame", f"the window is a {window.getRoleName()}")
             subprocess.run(["xdotool", "type", "101"], check=True)
             for step in MAIN_WALK:
                 listener.press(*step)

@@ -38,6 +38,12 @@ std::string outcome(const Case& row)
 TEST(NumberText, ReadsAndShowsAsTheCaseFileSays)
 {
     EXPECT_EQ(NumberText().parse("100\r\n"), 100) << "pasted from a file of Windows's";
+    for (const char* const blanks : {"\u00a0", "\u202f", "\u2009", "\u200b", "\ufeff", " \u00a0\u2060"}) {
+        EXPECT_EQ(NumberText().parse(blanks + std::string("60") + blanks), 60) << "pasted from a web page";
+        EXPECT_EQ(NumberText().leading(blanks + std::string("60")), 60);
+        EXPECT_FALSE(NumberText().parse(std::string("1") + blanks + "000"));
+        EXPECT_FALSE(NumberText().parse(blanks));
+    }
     for (const Case& row : readCases("numbers.csv"))
         EXPECT_EQ(outcome(row), row["Output"]) << row.where() << " " << row["Input"];
 }
@@ -52,6 +58,7 @@ TEST(NumberText, TakesEachSignFromItsOwnItemOfTheLocale)
     const NumberText numbers = userNumberText(locale, "m");
     EXPECT_EQ(numbers.standard(12345), "1t23t45d00");
     EXPECT_EQ(numbers.parse("1m5"), 1.5);
+    EXPECT_EQ(userNumberText(GivenLocale(), "").general(1.5), "1.5") << "where the locale cannot be asked";
 }
 
 TEST(NumberText, TheGasFactorHasTwoDecimalsInEveryLocale)

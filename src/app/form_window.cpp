@@ -1,0 +1,60 @@
+#include "app/form_window.h"
+
+#include <QMenuBar>
+#include <QProxyStyle>
+#include <QScreen>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace
+{
+
+/// Turns off what would give the bar the focus.
+class StillStyle : public QProxyStyle
+{
+public:
+    StillStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override
+    {
+        return hint == SH_MenuBar_AltKeyNavigation ? 0 : QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+};
+
+} // namespace
+
+FormWindow::FormWindow(QWidget& form, QMenuBar& bar)
+{
+    constexpr int titleBar = 40; // pixels: the highest of the usual desktops
+    QWidget* const focus = form.focusWidget();
+    setWindowTitle(form.windowTitle());
+    auto* const rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setMenuBar(&bar);
+    const QSize room = screen()->availableGeometry().size();
+    const QSize whole = form.size() + QSize(0, bar.sizeHint().height());
+    if (whole.width() <= room.width() && whole.height() + titleBar <= room.height()) {
+        rows->addWidget(&form);
+        rows->setSizeConstraint(QLayout::SetFixedSize);
+        resize(sizeHint());
+    } else {
+        auto* const scrolled = new QScrollArea;
+        scrolled->setFocusPolicy(Qt::NoFocus); // the form's controls alone are tab stops
+        scrolled->setWidget(&form);
+        rows->addWidget(scrolled);
+        resize(whole.boundedTo(room));       // where no window manager maximizes it
+        setWindowState(Qt::WindowMaximized); // with its title bar on the screen
+    }
+    focus->setFocus(); // lost with the form's move into this window
+}
+
+QMenuBar* createMenuBar()
+{
+    auto* const bar = new QMenuBar;
+    auto* const style = new StillStyle;
+    style->setParent(bar);
+    bar->setStyle(style);
+    bar->setNativeMenuBar(false); // a desktop's own bar at the top of the screen would take other keys
+    return bar;
+}
