@@ -1,11 +1,11 @@
 #include "lists/size_command.h"
 
+#include "files/arguments.h"
 #include "files/system.h"
 #include "lists/duty_list.h"
 #include "lists/results.h"
 #include "lists/summary_files.h"
 
-#include <getopt.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -40,8 +40,6 @@ Exit status: 0 all rows are sized or agree, 1 some are not or lack their summary
 
 struct Options
 {
-    const char* told = nullptr; ///< all that is wanted
-    bool verify = false;        ///< all that is wanted
     std::string list;
     std::string output = "-";
     std::optional<std::string> summaries; ///< the directory
@@ -49,68 +47,22 @@ struct Options
     bool quiet = false;
 };
 
-bool canBeMeant(const Options& options)
+/// What to do for a list; nullopt when the arguments are wrong.
+std::optional<Options> optionsOf(Arguments given)
 {
-    const bool hasEmptyName = options.list.empty() || options.output.empty() || options.summaries == "";
-    return !hasEmptyName && (options.summaries || !options.force);
-}
-
-/// Reads the arguments; nullopt when they are wrong.
-std::optional<Options> readOptions(std::vector<std::string> arguments)
-{
-    enum
-    {
-        summaries = 256,
-        force,
-        quiet,
-        verify,
-        help,
-        version,
-    };
-    const option longOptions[] = {
-        {"output", required_argument, nullptr, 'o'}, {"summaries", required_argument, nullptr, summaries},
-        {"force", no_argument, nullptr, force},      {"quiet", no_argument, nullptr, quiet},
-        {"verify", no_argument, nullptr, verify},    {"help", no_argument, nullptr, help},
-        {"version", no_argument, nullptr, version},  {nullptr, 0, nullptr, 0},
-    };
-    std::string program = "size_valves";
-    std::vector<char*> pointers = {program.data()};
-    for (std::string& argument : arguments)
-        pointers.push_back(argument.data());
-    const auto count = static_cast<int>(pointers.size());
-    pointers.push_back(nullptr);
-    Options options;
-    optind = 0; // from the start again
-    for (int found = 0; (found = getopt_long(count, pointers.data(), "o:", longOptions, nullptr)) != -1;)
-        switch (found) {
-            case 'o':
-                options.output = optarg;
-                break;
-            case summaries:
-                options.summaries = optarg;
-                break;
-            case force:
-                options.force = true;
-                break;
-            case quiet:
-                options.quiet = true;
-                break;
-            case verify:
-                options.verify = true;
-                return options;
-            case help:
-                options.told = usage;
-                return options;
-            case version:
-                options.told = "size_valves " SIZING_VERSION "\n";
-                return options;
-            default:
-                return std::nullopt;
-        }
-    if (optind + 1 != count)
+    if (given.operands.size() != 1)
         return std::nullopt;
-    options.list = pointers[static_cast<std::size_t>(optind)];
-    return canBeMeant(options) ? std::optional(options) : std::nullopt;
+    Options options;
+    options.list = given.operands.front();
+    if (given.has("output"))
+        options.output = given.options["output"];
+    if (given.has("summaries"))
+        options.summaries = given.options["summaries"];
+    options.force = given.has("force");
+    options.quiet = given.has("quiet");
+    const bool hasEmptyName = options.list.empty() || options.output.empty() || options.summaries == "";
+    const bool isRight = !hasEmptyName && (options.summaries || !options.force);
+    return isRight ? std::optional(options) : std::nullopt;
 }
 
 /// The list, which can be read twice: what comes through a pipe is read into memory.
@@ -251,21 +203,23 @@ int run(const Options& options, const SizeCommandSystem& system)
 
 int sizeValves(const std::vector<std::string>& arguments, const SizeCommandSystem& system)
 {
-    const std::optional<Options> options = readOptions(arguments);
-    if (!options) {
-        std::cerr << usage;
-        return 2;
-    }
+    const auto given = readArguments(
+        "size_valves", arguments,
+        {{"output", true, 'o'}, {"summaries", true}, {"force"}, {"quiet"}, {"verify"}, {"help"}, {"version"}});
     try {
-        if (options->verify) {
+        if (given && (given->has("help") || given->has("version"))) {
+            Results("-").write(given->has("help") ? usage : "size_valves " SIZING_VERSION "\n");
+            return 0;
+        }
+        if (given && given->has("verify")) {
             const Verification verification = system.verify();
             Results("-").write(verification.report);
             return verification.agrees ? 0 : 1;
         }
-        if (options->told == nullptr)
+        if (const auto options = given ? optionsOf(*given) : std::nullopt)
             return run(*options, system);
-        Results("-").write(options->told);
-        return 0;
+        std::cerr << usage;
+        return 2;
     } catch (const std::exception& failure) {
         std::cerr << "size_valves: " << failure.what() << '\n';
         return 2;

@@ -1,5 +1,6 @@
 #include "tables/build_command.h"
 
+#include "files/arguments.h"
 #include "files/replacement_file.h"
 #include "files/system.h"
 #include "tables/capacity_database.h"
@@ -8,6 +9,7 @@
 #include "tables/findings.h"
 #include "tables/table_checks.h"
 
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cstdint>
@@ -30,16 +32,16 @@ constexpr const char* usage = R"(usage: build_capacities [--label TEXT] [--compl
        build_capacities --export [--decimal-comma] FILE OUT_DIR
        build_capacities --help | --version
 
-Builds the data file OUT_FILE from the capacity tables, one CSV file each, in IN_DIR. What cannot be right is refused,
-what is only odd is warned of. --label and --complete may stand in either order.
+Builds the data file OUT_FILE from the capacity tables in IN_DIR, which are CSV files. It refuses what cannot be right
+and warns of what is only odd. --label and --complete may stand in either order.
 
-  --label     stores in the data file what its tables are, such as "nominal, computed", with the date of today (or of
+  --label     stores in the data file what its tables are, such as "nominal, computed", and the date of today (or of
               SOURCE_DATE_EPOCH); at most 100 bytes of UTF-8
-  --complete  lays pressures between those of a table where the steps from Cv to Cv need them, and fills the rows that a
-              Cv lacks; both between its own rows on the straight line
-  --check     holds the tables of an existing data file to the same rules
-  --export    writes the tables of a data file as CSV files into OUT_DIR, where there must be none of them yet; with
-              --decimal-comma as a spreadsheet wants them that writes 1,5, as a German or a French one does
+  --complete  adds pressures between those of a table where the steps from Cv to Cv need them, and the rows that a Cv
+              lacks; all of them on the straight line between the Cv's own rows
+  --check     checks the tables of an existing data file by the same rules
+  --export    writes the tables of a data file as CSV files into OUT_DIR, but not over files that are there; with
+              --decimal-comma for spreadsheets that write 1,5, as in German or French
 
 Exit status: 0 done, 1 refused or not written, 2 wrong arguments.
 )";
@@ -98,32 +100,6 @@ bool writeFile(const fs::path& file, const std::string& bytes, void (Replacement
     }
 }
 
-/// The arguments of a build.
-struct BuildOptions
-{
-    std::optional<std::string> label;
-    bool complete = false;
-    std::vector<std::string> operands;
-};
-
-/// nullopt for an unknown option, one without its text, or one after an operand.
-std::optional<BuildOptions> readBuildOptions(const std::vector<std::string>& arguments)
-{
-    BuildOptions options;
-    for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
-        const bool isFirst = options.operands.empty();
-        if (*argument == "--complete" && isFirst && !options.complete)
-            options.complete = true;
-        else if (*argument == "--label" && isFirst && !options.label && std::next(argument) != arguments.end())
-            options.label = *++argument;
-        else if (argument->starts_with("--"))
-            return std::nullopt;
-        else
-            options.operands.push_back(*argument);
-    }
-    return options;
-}
-
 /// The date of today in UTC, or that of SOURCE_DATE_EPOCH, which makes the same bytes from the same
 /// tables. Throws std::invalid_argument when SOURCE_DATE_EPOCH is no number of seconds up to the
 /// year 9999.
@@ -158,13 +134,13 @@ TablesLabel labelOf(const std::string& text)
     return {text, dateOfBuild()};
 }
 
-int build(const BuildOptions& options, std::ostream& messages)
+int build(Arguments given, std::ostream& messages)
 {
-    const fs::path file = pathOf(options.operands[1]);
+    const fs::path file = pathOf(given.operands[1]);
     std::optional<TablesLabel> label;
     try {
-        if (options.label)
-            label = labelOf(*options.label);
+        if (given.has("label"))
+            label = labelOf(given.options["label"]);
     } catch (const std::invalid_argument& wrong) {
         messages << "build_capacities: " << wrong.what() << '\n';
         return 2;
@@ -172,9 +148,9 @@ int build(const BuildOptions& options, std::ostream& messages)
     Findings findings(messages);
     if (!isReplaceable(file))
         findings.report(isNoDataFile, textOf(file), 0, "", "a data file, or none");
-    CapacityTables tables = readCapacityTables(pathOf(options.operands[0]), findings);
+    CapacityTables tables = readCapacityTables(pathOf(given.operands[0]), findings);
     tables.label = label;
-    if (options.complete)
+    if (given.has("complete"))
         completeTables(tables, findings);
     checkTables(tables, findings);
     if (findings.errors() == 0)
@@ -244,26 +220,30 @@ int exportTables(const fs::path& file, const fs::path& directory, bool decimalCo
 
 int buildCapacities(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& messages)
 {
-    const std::string option =
-        !arguments.empty() && arguments.front().starts_with("--") ? arguments.front() : std::string();
-    const auto isCommand = [&](const char* wanted, std::size_t operands) {
-        return option == wanted && arguments.size() == operands + (option.empty() ? 0 : 1);
+    const auto given =
+        readArguments("build_capacities", arguments,
+                      {{"check"}, {"complete"}, {"decimal-comma"}, {"export"}, {"help"}, {"label", true}, {"version"}});
+    // Whether the command is asked for by its option, with so many operands, and no option but these.
+    const auto isCommand = [&](std::string_view option, std::size_t operands,
+                               std::initializer_list<std::string_view> others = {}) {
+        const auto isPermitted = [&](const auto& one) {
+            return one.first == option || std::ranges::find(others, one.first) != others.end();
+        };
+        return given && given->operands.size() == operands && (option.empty() || given->has(option)) &&
+               std::ranges::all_of(given->options, isPermitted);
     };
-    if (isCommand("--help", 0)) {
+    if (isCommand("help", 0))
         return print(out, usage, messages);
-    }
-    if (isCommand("--version", 0)) {
+    if (isCommand("version", 0))
         return print(out, "build_capacities " SIZING_VERSION "\n", messages);
-    }
-    if (isCommand("--check", 1))
-        return check(pathOf(arguments[1]), messages);
+    if (isCommand("check", 1))
+        return check(pathOf(given->operands[0]), messages);
     prepareConsole(); // Ctrl+C then ends the program where nothing half written is left
-    if (isCommand("--export", 2) && arguments[1] != "--decimal-comma")
-        return exportTables(pathOf(arguments[1]), pathOf(arguments[2]), false, messages);
-    if (isCommand("--export", 3) && arguments[1] == "--decimal-comma")
-        return exportTables(pathOf(arguments[2]), pathOf(arguments[3]), true, messages);
-    if (const auto options = readBuildOptions(arguments); options && options->operands.size() == 2)
-        return build(*options, messages);
+    if (isCommand("export", 2, {"decimal-comma"}))
+        return exportTables(pathOf(given->operands[0]), pathOf(given->operands[1]), given->has("decimal-comma"),
+                            messages);
+    if (isCommand("", 2, {"label", "complete"}))
+        return build(*given, messages);
     messages << usage;
     return 2;
 }

@@ -210,7 +210,7 @@ private:
     static constexpr Rule otherSeries{Severity::error, "the CVs are not those of the valve type",
                                       "look whether this is the table of another valve type"};
     static constexpr Rule outsideSeries{Severity::warning, "a CV outside the series of its valve type",
-                                        "correct it, or know that it is neither stepped up nor stepped up to"};
+                                        "correct it, or know that the program never steps up from it or to it"};
     static constexpr Rule cvWithoutRows{Severity::warning, "a CV of the series has no rows", "add its rows"};
 
     void checkSeries() const

@@ -219,8 +219,11 @@ TEST_F(BuildCapacities, IsCalledInOneOfItsWays)
     EXPECT_EQ(command({(root / "in").string()}), 2);
     EXPECT_TRUE(messages.starts_with("usage:")) << messages;
     EXPECT_EQ(command({"--chekc", database.string()}), 2);
-    EXPECT_EQ(command({(root / "in").string(), "--label", "a", database.string()}), 2);
     EXPECT_EQ(command({(root / "in").string(), "--complete"}), 2);
+    EXPECT_EQ(command({"--check", "--complete", database.string()}), 2);
+    EXPECT_EQ(command({(root / "in").string(), database.string(), "--label"}), 2);
+    EXPECT_EQ(command({(root / "in").string(), "--label=a", database.string()}), 0) << messages;
+    EXPECT_EQ(command({database.string(), "--check"}), 0) << messages;
     EXPECT_EQ(command({"--help"}), 0);
     std::ostream full(nullptr);
     EXPECT_EQ(buildCapacities({"--help"}, full, full), 1);
