@@ -57,8 +57,10 @@ std::uint64_t sizeOf(const fs::path& path)
 bool isInChange(const fs::path& path)
 {
     std::error_code noTime;
-    const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, noTime);
-    if (!noTime && age > -timeToWrite && age < timeToWrite) // the clock may go in steps
+    const fs::file_time_type changed = fs::last_write_time(path, noTime);
+    const auto age = fs::file_time_type::clock::now() - changed;
+    const auto lost = changed.time_since_epoch() % 1s == 0s ? 1s : 0s; // some systems give whole seconds
+    if (!noTime && age > -timeToWrite && age < timeToWrite + lost)     // the clock may go in steps
         return true;
     const auto firstByte = [&](const char* ending) {
         fs::path beside = path;
