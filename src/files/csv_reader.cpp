@@ -141,6 +141,20 @@ CsvFormat lookAtStart(std::istream& in)
     return format;
 }
 
+/// Adds a field to a line, quoted where it must be.
+void addCsvField(std::string& line, std::string_view text, char separator)
+{
+    const auto wantsQuotes = [&](char c) { return c == separator || c == '"' || c == '\r' || c == '\n'; };
+    if (std::ranges::none_of(text, wantsQuotes)) {
+        line += text;
+        return;
+    }
+    line += '"';
+    for (const char c : text)
+        line.append(c == '"' ? 2 : 1, c);
+    line += '"';
+}
+
 } // namespace
 
 CsvFormat findCsvFormat(std::istream& in, CsvKind (*kindOf)(std::string_view name))
@@ -275,6 +289,9 @@ bool isUtf8(std::string_view text)
 
 std::string_view trimmed(std::string_view text)
 {
+    const auto isSign = [](char c) { return c > ' ' && c < '\x7F'; };
+    if (text.empty() || (isSign(text.front()) && isSign(text.back()))) // as nearly all are
+        return text;
     // The no-break spaces are those of one blank, of a digit's width and the narrow one, with which some languages
     // separate thousands and units.
     constexpr std::string_view around[] = {" ", "\t", "\r", "\n", "\u00A0", "\u2007", "\u202F"};
@@ -302,21 +319,18 @@ std::string inQuotes(const std::string& text)
 
 std::string csvField(std::string_view text, char separator)
 {
-    if (text.find_first_of(std::string{separator, '"', '\r', '\n'}) == std::string_view::npos)
-        return std::string(text);
-    std::string field = "\"";
-    for (const char c : text)
-        field += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return field + '"';
+    std::string field;
+    addCsvField(field, text, separator);
+    return field;
 }
 
 std::string csvText(const std::vector<std::string>& fields, char separator)
 {
-    std::string text;
+    std::string line;
     for (const std::string& field : fields) {
         if (&field != fields.data())
-            text += separator;
-        text += csvField(field, separator);
+            line += separator;
+        addCsvField(line, field, separator);
     }
-    return text;
+    return line;
 }

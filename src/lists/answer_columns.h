@@ -11,7 +11,7 @@
 struct FilledColumn
 {
     std::size_t column; ///< in `listColumns`
-    std::string (*text)(const FreshSizing& sizing);
+    std::string_view (*text)(const FreshSizing& sizing);
 };
 
 /// All of them, in the order of `listColumns`.

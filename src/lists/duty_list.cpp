@@ -53,6 +53,7 @@ DutyList::DutyList(std::istream& list, std::string dataFile)
 {
     expectDataFile();
     tables_ = tablesLabel(store_);
+    tablesText_ = tables_ ? tables_->label : "not labelled";
 }
 
 ListHeader DutyList::readHeader()
@@ -167,8 +168,12 @@ void DutyList::noteTaken(const Entries& entries, const FreshSizing& sizing)
         const bool isSaid = (column == columnOf(Choice::unitSystem) && header_.unit.system != nullptr) ||
                             (column == columnOf(Choice::pressUnits) && header_.unit.pressure != nullptr) ||
                             column == gravity || (column == gas && !trimmed(entries[gravity]).empty());
-        if (!isSaid && trimmed(entries[column]).empty())
-            ++taken_[column][filled.text(sizing)];
+        if (isSaid || !trimmed(entries[column]).empty())
+            continue;
+        auto& texts = taken_[column];
+        const std::string_view text = filled.text(sizing);
+        const auto known = texts.find(text);
+        ++(known != texts.end() ? known->second : texts[std::string(text)]);
     }
 }
 
@@ -210,14 +215,14 @@ std::string DutyList::answer(const SizedDuty& duty) const
         const std::size_t place = header_.places[filled.column];
         if (!duty.sizing || place == ListHeader::nowhere || !trimmed(fields[place]).empty())
             continue;
-        if (std::string text = filled.text(*duty.sizing); !text.empty()) {
-            filledIn += (filledIn.empty() ? "" : betweenParts);
+        if (const std::string_view text = filled.text(*duty.sizing); !text.empty()) {
+            if (!filledIn.empty())
+                filledIn += betweenParts;
             filledIn += filledInPart(filled.column, text);
-            fields[place] = std::move(text);
+            fields[place] = text;
         }
     }
-    const std::string tables = tables_ ? tables_->label : "not labelled";
-    const AnswerParts parts{duty, filledIn, tables};
+    const AnswerParts parts{duty, filledIn, tablesText_};
     for (std::size_t at = 0; at < fields.size(); ++at)
         if (const ListHeader::Column& column = header_.columns[at]; column.kind == ListHeader::Kind::answer)
             fields[at] = answerColumns()[column.number].text(parts);

@@ -7,6 +7,7 @@
 #include "lists/sized_duty.h"
 
 #include <cstddef>
+#include <functional>
 #include <istream>
 #include <map>
 #include <optional>
@@ -82,5 +83,7 @@ private:
     std::size_t filledInAt_; ///< of the columns with these names; `ListHeader::nowhere` without them
     std::size_t commentsAt_;
     std::optional<TablesLabel> tables_;
-    std::map<std::size_t, std::map<std::string, std::size_t>> taken_; ///< by column and text: in how many rows
+    std::string tablesText_; ///< what the answer says of them
+    std::map<std::size_t, std::map<std::string, std::size_t, std::less<>>>
+        taken_; ///< by column and text: in how many rows
 };
