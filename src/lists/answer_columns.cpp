@@ -89,7 +89,11 @@ std::span<const AnswerColumn> answerColumns()
     return columns;
 }
 
-std::string filledInPart(std::size_t column, std::string_view text)
+void addFilledIn(std::string& all, std::size_t column, std::string_view text)
 {
-    return (std::string(listColumns[column].name) += ' ') += text;
+    if (!all.empty())
+        all += betweenParts;
+    all += listColumns[column].name;
+    all += ' ';
+    all += text;
 }

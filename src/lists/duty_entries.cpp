@@ -31,9 +31,8 @@ bool isIn(const Texts& texts, std::string_view text)
 
 std::vector<const Offer*> allOffers()
 {
-    std::vector<const Offer*> all;
-    for (const Offer& offer : offers)
-        all.push_back(&offer);
+    std::vector<const Offer*> all(std::size(offers));
+    std::ranges::transform(offers, all.begin(), [](const Offer& offer) { return &offer; });
     return all;
 }
 

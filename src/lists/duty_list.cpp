@@ -122,17 +122,21 @@ std::string DutyList::misfit(CsvRow& row) const
     return reason;
 }
 
-/// In a row of an answer, what the program had filled in is no entry, unless it was changed since.
+/// In a row of an answer, what the program had filled in is no entry, unless it was changed since. A spreadsheet may
+/// have written the answer anew with another decimal mark.
 void DutyList::emptyWhatWasFilledIn(std::vector<std::string>& fields) const
 {
     if (filledInAt_ >= fields.size())
         return;
-    const std::string& filledIn = fields[filledInAt_];
+    std::string filledIn = fields[filledInAt_];
+    std::ranges::replace(filledIn, ',', '.');
     for (const FilledColumn& filled : filledColumns()) {
         const std::size_t place = header_.places[filled.column];
         if (place >= fields.size() || trimmed(fields[place]).empty())
             continue;
-        const std::string part = filledInPart(filled.column, trimmed(fields[place]));
+        std::string part;
+        addFilledIn(part, filled.column, trimmed(fields[place]));
+        std::ranges::replace(part, ',', '.');
         const std::size_t at = filledIn.find(part);
         const std::string_view rest = std::string_view(filledIn).substr(std::min(filledIn.size(), at + part.size()));
         if (at != std::string::npos && (rest.empty() || rest.starts_with(betweenParts)))
@@ -206,7 +210,9 @@ std::string DutyList::answerHeader() const
 
 std::string DutyList::answer(const SizedDuty& duty) const
 {
-    std::vector<std::string> fields = duty.row.fields;
+    std::vector<std::string> fields;
+    fields.reserve(header_.columns.size());
+    fields = duty.row.fields;
     if (fields.empty())
         fields.push_back(duty.row.broken);
     fields.resize(header_.columns.size());
@@ -216,9 +222,7 @@ std::string DutyList::answer(const SizedDuty& duty) const
         if (!duty.sizing || place == ListHeader::nowhere || !trimmed(fields[place]).empty())
             continue;
         if (const std::string_view text = filled.text(*duty.sizing); !text.empty()) {
-            if (!filledIn.empty())
-                filledIn += betweenParts;
-            filledIn += filledInPart(filled.column, text);
+            addFilledIn(filledIn, filled.column, text);
             fields[place] = text;
         }
     }
