@@ -97,29 +97,41 @@ std::optional<SizedDuty> DutyList::next()
     return duty;
 }
 
-/// Why the fields of a row do not stand below the columns, "" when they do. Such a row becomes one text; in an answer,
-/// where this text is the first field, it is refused for the same.
+/// Why the fields of a row do not stand below the columns, "" when they do. Such a row becomes one text. In an answer,
+/// a row that has nothing but this text is refused for the same.
 std::string DutyList::misfit(CsvRow& row) const
 {
     std::vector<std::string>& fields = row.fields;
+    if (fields.empty())
+        return brokenQuoting;
     const std::size_t count = fields.size();
     while (fields.size() > header_.given && fields.back().empty())
         fields.pop_back();
-    std::string reason = fields.empty() ? brokenQuoting : fields.size() > header_.given ? tooManyFields(count) : "";
-    if (fields.size() > header_.given)
+    std::string reason;
+    if (fields.size() > header_.given) {
+        reason = tooManyFields(count);
         row.broken = csvText(fields, format_.separator);
-    if (reason.empty() && commentsAt_ < fields.size()) {
-        std::istringstream text(fields.front());
+    } else if (commentsAt_ < fields.size() && !fields[commentsAt_].empty() && hasOneText(fields)) {
+        row.broken = fields[header_.firstGiven];
+        std::istringstream text(row.broken);
         CsvRow earlier;
-        if (CsvReader(text, format_.separator).next(earlier))
-            reason = earlier.fields.empty() ? brokenQuoting : tooManyFields(earlier.fields.size());
+        CsvReader(text, format_.separator).next(earlier);
+        reason = earlier.fields.empty() ? brokenQuoting : tooManyFields(earlier.fields.size());
         if (reason != fields[commentsAt_])
             return "";
-        row.broken = fields.front();
     }
     if (!reason.empty())
         fields.clear();
     return reason;
+}
+
+/// Whether the first field is the only one of the list's own with a text.
+bool DutyList::hasOneText(const std::vector<std::string>& fields) const
+{
+    for (std::size_t at = 0; at < fields.size(); ++at)
+        if (at != header_.firstGiven && header_.columns[at].kind != ListHeader::Kind::answer && !fields[at].empty())
+            return false;
+    return true;
 }
 
 /// In a row of an answer, what the program had filled in is no entry, unless it was changed since. A spreadsheet may
@@ -213,9 +225,9 @@ std::string DutyList::answer(const SizedDuty& duty) const
     std::vector<std::string> fields;
     fields.reserve(header_.columns.size());
     fields = duty.row.fields;
-    if (fields.empty())
-        fields.push_back(duty.row.broken);
     fields.resize(header_.columns.size());
+    if (duty.row.fields.empty())
+        fields[header_.firstGiven] = duty.row.broken;
     std::string filledIn;
     for (const FilledColumn& filled : filledColumns()) {
         const std::size_t place = header_.places[filled.column];

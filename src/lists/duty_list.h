@@ -71,6 +71,7 @@ private:
     ListHeader readHeader();
     void expectDataFile();
     std::string misfit(CsvRow& row) const;
+    bool hasOneText(const std::vector<std::string>& fields) const;
     void emptyWhatWasFilledIn(std::vector<std::string>& fields) const;
     void sizeRow(SizedDuty& duty);
     void noteTaken(const Entries& entries, const FreshSizing& sizing);

@@ -42,7 +42,8 @@ bool areCutShort(const std::vector<std::string>& words, const std::vector<std::s
     });
 }
 
-/// How far a header is from a column's name; `unlike` when it has nothing of it.
+/// How far a header is from a column's name, so that the nearest can be told: the number of slips, then words cut short
+/// or left out, words more, a word more with a slip. `unlike` when it is none of these.
 std::size_t distance(const std::vector<std::string>& words, const ListColumn& column)
 {
     const std::vector<std::string> name = wordsOf(column.name);
