@@ -124,11 +124,11 @@ const Offer& chosenOffer(const Entries& entries, const ListHeader& header)
     return *left.front();
 }
 
-/// Whether a text is a number with thousands separators.
+/// Whether a text is a number with thousands separators. Long ones are none, and may be more than the search can take.
 bool hasThousandsSeparators(const std::string& text)
 {
     static const std::regex separated("[+-]?[0-9]{1,3}(([ '.,]|\u2019|\u00A0|\u2009|\u202F)[0-9]{3})+([.,][0-9]+)?");
-    return std::regex_match(text, separated);
+    return text.size() < 50 && std::regex_match(text, separated);
 }
 
 /// A number as it is entered, "" where the row has none.

@@ -161,6 +161,10 @@ TEST(DutyList, RefusesListsThatCannotBeRead)
     const std::string longest(1 << 20, 'x');
     EXPECT_EQ(refusalOf("Gas\n" + longest), "none");
     EXPECT_EQ(refusalOf("Gas\n\n" + longest + 'x'), "3: a line of more than a million characters");
+    std::string figure = "1";
+    while (figure.size() < longest.size() / 4)
+        figure += " 000";
+    EXPECT_TRUE(answersTo("Pump Rate,Gas\n" + figure + ",\n").front().at("Comments").ends_with("like 1200.5"));
     EXPECT_EQ(refusalOf("Gas\n", "/nowhere"), "the valve tables cannot be read: nowhere is missing");
 }
 
