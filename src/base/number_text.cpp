@@ -27,7 +27,7 @@ std::string_view withoutBlanksAround(std::string_view text)
     constexpr std::string_view blanks[] = {" ",      "\t",     "\n",     "\r",
                                            "\u00a0", "\u2007", "\u2009", "\u200a",  // narrow and no-break ones
                                            "\u202f", "\u200b", "\u2060", "\ufeff"}; // and those of no width
-    if (!text.empty() && isDigit(text.front()) && isDigit(text.back())) // as nearly all numbers
+    if (!text.empty() && isDigit(text.front()) && isDigit(text.back()))             // as nearly all numbers
         return text;
     for (std::size_t before = text.size() + 1; before != text.size();) {
         before = text.size();
