@@ -42,6 +42,12 @@ bool areCutShort(const std::vector<std::string>& words, const std::vector<std::s
     });
 }
 
+/// Whether a header is the first letters of a name of more words, as "S.G." and "FP" are.
+bool isInitials(const std::string& header, const std::vector<std::string>& name)
+{
+    return name.size() > 1 && std::ranges::equal(header, name, {}, {}, [](const std::string& word) { return word[0]; });
+}
+
 /// How far a header is from a column's name, so that the nearest can be told: the number of slips, then words cut short
 /// or left out, words more, a word more with a slip. `unlike` when it is none of these.
 std::size_t distance(const std::vector<std::string>& words, const ListColumn& column)
@@ -51,7 +57,8 @@ std::size_t distance(const std::vector<std::string>& words, const ListColumn& co
     const std::size_t slips = slipsBetween(joined(words), text);
     if (slips <= (text.size() > 3 ? 2 : 1))
         return slips;
-    if (areCutShort(words, name) || joined(words) == joined(wordsOf(column.word)))
+    if (areCutShort(words, name) || joined(words) == joined(wordsOf(column.word)) ||
+        (column.isNumber && isInitials(joined(words), name)))
         return 3;
     const bool hasAll = std::ranges::all_of(
         name, [&](const std::string& word) { return std::ranges::find(words, word) != words.end(); });
