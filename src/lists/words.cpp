@@ -34,6 +34,30 @@ std::string joined(const std::vector<std::string>& words)
     return text;
 }
 
+/// How many slips make `one` of `other`: a letter more, less or another one, or two neighbours exchanged.
+std::size_t slipsBetween(std::string_view one, std::string_view other)
+{
+    // Of the table of distances between the beginnings of both, the last three rows are kept.
+    std::vector<std::size_t> beforeLast;
+    std::vector<std::size_t> last;
+    for (std::size_t i = 0; i <= one.size(); ++i) {
+        std::vector<std::size_t> row(other.size() + 1, i);
+        for (std::size_t j = 1; j <= other.size(); ++j) {
+            if (i == 0) {
+                row[j] = j;
+                continue;
+            }
+            const std::size_t changed = last[j - 1] + (one[i - 1] == other[j - 1] ? 0 : 1);
+            row[j] = std::min({changed, last[j] + 1, row[j - 1] + 1});
+            if (i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1])
+                row[j] = std::min(row[j], beforeLast[j - 2] + 1);
+        }
+        beforeLast = std::move(last);
+        last = std::move(row);
+    }
+    return last.back();
+}
+
 /// Whether every word is the beginning of the one at its place, as in "Spec. Grav.".
 bool areCutShort(const std::vector<std::string>& words, const std::vector<std::string>& whole)
 {
@@ -81,29 +105,6 @@ std::string listed(const std::vector<std::string>& names, const char* lastOne)
     for (std::size_t at = 0; at < names.size(); ++at)
         text += (at == 0 ? "" : at + 1 == names.size() ? lastOne : ", ") + names[at];
     return text;
-}
-
-std::size_t slipsBetween(std::string_view one, std::string_view other)
-{
-    // Of the table of distances between the beginnings of both, the last three rows are kept.
-    std::vector<std::size_t> beforeLast;
-    std::vector<std::size_t> last;
-    for (std::size_t i = 0; i <= one.size(); ++i) {
-        std::vector<std::size_t> row(other.size() + 1, i);
-        for (std::size_t j = 1; j <= other.size(); ++j) {
-            if (i == 0) {
-                row[j] = j;
-                continue;
-            }
-            const std::size_t changed = last[j - 1] + (one[i - 1] == other[j - 1] ? 0 : 1);
-            row[j] = std::min({changed, last[j] + 1, row[j - 1] + 1});
-            if (i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1])
-                row[j] = std::min(row[j], beforeLast[j - 2] + 1);
-        }
-        beforeLast = std::move(last);
-        last = std::move(row);
-    }
-    return last.back();
 }
 
 std::optional<std::size_t> resembledColumn(std::string_view header)
