@@ -51,6 +51,13 @@ if(NOT status EQUAL 2 OR EXISTS ${DIR}/none.csv OR NOT errors MATCHES "misspelt.
     message(SEND_ERROR "exit status ${status}: ${errors}")
 endif()
 
+# What was taken for granted, and the columns of the user's own, are told at the end.
+file(WRITE ${DIR}/defaults.csv "Pump Rate,Site\n1,a\n2,b\n")
+execute_process(COMMAND ${SIZE_VALVES} ${DIR}/defaults.csv OUTPUT_QUIET ERROR_VARIABLE errors)
+if(NOT errors MATCHES "size_valves: no column Units of Measure: US taken for 2 rows\n.*carried through: \"Site\"\n")
+    message(SEND_ERROR "told at the end: ${errors}")
+endif()
+
 # What the system does not take or give is told with its reason: a closed stream, a full disk.
 foreach(case "$0 - <&- = standard input: Bad file descriptor"
              "$0 ${DIR}/tanks.csv <&- >&- = standard output: Bad file descriptor"

@@ -62,6 +62,9 @@ std::string utf8Of(char32_t character)
 
 std::string_view without(std::span<const std::string_view> blanks, std::string_view text)
 {
+    const auto isSign = [](char c) { return c > ' ' && c < '\x7F'; };
+    if (text.empty() || (isSign(text.front()) && isSign(text.back()))) // as nearly all are
+        return text;
     for (std::size_t before = text.size() + 1; before != text.size();) {
         before = text.size();
         for (const std::string_view blank : blanks) {

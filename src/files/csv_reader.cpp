@@ -142,6 +142,17 @@ CsvFormat lookAtStart(std::istream& in)
     return format;
 }
 
+/// Adds a field to a line, quoted where it must be.
+void addCsvField(std::string& line, std::string_view text, char separator)
+{
+    const auto wantsQuotes = [&](char c) { return c == separator || c == '"' || c == '\r' || c == '\n'; };
+    if (std::ranges::none_of(text, wantsQuotes)) {
+        line += text;
+        return;
+    }
+    line += inDoubledQuotes(text);
+}
+
 } // namespace
 
 CsvFormat findCsvFormat(std::istream& in, CsvKind (*kindOf)(std::string_view name), const CsvKnown& known)
@@ -258,18 +269,18 @@ bool CsvReader::next(CsvRow& row)
 
 std::string csvField(std::string_view text, char separator)
 {
-    if (text.find_first_of(std::string{separator, '"', '\r', '\n'}) == std::string_view::npos)
-        return std::string(text);
-    return inDoubledQuotes(text);
+    std::string field;
+    addCsvField(field, text, separator);
+    return field;
 }
 
 std::string csvText(const std::vector<std::string>& fields, char separator)
 {
-    std::string text;
+    std::string line;
     for (const std::string& field : fields) {
         if (&field != fields.data())
-            text += separator;
-        text += csvField(field, separator);
+            line += separator;
+        addCsvField(line, field, separator);
     }
-    return text;
+    return line;
 }

@@ -3,15 +3,26 @@
 namespace
 {
 
-const FilledColumn filled[] = {
-    {columnOf(Choice::valveModel), [](const FreshSizing& sizing) { return sizing.state.ValveModel; }},
-    {columnOf(Choice::valveType), [](const FreshSizing& sizing) { return sizing.state.ValveType; }},
-    {columnOf(Choice::sizingMethod), [](const FreshSizing& sizing) { return sizing.state.SizingMethod; }},
-    {columnOf(Choice::unitSystem), [](const FreshSizing& sizing) { return sizing.state.UnitSystem; }},
-    {columnOf(Choice::pressUnits), [](const FreshSizing& sizing) { return sizing.state.PressUnits; }},
-    {columnOf(Box::cmbBlanketingGas),
-     [](const FreshSizing& sizing) { return sizing.screen.text(Box::cmbBlanketingGas); }},
-    {columnOf(Box::txtSpecGrav), [](const FreshSizing& sizing) { return sizing.screen.text(Box::txtSpecGrav); }},
+template <std::string SizingState::*field>
+std::string_view stored(const FreshSizing& sizing)
+{
+    return sizing.state.*field;
+}
+
+template <Box box>
+std::string_view entered(const FreshSizing& sizing)
+{
+    return sizing.screen.boxes.at(box);
+}
+
+constexpr FilledColumn filled[] = {
+    {columnOf(Choice::valveModel), stored<&SizingState::ValveModel>},
+    {columnOf(Choice::valveType), stored<&SizingState::ValveType>},
+    {columnOf(Choice::sizingMethod), stored<&SizingState::SizingMethod>},
+    {columnOf(Choice::unitSystem), stored<&SizingState::UnitSystem>},
+    {columnOf(Choice::pressUnits), stored<&SizingState::PressUnits>},
+    {columnOf(Box::cmbBlanketingGas), entered<Box::cmbBlanketingGas>},
+    {columnOf(Box::txtSpecGrav), entered<Box::txtSpecGrav>},
 };
 
 constexpr const char* statusNames[] = {"sized", "refused", "failed"}; // in the order of SizedDuty::Status
@@ -78,7 +89,11 @@ std::span<const AnswerColumn> answerColumns()
     return columns;
 }
 
-std::string filledInPart(std::size_t column, std::string_view text)
+void addFilledIn(std::string& all, std::size_t column, std::string_view text)
 {
-    return std::string(listColumns[column].name) + ' ' + std::string(text);
+    if (!all.empty())
+        all += betweenParts;
+    all += listColumns[column].name;
+    all += ' ';
+    all += text;
 }

@@ -11,7 +11,7 @@
 struct FilledColumn
 {
     std::size_t column; ///< in `listColumns`
-    std::string (*text)(const FreshSizing& sizing);
+    std::string_view (*text)(const FreshSizing& sizing);
 };
 
 /// All of them, in the order of `listColumns`.
@@ -21,7 +21,7 @@ std::span<const FilledColumn> filledColumns();
 struct AnswerParts
 {
     const SizedDuty& duty;
-    const std::string& filledIn; ///< of `filledInPart`
+    const std::string& filledIn; ///< by `addFilledIn`
     const std::string& tables;   ///< their label
 };
 
@@ -39,6 +39,6 @@ std::span<const AnswerColumn> answerColumns();
 inline constexpr const char* filledInName = "Filled In";
 inline constexpr const char* commentsName = "Comments";
 
-/// What the column "Filled In" says of one field, and what stands between two of them.
-std::string filledInPart(std::size_t column, std::string_view text);
+/// Adds what the column "Filled In" says of one field. `betweenParts` is between two of them.
+void addFilledIn(std::string& all, std::size_t column, std::string_view text);
 inline constexpr std::string_view betweenParts = " | ";

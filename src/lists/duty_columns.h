@@ -70,8 +70,7 @@ template <typename Target>
 constexpr std::size_t columnOf(Target target)
 {
     const auto isIt = [&](const ListColumn& column) {
-        const Target* const found = std::get_if<Target>(&column.target);
-        return found != nullptr && *found == target;
+        return std::holds_alternative<Target>(column.target) && std::get<Target>(column.target) == target;
     };
     return static_cast<std::size_t>(std::ranges::find_if(listColumns, isIt) - listColumns);
 }

@@ -26,20 +26,23 @@ using Texts = std::vector<const char*>;
 
 bool isIn(const Texts& texts, std::string_view text)
 {
-    return std::ranges::any_of(texts, [&](const char* one) { return text == one; });
+    return std::ranges::find(texts, text) != texts.end();
 }
 
-/// What the offers have for one step, those of `chosen` for the steps before.
-Texts offered(std::size_t step, const Texts& chosen)
+std::vector<const Offer*> allOffers()
+{
+    std::vector<const Offer*> all(std::size(offers));
+    std::ranges::transform(offers, all.begin(), [](const Offer& offer) { return &offer; });
+    return all;
+}
+
+/// What offers have for one step.
+Texts textsOf(const std::vector<const Offer*>& some, std::size_t step)
 {
     Texts texts;
-    for (const Offer& offer : offers) {
-        bool isLeft = true;
-        for (std::size_t before = 0; before < chosen.size() && isLeft; ++before)
-            isLeft = std::string_view(chosen[before]) == offer.*steps[before].text;
-        if (isLeft && !isIn(texts, offer.*steps[step].text))
-            texts.push_back(offer.*steps[step].text);
-    }
+    for (const Offer* const offer : some)
+        if (const char* const text = offer->*steps[step].text; !isIn(texts, text))
+            texts.push_back(text);
     return texts;
 }
 
@@ -53,8 +56,9 @@ std::string listedOf(const Texts& texts, const char* lastOne = " or ")
 const char* meant(std::string_view entry, const Texts& texts)
 {
     for (const char* const text : texts) {
-        const UnitSystem* const units = unitsOf(text);
-        if (isAlike(entry, text) || (units != nullptr && isAlike(entry, units->option)))
+        if (isAlike(entry, text))
+            return text;
+        if (const UnitSystem* const units = unitsOf(text); units != nullptr && isAlike(entry, units->option))
             return text;
     }
     return nullptr;
@@ -99,7 +103,7 @@ const char* choose(Choice choice, const Entries& entries, const ListHeader& head
 /// What can be chosen in a step, for the message that refuses `entry`.
 std::string canBeIn(std::size_t step, std::string_view entry, const Texts& texts, const Texts& chosen)
 {
-    const Texts all = offered(step, {});
+    const Texts all = textsOf(allOffers(), step);
     if (all.size() == texts.size())
         return "it is " + listedOf(all);
     const std::string here = "for " + listedOf(chosen, " and ") + " it is " + listedOf(texts);
@@ -109,20 +113,22 @@ std::string canBeIn(std::size_t step, std::string_view entry, const Texts& texts
 /// The choices are made in the order of the setup screen; its defaults are the first of each.
 const Offer& chosenOffer(const Entries& entries, const ListHeader& header)
 {
+    std::vector<const Offer*> left = allOffers();
     Texts chosen;
     for (std::size_t step = 0; step < std::size(steps); ++step) {
-        const Texts texts = offered(step, chosen);
+        const Texts texts = textsOf(left, step);
         const auto canBe = [&](std::string_view entry) { return canBeIn(step, entry, texts, chosen); };
-        chosen.push_back(choose(steps[step].choice, entries, header, texts, canBe));
+        const std::string_view text = chosen.emplace_back(choose(steps[step].choice, entries, header, texts, canBe));
+        std::erase_if(left, [&](const Offer* offer) { return text != offer->*steps[step].text; });
     }
-    return *findOffer(chosen[0], chosen[1], chosen[3]); // a unit of pressure belongs to one system
+    return *left.front();
 }
 
-/// Whether a text is a number with thousands separators.
+/// Whether a text is a number with thousands separators. Long ones are none, and may be more than the search can take.
 bool hasThousandsSeparators(const std::string& text)
 {
     static const std::regex separated("[+-]?[0-9]{1,3}(([ '.,]|\u2019|\u00A0|\u2009|\u202F)[0-9]{3})+([.,][0-9]+)?");
-    return std::regex_match(text, separated);
+    return text.size() < 50 && std::regex_match(text, separated);
 }
 
 /// A number as it is entered, "" where the row has none.

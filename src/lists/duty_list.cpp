@@ -53,6 +53,7 @@ DutyList::DutyList(std::istream& list, std::string dataFile, const CsvKnown& kno
 {
     expectDataFile();
     tables_ = tablesLabel(store_);
+    tablesText_ = tables_ ? tables_->label : "not labelled";
 }
 
 ListHeader DutyList::readHeader()
@@ -96,42 +97,58 @@ std::optional<SizedDuty> DutyList::next()
     return duty;
 }
 
-/// Why the fields of a row do not stand below the columns, "" when they do. Such a row becomes one text; in an answer,
-/// where this text is the first field, it is refused for the same.
+/// Why the fields of a row do not stand below the columns, "" when they do. Such a row becomes one text. In an answer,
+/// a row that has nothing but this text is refused for the same.
 std::string DutyList::misfit(CsvRow& row) const
 {
     std::vector<std::string>& fields = row.fields;
+    if (fields.empty())
+        return brokenQuoting;
     const std::size_t count = fields.size();
     while (fields.size() > header_.given && fields.back().empty())
         fields.pop_back();
-    std::string reason = fields.empty() ? brokenQuoting : fields.size() > header_.given ? tooManyFields(count) : "";
-    if (fields.size() > header_.given)
+    std::string reason;
+    if (fields.size() > header_.given) {
+        reason = tooManyFields(count);
         row.broken = csvText(fields, format_.separator);
-    if (reason.empty() && commentsAt_ < fields.size()) {
-        std::istringstream text(fields.front());
+    } else if (commentsAt_ < fields.size() && !fields[commentsAt_].empty() && hasOneText(fields)) {
+        row.broken = fields[header_.firstGiven];
+        std::istringstream text(row.broken);
         CsvRow earlier;
-        if (CsvReader(text, format_.separator).next(earlier))
-            reason = earlier.fields.empty() ? brokenQuoting : tooManyFields(earlier.fields.size());
+        CsvReader(text, format_.separator).next(earlier);
+        reason = earlier.fields.empty() ? brokenQuoting : tooManyFields(earlier.fields.size());
         if (reason != fields[commentsAt_])
             return "";
-        row.broken = fields.front();
     }
     if (!reason.empty())
         fields.clear();
     return reason;
 }
 
-/// In a row of an answer, what the program had filled in is no entry, unless it was changed since.
+/// Whether the first field is the only one of the list's own with a text.
+bool DutyList::hasOneText(const std::vector<std::string>& fields) const
+{
+    for (std::size_t at = 0; at < fields.size(); ++at)
+        if (at != header_.firstGiven && header_.columns[at].kind != ListHeader::Kind::answer && !fields[at].empty())
+            return false;
+    return true;
+}
+
+/// In a row of an answer, what the program had filled in is no entry, unless it was changed since. A spreadsheet may
+/// have written the answer anew with another decimal mark.
 void DutyList::emptyWhatWasFilledIn(std::vector<std::string>& fields) const
 {
     if (filledInAt_ >= fields.size())
         return;
-    const std::string& filledIn = fields[filledInAt_];
+    std::string filledIn = fields[filledInAt_];
+    std::ranges::replace(filledIn, ',', '.');
     for (const FilledColumn& filled : filledColumns()) {
         const std::size_t place = header_.places[filled.column];
         if (place >= fields.size() || trimmed(fields[place]).empty())
             continue;
-        const std::string part = filledInPart(filled.column, trimmed(fields[place]));
+        std::string part;
+        addFilledIn(part, filled.column, trimmed(fields[place]));
+        std::ranges::replace(part, ',', '.');
         const std::size_t at = filledIn.find(part);
         const std::string_view rest = std::string_view(filledIn).substr(std::min(filledIn.size(), at + part.size()));
         if (at != std::string::npos && (rest.empty() || rest.starts_with(betweenParts)))
@@ -167,8 +184,12 @@ void DutyList::noteTaken(const Entries& entries, const FreshSizing& sizing)
         const bool isSaid = (column == columnOf(Choice::unitSystem) && header_.unit.system != nullptr) ||
                             (column == columnOf(Choice::pressUnits) && header_.unit.pressure != nullptr) ||
                             column == gravity || (column == gas && !trimmed(entries[gravity]).empty());
-        if (!isSaid && trimmed(entries[column]).empty())
-            ++taken_[column][filled.text(sizing)];
+        if (isSaid || !trimmed(entries[column]).empty())
+            continue;
+        auto& texts = taken_[column];
+        const std::string_view text = filled.text(sizing);
+        const auto known = texts.find(text);
+        ++(known != texts.end() ? known->second : texts[std::string(text)]);
     }
 }
 
@@ -201,23 +222,23 @@ std::vector<std::string> DutyList::answerNames() const
 
 std::vector<std::string> DutyList::answerFields(const SizedDuty& duty) const
 {
-    std::vector<std::string> fields = duty.row.fields;
-    if (fields.empty())
-        fields.push_back(duty.row.broken);
+    std::vector<std::string> fields;
+    fields.reserve(header_.columns.size());
+    fields = duty.row.fields;
     fields.resize(header_.columns.size());
+    if (duty.row.fields.empty())
+        fields[header_.firstGiven] = duty.row.broken;
     std::string filledIn;
     for (const FilledColumn& filled : filledColumns()) {
         const std::size_t place = header_.places[filled.column];
         if (!duty.sizing || place == ListHeader::nowhere || !trimmed(fields[place]).empty())
             continue;
-        if (std::string text = filled.text(*duty.sizing); !text.empty()) {
-            filledIn += (filledIn.empty() ? "" : betweenParts);
-            filledIn += filledInPart(filled.column, text);
-            fields[place] = std::move(text);
+        if (const std::string_view text = filled.text(*duty.sizing); !text.empty()) {
+            addFilledIn(filledIn, filled.column, text);
+            fields[place] = text;
         }
     }
-    const std::string tables = tables_ ? tables_->label : "not labelled";
-    const AnswerParts parts{duty, filledIn, tables};
+    const AnswerParts parts{duty, filledIn, tablesText_};
     for (std::size_t at = 0; at < fields.size(); ++at)
         if (const ListHeader::Column& column = header_.columns[at]; column.kind == ListHeader::Kind::answer)
             fields[at] = answerColumns()[column.number].text(parts);

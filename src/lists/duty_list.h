@@ -7,6 +7,7 @@
 #include "lists/sized_duty.h"
 
 #include <cstddef>
+#include <functional>
 #include <istream>
 #include <map>
 #include <optional>
@@ -68,7 +69,7 @@ public:
     std::string added(const SizedDuty& duty) const;
 
     /// Whether the list has most of the answer's columns.
-    bool isAnswer() const { return header_.isAnswer; }
+    bool isAnswer() const { return header_.isAnswer(); }
 
     /// The columns that a row needs and the header lacks: "Pump Rate", "Pressure"; by API-2000 "Tank Volume".
     std::vector<std::string> lacking() const;
@@ -81,6 +82,7 @@ private:
     ListHeader readHeader();
     void expectDataFile();
     std::string misfit(CsvRow& row) const;
+    bool hasOneText(const std::vector<std::string>& fields) const;
     void emptyWhatWasFilledIn(std::vector<std::string>& fields) const;
     void sizeRow(SizedDuty& duty);
     void noteTaken(const Entries& entries, const FreshSizing& sizing);
@@ -96,5 +98,7 @@ private:
     std::size_t filledInAt_; ///< of the columns with these names; `ListHeader::nowhere` without them
     std::size_t commentsAt_;
     std::optional<TablesLabel> tables_;
-    std::map<std::size_t, std::map<std::string, std::size_t>> taken_; ///< by column and text: in how many rows
+    std::string tablesText_; ///< what the answer says of them
+    std::map<std::size_t, std::map<std::string, std::size_t, std::less<>>>
+        taken_; ///< by column and text: in how many rows
 };

@@ -58,7 +58,6 @@ ListHeader::ListHeader(const CsvRow& row)
         const std::string place = "column " + std::to_string(at + 1) + ", " + inQuotes(name);
         if (ofAnswer[at] != nowhere) {
             columns.push_back({name, Kind::answer, ofAnswer[at]});
-            isAnswer = true;
             continue;
         }
         const auto named = namedColumn(name);
@@ -79,6 +78,8 @@ ListHeader::ListHeader(const CsvRow& row)
     if (!all.empty())
         throw CsvProblem(row.line, all);
     given = columns.size();
+    const auto first = std::ranges::find_if(columns, [](const Column& one) { return one.kind != Kind::answer; });
+    firstGiven = static_cast<std::size_t>(first - columns.begin());
     addWhatIsLacking();
 }
 
@@ -126,6 +127,12 @@ void ListHeader::addWhatIsLacking()
         if (!isSaid && placeOfAnswer(column.name) == nowhere)
             columns.push_back({column.name, Kind::answer, number});
     }
+}
+
+bool ListHeader::isAnswer() const
+{
+    const auto last = columns.begin() + static_cast<std::ptrdiff_t>(given);
+    return std::any_of(columns.begin(), last, [](const Column& one) { return one.kind == Kind::answer; });
 }
 
 std::size_t ListHeader::placeOfAnswer(std::string_view name) const

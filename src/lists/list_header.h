@@ -29,7 +29,7 @@ struct ListHeader
     std::vector<Column> columns;                              ///< of the answer: those of the list, then what it lacks
     std::size_t given = 0;                                    ///< how many of them the list has
     std::array<std::size_t, std::size(listColumns)> places{}; ///< of each duty column in `columns`, or `nowhere`
-    bool isAnswer = false;                                    ///< the list has most of the answer's columns
+    std::size_t firstGiven = 0;                               ///< of `columns`, the first that is not made anew
 
     HeaderUnit unit;        ///< that columns of the list name
     std::string systemBy;   ///< the header that says the unit system
@@ -41,6 +41,9 @@ struct ListHeader
 
     /// Whether the list itself has the column.
     bool has(std::size_t column) const { return places[column] < given; }
+
+    /// Whether the list is an answer, with columns that are made anew.
+    bool isAnswer() const;
 
     /// Where a column of the answer is; `nowhere` when the list has none.
     std::size_t placeOfAnswer(std::string_view name) const;

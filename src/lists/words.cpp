@@ -34,6 +34,30 @@ std::string joined(const std::vector<std::string>& words)
     return text;
 }
 
+/// How many slips make `one` of `other`: a letter more, less or another one, or two neighbours exchanged.
+std::size_t slipsBetween(std::string_view one, std::string_view other)
+{
+    // Of the table of distances between the beginnings of both, the last three rows are kept.
+    std::vector<std::size_t> beforeLast;
+    std::vector<std::size_t> last;
+    for (std::size_t i = 0; i <= one.size(); ++i) {
+        std::vector<std::size_t> row(other.size() + 1, i);
+        for (std::size_t j = 1; j <= other.size(); ++j) {
+            if (i == 0) {
+                row[j] = j;
+                continue;
+            }
+            const std::size_t changed = last[j - 1] + (one[i - 1] == other[j - 1] ? 0 : 1);
+            row[j] = std::min({changed, last[j] + 1, row[j - 1] + 1});
+            if (i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1])
+                row[j] = std::min(row[j], beforeLast[j - 2] + 1);
+        }
+        beforeLast = std::move(last);
+        last = std::move(row);
+    }
+    return last.back();
+}
+
 /// Whether every word is the beginning of the one at its place, as in "Spec. Grav.".
 bool areCutShort(const std::vector<std::string>& words, const std::vector<std::string>& whole)
 {
@@ -42,7 +66,14 @@ bool areCutShort(const std::vector<std::string>& words, const std::vector<std::s
     });
 }
 
-/// How far a header is from a column's name; `unlike` when it has nothing of it.
+/// Whether a header is the first letters of a name of more words, as "S.G." and "FP" are.
+bool isInitials(const std::string& header, const std::vector<std::string>& name)
+{
+    return name.size() > 1 && std::ranges::equal(header, name, {}, {}, [](const std::string& word) { return word[0]; });
+}
+
+/// How far a header is from a column's name, so that the nearest can be told: the number of slips, then words cut short
+/// or left out, words more, a word more with a slip. `unlike` when it is none of these.
 std::size_t distance(const std::vector<std::string>& words, const ListColumn& column)
 {
     const std::vector<std::string> name = wordsOf(column.name);
@@ -50,7 +81,8 @@ std::size_t distance(const std::vector<std::string>& words, const ListColumn& co
     const std::size_t slips = slipsBetween(joined(words), text);
     if (slips <= (text.size() > 3 ? 2 : 1))
         return slips;
-    if (areCutShort(words, name) || joined(words) == joined(wordsOf(column.word)))
+    if (areCutShort(words, name) || joined(words) == joined(wordsOf(column.word)) ||
+        (column.isNumber && isInitials(joined(words), name)))
         return 3;
     const bool hasAll = std::ranges::all_of(
         name, [&](const std::string& word) { return std::ranges::find(words, word) != words.end(); });
@@ -81,32 +113,9 @@ std::string sentences(const std::vector<std::string>& notes)
     for (const std::string& note : notes) {
         text += '\n' + note + '.';
         char& first = text[text.size() - note.size() - 1];
-        first = first >= 'a' && first <= 'z' ? static_cast<char>(first - 'a' + 'A') : first;
+        first = upperCase(first);
     }
     return text;
-}
-
-std::size_t slipsBetween(std::string_view one, std::string_view other)
-{
-    // Of the table of distances between the beginnings of both, the last three rows are kept.
-    std::vector<std::size_t> beforeLast;
-    std::vector<std::size_t> last;
-    for (std::size_t i = 0; i <= one.size(); ++i) {
-        std::vector<std::size_t> row(other.size() + 1, i);
-        for (std::size_t j = 1; j <= other.size(); ++j) {
-            if (i == 0) {
-                row[j] = j;
-                continue;
-            }
-            const std::size_t changed = last[j - 1] + (one[i - 1] == other[j - 1] ? 0 : 1);
-            row[j] = std::min({changed, last[j] + 1, row[j - 1] + 1});
-            if (i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1])
-                row[j] = std::min(row[j], beforeLast[j - 2] + 1);
-        }
-        beforeLast = std::move(last);
-        last = std::move(row);
-    }
-    return last.back();
 }
 
 std::optional<std::size_t> resembledColumn(std::string_view header)
