@@ -9,6 +9,7 @@
 #include "app/main_form.h"
 #include "app/menu_bell.h"
 #include "app/setup_form.h"
+#include "app/verification_dialog.h"
 #include "base/message_box.h"
 #include "capacity/tables_label.h"
 #include "platform/about.h"
@@ -159,6 +160,7 @@ QMenuBar& Screens::addMenus(QWidget& form, MainForm* mainForm)
             [mainForm] { QGuiApplication::clipboard()->setText(mainForm->resultsText()); })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);
+    add(help, "&Verify...", {}, [this, &form] { showVerification(form, dataFile_); });
     add(help, "&About", {}, [this] { showAbout(messageBox_, dataFile_); });
     addContextMenu(form);
     addBoxHelp(form);
