@@ -1,12 +1,14 @@
-// What a click on "&Select Valve Size" costs beside the bare SQLite calls it cannot do without.
+// Compares the time of a click on "&Select Valve Size" with that of the bare SQLite calls that it
+// needs at least.
 //
-// Each line is one duty on data files of 1, 10 and 100 times the shipped rows. Its time is that of the whole click. Its
-// counters are the time of the bare calls in microseconds, the ratio of the two, and the time of the first click, which
-// checks the file. Click and bare calls take turns, so that both meet the same machine. For medians: benchmarks
-// --benchmark_repetitions=7 --benchmark_report_aggregates_only=true
+// Each line is one duty on data files of 1, 10 and 100 times the shipped rows. Its time is that of
+// the whole click. Its counters are the time of the bare calls in microseconds, the ratio of the
+// two, and the time of the first click, which checks the file. Click and bare calls take turns, so
+// that both meet the same machine. For medians: benchmarks --benchmark_repetitions=7
+// --benchmark_report_aggregates_only=true
 //
-// The lines that begin with "list" size a list of a thousand rows of the duty, CSV included. Their ratio is that of a
-// row to a click.
+// The lines that begin with "list" size a list of a thousand rows of the duty, CSV included. Their
+// ratio is that of a row to a click.
 
 #include "base/checked_math.h"
 #include "base/number_text.h"
@@ -18,7 +20,6 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <iostream>
@@ -32,11 +33,12 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-/// A duty of Series 63 with the blanketing gas that its capacity table is for: a table flow is then a flow of the duty.
+/// A duty of Series 63 with the blanketing gas that its capacity table is for: its flows are those
+/// of the table.
 struct Duty
 {
     const char* name;
-    const char* valveTable;
+    const Offer& offer;
     const char* method;
     const char* pumpRate;
     double pressure;
@@ -46,23 +48,17 @@ struct Duty
     double nextCv;         ///< the next of the series, when the first choice falls short; else 0
 };
 
+constexpr const Offer& padOffer = *findOffer(choice::series63, choice::pad, "PSI");
+constexpr const Offer& depadOffer = *findOffer(choice::series63, choice::depad, "mbar");
 const Duty duties[] = {
-    {"pad", "psi_Pad", choice::api2000, "100", 60, 10000, "", nullptr, 0},
-    {"pad, Cv stepped up", "psi_Pad", choice::directDisplacement, "700", 65, 0, "", nullptr, 4},
-    {"depad, large tank", "mbar_Depad", choice::api2000, "200", 100, 8500, "60", "MetriclargeTank", 0},
+    {"pad", padOffer, choice::api2000, "100", 60, 10000, "", nullptr, 0},
+    {"pad, Cv stepped up", padOffer, choice::directDisplacement, "700", 65, 0, "", nullptr, 4},
+    {"depad, large tank", depadOffer, choice::api2000, "200", 100, 8500, "60", "MetriclargeTank", 0},
 };
 
 constexpr int tankDepadHfp = 2; // column of both large-tank tables
 
 // --- The click ---
-
-const Offer& offerOf(const Duty& duty)
-{
-    return *std::ranges::find_if(offers, [&](const Offer& offer) {
-        return offer.valveTable == std::string_view(duty.valveTable) &&
-               offer.valveModel == std::string_view(choice::series63);
-    });
-}
 
 /// The program without its windows, at one duty.
 struct Program
@@ -71,8 +67,8 @@ struct Program
     std::string file;
     NumberText numbers;
     CapacityStore store{file, numbers};
-    FreshSizing sizing{offerOf(duty), duty.method, numbers};
-    std::chrono::duration<double> first{}; ///< click on the file: it pays for the check of the whole file
+    FreshSizing sizing{duty.offer, duty.method, numbers};
+    std::chrono::duration<double> first{}; ///< click on the file: it checks the whole file
 
     Program(const Duty& ofDuty, std::string onFile) : duty(ofDuty), file(std::move(onFile))
     {
@@ -88,7 +84,8 @@ struct Program
 
 // --- The bare calls ---
 
-/// One open of the data file: hands the rows of `sql` to `isLast` until it is satisfied. `cv` is bound when given.
+/// Opens the data file and hands the rows of `sql` to `isLast` until that gives true. Binds `cv` if
+/// there is one.
 template <typename IsLast>
 void walk(const std::string& file, const std::string& sql, std::optional<double> cv, IsLast isLast)
 {
@@ -105,8 +102,8 @@ void walk(const std::string& file, const std::string& sql, std::optional<double>
     sqlite3_close(connection);
 }
 
-/// A walk to the first row with at least `key` in column 0 and more than `flow` in `column`; gives the value of
-/// `column` at `key`, on the straight line between that row and the one before it.
+/// Walks to the first row with at least `key` in column 0 and more than `flow` in `column`. Gives
+/// the value of `column` at `key`, on the straight line between that row and the row before it.
 double interpolated(const std::string& file, const std::string& sql, std::optional<double> cv, double key, int column,
                     double flow)
 {
@@ -137,10 +134,10 @@ struct Valve
     bool operator==(const Valve&) const = default;
 };
 
-/// The opens, queries and walks of one click at `duty`, for the total flow that it showed.
+/// The opens, queries and walks of one click at `duty`, for the total flow that the click showed.
 Valve bareCalls(const std::string& file, const Duty& duty, double flow)
 {
-    const std::string name = duty.valveTable;
+    const std::string name = duty.offer.valveTable;
     const std::string table =
         "SELECT * FROM \"" + name + "\" INDEXED BY \"" + name + ".Index\" ORDER BY Pressure, flow";
     const std::string capacity = "Select * FROM " + name + " WHERE CV = ?1 ORDER BY Pressure ASC, flow ASC";
@@ -174,8 +171,8 @@ Valve bareCalls(const std::string& file, const Duty& duty, double flow)
 
 // --- The data files ---
 
-/// Puts rows on the straight lines between those of a table, evenly, up to {scale} times its rows. The gap that {at}
-/// falls into stays as it is: at {at}, the same rows are found and the same line is drawn.
+/// Adds rows on the straight lines between those of a table, up to {scale} times its rows. No row
+/// is added in the gap around {at}: there, a click finds the same rows as before.
 const char* const fillGaps = R"(
     WITH RECURSIVE
         point AS (SELECT *, lead({key}) OVER curve AS nextKey, lead({flow}) OVER curve AS nextFlow
@@ -200,7 +197,7 @@ std::string fill(std::string text, const std::map<std::string, std::string>& val
 void makeDataFile(const std::string& file, const Duty& duty, int scale)
 {
     std::filesystem::copy_file(CAPACITIES_FILE, file);
-    std::string sql = fill(fillGaps, {{"{table}", duty.valveTable},
+    std::string sql = fill(fillGaps, {{"{table}", duty.offer.valveTable},
                                       {"{key}", "Pressure"},
                                       {"{flow}", "flow"},
                                       {"{copied}", ", Bodysize, CV"},
@@ -215,7 +212,8 @@ void makeDataFile(const std::string& file, const Duty& duty, int scale)
                                {"{curve}", "0"},
                                {"{at}", std::to_string(duty.tankVolume)},
                                {"{scale}", std::to_string(scale)}});
-    sql = "BEGIN;" + sql + "DROP TABLE Checksum; PRAGMA application_id = 0; COMMIT"; // it does not know the added rows
+    // The checksum does not know the added rows.
+    sql = "BEGIN;" + sql + "DROP TABLE Checksum; PRAGMA application_id = 0; COMMIT";
     sqlite3* connection = nullptr;
     sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr);
     const int result = sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr);
@@ -223,13 +221,14 @@ void makeDataFile(const std::string& file, const Duty& duty, int scale)
     sqlite3_close(connection);
     if (result != SQLITE_OK)
         throw std::runtime_error(file + ": " + reason);
-    // So that the first click does not wait for the end of a change that is going on.
+    // The first click would wait for a file that was changed a moment ago.
     std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
 }
 
 // --- The measurement ---
 
-/// Clicks for the first time. Refuses to measure a click that selects nothing, or bare calls that find another valve.
+/// Clicks for the first time. Throws when the click selects no valve, or when the bare calls find
+/// another one.
 void check(Program& program)
 {
     const auto start = Clock::now();
@@ -267,7 +266,7 @@ void measure(benchmark::State& run, Program& program)
 /// A list with the same row again and again.
 std::string listOf(const Duty& duty, int rows)
 {
-    const Offer& offer = offerOf(duty);
+    const Offer& offer = duty.offer;
     const NumberText numbers;
     const std::string row = std::string(offer.valveModel) + ',' + offer.valveType + ',' + duty.method + ',' +
                             offer.unitSystem + ',' + offer.pressUnits + ',' + duty.pumpRate + ',' +
@@ -305,7 +304,7 @@ void measureList(benchmark::State& run, Program& program)
 
 void measureAll(const std::filesystem::path& directory)
 {
-    std::list<Program> programs; // outlive the registered measurements
+    std::list<Program> programs; // they are used until the last measurement
     for (const Duty& duty : duties)
         for (const int scale : {1, 10, 100}) {
             const std::string name = std::string(duty.name) + "/" + std::to_string(scale) + "x";

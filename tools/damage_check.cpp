@@ -1,8 +1,9 @@
-// Whether a damaged data file ever gives a wrong answer: damage_check [HOW MANY [FIRST SEED]]
+// Checks that a damaged data file never gives a wrong answer: damage_check [HOW MANY [FIRST SEED]]
 //
-// Sizes a few duties on the shipped file, then on copies damaged at random (seeded, so that a finding can be repeated)
-// and on copies cut short by 1 to 4,095 bytes, each seen for the first time. An answer must be the right one, a refusal
-// or a message. Exit status 1 when one is not, 2 when that could not be found out.
+// Sizes a few duties on the shipped file. Then it sizes them on copies that are damaged at random,
+// or cut short by 1 to 4,095 bytes. The damages follow from the seed, so a finding can be repeated.
+// Each answer must be the right one, a refusal or a message. Exit status 1 when one is not, 2 when
+// the check could not run.
 
 #include "capacity/capacity_store.h"
 #include "engine/fresh_sizing.h"
@@ -63,7 +64,7 @@ Answer answerOf(const Duty& duty, const std::string& file)
     return {sizing.screen, !sizing.messages.texts.empty()};
 }
 
-/// One damage of a kind that disks, copies and editors do.
+/// Does one damage of the kinds that disks, copies and editors do.
 void damage(std::string& bytes, std::mt19937_64& random)
 {
     const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random() % limit); };
@@ -145,7 +146,7 @@ private:
         out.close();
         if (!out)
             throw std::runtime_error("cannot write " + file_);
-        // Damage that has just been done might be a copy on its way, which is waited for.
+        // The program waits for a file that was changed a moment ago: it may be a copy on its way.
         std::filesystem::last_write_time(file_, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
         ++files_;
         valves_ = 0;

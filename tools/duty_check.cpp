@@ -1,9 +1,9 @@
-// Whether the valve tables ever make the program refuse a duty that a valve passes, or choose a wrong valve:
-// duty_check [HOW MANY [SEED [DATA FILE]]]
+// Checks that the program refuses no duty that a valve of the tables passes, and chooses no wrong
+// valve: duty_check [HOW MANY [SEED [DATA FILE]]]
 //
-// Sizes random duties for every pressure unit of every model on the shipped data file (or another one) and works out
-// beside it, on the same rows, which valves pass them. Exit status 1 when program and rows differ, 2 when that could
-// not be found out.
+// Sizes random duties for every pressure unit of every model on the shipped data file, or on
+// another one. From the same rows it works out by itself which valves pass a duty. Exit status 1
+// when the program's answer differs, 2 when the check could not run.
 
 #include "base/gases.h"
 #include "capacity/capacity_store.h"
@@ -20,8 +20,8 @@
 namespace
 {
 
-// Reading and interpolation are written anew, here and not with those of `build_capacities`, which says beforehand
-// which duties go wrong: a fault in one of the two is not repeated in the other.
+// Reading and interpolation are written anew here. They are not those of `build_capacities`, so
+// that a fault there is not repeated here.
 using Curve = std::map<double, double>; // flow by pressure
 using Curves = std::map<float, Curve>;
 
@@ -70,14 +70,15 @@ public:
     {
     }
 
-    /// Sizes one random duty; whether program and rows agree.
+    /// Sizes one random duty. Gives whether program and rows agree.
     bool agrees()
     {
         const double pressure = randomPressure();
         const double gravity = std::stod(
             shortText(random_() % 2 == 0 ? double{gases[random_() % gases.size()].specGrav} : logarithmic(0.1, 5)));
         const double largest = flowAt(curves_.rbegin()->second, pressure) / std::sqrt(gravity);
-        // SCFH per gpm and Nm3/h per m3/h: the factors of API Standard 2000 that the program displaces gas by.
+        // SCFH per gpm and Nm3/h per m3/h: the factors of API Standard 2000 that the program
+        // displaces gas by.
         const double perPumpRate = std::string_view(offer_.unitSystem) == choice::us ? 8 : 1.01;
         const std::string pumpRate =
             shortText(std::min(100'000.0, logarithmic(largest / 3000, largest * 1.2) / perPumpRate));
@@ -106,7 +107,8 @@ private:
         return from * std::pow(to / from, std::uniform_real_distribution(0.0, 1.0)(random_));
     }
 
-    /// Anywhere in the permitted range; one in eight at a row of the table, one in eight just above one.
+    /// Anywhere in the permitted range; one in eight at a row of the table, one in eight just above
+    /// one.
     double randomPressure()
     {
         const Curve& rows = curves_.begin()->second;
@@ -121,8 +123,8 @@ private:
     std::string faultOf(const FreshSizing& sizing, double pressure, bool isSized) const
     {
         const SizingState& state = sizing.state;
-        // The program sizes for a flow cut to a decimal and rounded to a whole number twice, and rounds capacities,
-        // too.
+        // The program sizes for a flow cut to a decimal and rounded to a whole number twice, and
+        // rounds capacities, too.
         const double gasFactor = state.GasFactor;
         const double rounding = 0.6 + gasFactor;
         if (!sizing.messages.texts.empty())

@@ -1,5 +1,6 @@
-// What a click on "Prin&t" takes until the job stands in the queue of the default printer; every run prints. To have a
-// queue that only keeps its jobs: tests/end_to_end/print_check.py --queue build/bin/print_benchmark
+// What a click on "Prin&t" takes until the job stands in the queue of the default printer; every
+// run prints. To have a queue that only keeps its jobs: tests/end_to_end/print_check.py --queue
+// build/bin/print_benchmark
 
 #include "app/sizing_state.h"
 #include "base/number_text.h"

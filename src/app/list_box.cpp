@@ -6,13 +6,17 @@
 #include <QSignalBlocker>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace
 {
 
 // Pixels: two rows, their border and a pixel below, which a scale of 1.5 rounds away, fit the 450 twips of the pressure
-// list.
+// list. A third row takes the room between the captions above and below the list; a fourth one is scrolled to.
 constexpr int rowHeight = 13;
 constexpr int below = 1;
+constexpr int roomAbove = 2;
+constexpr int roomBelow = 10;
 
 } // namespace
 
@@ -26,7 +30,6 @@ ListBox::ListBox(QWidget* parent) : QListWidget(parent)
     });
     setViewportMargins(0, 0, 0, below);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     showFocus(false);
 }
 
@@ -38,6 +41,10 @@ void ListBox::fill(const QStringList& entries)
     addItems(entries);
     for (int row = 0; row < count(); ++row)
         item(row)->setSizeHint(QSize(0, rowHeight));
+    if (stated_.isNull())
+        stated_ = geometry();
+    const int missing = std::max(count() * rowHeight + 2 * frameWidth() + below - stated_.height(), 0);
+    setGeometry(stated_.adjusted(0, -std::clamp(missing - roomBelow, 0, roomAbove), 0, std::min(missing, roomBelow)));
     setCurrentRow(0);
 }
 

@@ -21,4 +21,6 @@ protected:
 private:
     void showFocus(bool hasIt);
     void tellEntry();
+
+    QRect stated_; ///< the place that the form gives it
 };

@@ -13,7 +13,12 @@
 #include <QRadioButton>
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <ranges>
 #include <span>
+#include <string_view>
+#include <utility>
 
 namespace
 {
@@ -43,7 +48,30 @@ struct Option
     SetupControl name;
     const char* choice;
 };
-constexpr Option modelOptions[] = {{"optSeries61", choice::series61}, {"optSeries63", choice::series63}};
+
+/// The option that is captioned with the name of a model.
+consteval SetupControl optionOf(const Model& model)
+{
+    const auto isText = [](char c) { return c != '&'; };
+    for (const ControlRow& row : setupFormRows)
+        if (std::ranges::equal(std::string_view(row.caption) | std::views::filter(isText),
+                               std::string_view(model.name)))
+            return row.name;
+    throw "a model has no option in app/setup_form_layout.h";
+}
+
+template <std::size_t... at>
+consteval auto optionsOfModels(std::index_sequence<at...>)
+{
+    return std::array{Option{optionOf(models[at]), models[at].name}...};
+}
+
+constexpr auto modelOptions = optionsOfModels(std::make_index_sequence<std::size(models)>());
+static_assert(std::ranges::count_if(setupFormRows,
+                                    [](const ControlRow& row) {
+                                        return row.kind == Kind::option && row.frame == std::string_view("frmModel");
+                                    }) == std::size(models),
+              "each option of a model has a row in base/offered.h");
 constexpr Option typeOptions[] = {{"optPad", choice::pad}, {"optDepad", choice::depad}};
 constexpr Option unitOptions[] = {{"optUSUnits", choice::us}, {"optMetricUnits", choice::metric}};
 
@@ -53,6 +81,21 @@ const char* selected(const Controls<setupFormRows>& controls, std::span<const Op
     const auto found = std::ranges::find_if(
         options, [&](const Option& row) { return controls.get<QRadioButton>(row.name).isChecked(); });
     return found == options.end() ? "" : found->choice;
+}
+
+/// Only what is offered can be chosen: the data file has no table for other valves. Where the selected option is not
+/// offered, the first one that is takes its place.
+void offerOnly(const Controls<setupFormRows>& controls, std::span<const Option> options,
+               const std::function<bool(const char*)>& isOffered)
+{
+    const auto button = [&](const Option& row) -> QRadioButton& { return controls.get<QRadioButton>(row.name); };
+    for (const Option& row : options)
+        button(row).setEnabled(isOffered(row.choice));
+    if (std::ranges::any_of(options,
+                            [&](const Option& row) { return button(row).isChecked() && !button(row).isEnabled(); }))
+        button(*std::ranges::find_if(options, [&](const Option& row) {
+            return button(row).isEnabled();
+        })).setChecked(true);
 }
 
 } // namespace
@@ -83,14 +126,14 @@ SetupForm::SetupForm(SizingState& state, const LocaleInfo& locale)
 
 void SetupForm::connectHandlers()
 {
-    const auto on = [this](SetupControl option, void (SetupForm::*click)()) {
+    const auto on = [this](SetupControl option, auto click) {
         connect(&controls_.get<QRadioButton>(option), &QRadioButton::toggled, this, [this, click](bool isSelected) {
             if (isSelected)
-                (this->*click)();
+                std::invoke(click, this);
         });
     };
-    on("optSeries61", &SetupForm::optSeries61_Click);
-    on("optSeries63", &SetupForm::optSeries63_Click);
+    for (const Option& model : modelOptions)
+        on(model.name, [&model](SetupForm* form) { form->chooseModel(model.choice); });
     on("optPad", &SetupForm::optPad_Click);
     on("optDepad", &SetupForm::optDepad_Click);
     on("optDD", &SetupForm::optDD_Click);
@@ -128,12 +171,7 @@ void SetupForm::resetState(const LocaleInfo& locale)
 void SetupForm::chooseModel(const char* valveModel)
 {
     state_.ValveModel = valveModel;
-    for (const Option& type : typeOptions) {
-        auto& option = controls_.get<QRadioButton>(type.name);
-        option.setEnabled(isOffered(valveModel, type.choice));
-        if (!option.isEnabled() && option.isChecked()) // the data file has no table for such a valve
-            controls_.get<QRadioButton>("optPad").setChecked(true);
-    }
+    offerOnly(controls_, typeOptions, [&](const char* valveType) { return isOffered(valveModel, valveType); });
     fillPressureAndFlow();
 }
 
@@ -157,11 +195,17 @@ void SetupForm::fillPressureAndFlow()
 {
     const std::string_view valveModel = selected(controls_, modelOptions);
     const std::string_view valveType = selected(controls_, typeOptions);
+    const auto pressUnits = [&](std::string_view unitSystem) {
+        QStringList names;
+        for (const Offer& offer : offers)
+            if (valveModel == offer.valveModel && valveType == offer.valveType && unitSystem == offer.unitSystem)
+                names.append(QString::fromUtf8(offer.pressUnits));
+        return names;
+    };
+    if (!valveModel.empty() && !valveType.empty())
+        offerOnly(controls_, unitOptions, [&](const char* unitSystem) { return !pressUnits(unitSystem).isEmpty(); });
     const std::string_view unitSystem = selected(controls_, unitOptions);
-    QStringList pressure;
-    for (const Offer& offer : offers)
-        if (valveModel == offer.valveModel && valveType == offer.valveType && unitSystem == offer.unitSystem)
-            pressure.append(QString::fromUtf8(offer.pressUnits));
+    const QStringList pressure = pressUnits(unitSystem);
     QStringList flow;
     if (const UnitSystem* const units = unitsOf(unitSystem); units != nullptr && !pressure.isEmpty())
         flow.append(QString::fromUtf8(units->flow));

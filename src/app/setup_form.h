@@ -24,8 +24,6 @@ private:
     void connectHandlers();
 
     void Form_Load(const LocaleInfo& locale);
-    void optSeries61_Click() { chooseModel(choice::series61); }
-    void optSeries63_Click() { chooseModel(choice::series63); }
     void optPad_Click() { chooseType(choice::pad); }
     void optDepad_Click() { chooseType(choice::depad); }
     void optDD_Click() { state_.SizingMethod = choice::directDisplacement; }

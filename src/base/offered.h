@@ -50,6 +50,17 @@ inline constexpr UnitSystem unitSystems[] = {
     {choice::metric, "Metric Units", "m3/Hr", "Nm3/Hr", "Celcius", "Cubic Meters", 'C'},
 };
 
+/// A unit of pressure.
+struct PressureUnit
+{
+    const char* name;
+    double pascal;
+};
+
+inline constexpr PressureUnit pressureUnits[] = {
+    {"PSI", 6894.757}, {"in wc", 249.08891}, {"kg/cm2", 98066.5}, {"kPa", 1000}, {"mbar", 100},
+};
+
 /// When a model's user is not advised to lower the pressure of a valve that is hardly used.
 struct Model
 {
@@ -145,17 +156,27 @@ constexpr const Offer* findOffer(std::string_view valveModel, std::string_view v
     return nullptr;
 }
 
-/// Whether a row names what the tables above know, and a table and a range that can be, and whether it is found again.
-/// A model without a pad valve would leave the setup form without a choice.
+/// Whether a table above has a row of that name.
+constexpr bool isNamed(const auto& rows, std::string_view name)
+{
+    return std::ranges::any_of(rows, [&](const auto& row) { return name == row.name; });
+}
+
+/// Whether a row names a table and a range that can be, and whether it is found again. A model without a pad valve
+/// would leave the setup form without a choice.
 constexpr bool isSound(const Offer& offer)
 {
-    const auto isNamed = [](const auto& rows, std::string_view name) {
-        return std::ranges::any_of(rows, [&](const auto& row) { return name == row.name; });
-    };
     const std::string_view type = offer.valveType;
-    return isNamed(models, offer.valveModel) && isNamed(unitSystems, offer.unitSystem) &&
-           isOffered(offer.valveModel, choice::pad) && (type == choice::pad || type == choice::depad) &&
+    return isOffered(offer.valveModel, choice::pad) && (type == choice::pad || type == choice::depad) &&
            std::string_view(offer.valveTable).ends_with(type) && offer.lowest < offer.highest &&
            findOffer(offer.valveModel, type, offer.pressUnits) == &offer;
 }
 static_assert(std::ranges::all_of(offers, isSound));
+static_assert(std::ranges::all_of(offers, [](const Offer& offer) { return isNamed(models, offer.valveModel); }),
+              "a model that is offered has a row in models");
+static_assert(std::ranges::all_of(models, [](const Model& model) { return isOffered(model.name, choice::pad); }),
+              "a model has rows in offers");
+static_assert(std::ranges::all_of(offers, [](const Offer& offer) { return isNamed(unitSystems, offer.unitSystem); }),
+              "a unit system that is offered has a row in unitSystems");
+static_assert(std::ranges::all_of(offers, [](const Offer& offer) { return isNamed(pressureUnits, offer.pressUnits); }),
+              "a pressure unit that is offered has a row in pressureUnits");

@@ -24,10 +24,10 @@ std::error_code lastError()
     return {errno, std::generic_category()};
 }
 
-/// Where a link points to, through all links on the way, whether there is a file or not.
+/// The file that a link points to, through all links on the way. There need not be such a file.
 fs::path linkTarget(fs::path file)
 {
-    constexpr int mostLinks = 40; // as Linux has it
+    constexpr int mostLinks = 40; // the limit of Linux
     for (int links = 0; fs::is_symlink(fs::symlink_status(file)); ++links) {
         if (links == mostLinks)
             expectNone(std::make_error_code(std::errc::too_many_symbolic_link_levels));
@@ -56,7 +56,7 @@ ReplacementFile::ReplacementFile(const fs::path& place, fs::perms newMode)
         if (fs::is_directory(there))
             expectNone(std::make_error_code(std::errc::is_a_directory));
         if (fs::exists(there) && !fs::is_regular_file(there))
-            throw std::runtime_error("not a regular file"); // a device or pipe would be replaced by one
+            throw std::runtime_error("not a regular file"); // it would become one
     } catch (const fs::filesystem_error& failure) {
         expectNone(failure.code());
     }
@@ -93,7 +93,7 @@ void ReplacementFile::write(std::string_view bytes)
         expectNone(lastError());
 }
 
-/// Everything is on the disk then, in a file that is closed: Windows does not move an open one.
+/// Brings everything to the disk and closes the file: Windows cannot move an open one.
 void ReplacementFile::finish()
 {
     if (std::fflush(file) != 0)

@@ -4,31 +4,31 @@
 #include <filesystem>
 #include <string_view>
 
-/// A file that is written beside another one and then put in its place in one step. Until then, and after any failure,
-/// the other one is as it was. A link is followed: what it points to is replaced. Every failure throws
-/// std::runtime_error with the operating system's reason.
+/// A file that is written beside another one and then takes its place in one step. Until then, and
+/// after any failure, the other file is unchanged. A link is followed: the file that it points to
+/// is replaced. Every failure throws std::runtime_error with the operating system's reason.
 ///
-/// No other file is ever removed. What a killed run has left, FILE.new-XXXXXX, stays: its name does not prove whose it
-/// is.
+/// No other file is ever removed. A file FILE.new-XXXXXX of a killed run stays: its name does not
+/// prove who made it.
 class ReplacementFile
 {
 public:
-    /// Opens a file beside `file` under a name that no other file has, with the mode, owner and group of `file`, or the
-    /// mode of a new one: readable by everybody.
+    /// Opens a file beside `file` under a new name. It has the mode, owner and group of `file`, or
+    /// `newMode` when there is no `file`.
     explicit ReplacementFile(const std::filesystem::path& file,
                              std::filesystem::perms newMode = std::filesystem::perms(0644));
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
-    /// Removes what has not been put in place.
+    /// Removes the new file unless it was put in place.
     ~ReplacementFile();
 
     void write(std::string_view bytes);
 
-    /// Everything written is on the disk when this returns.
+    /// Replaces the other file. Everything is on the disk when this returns.
     void putInPlace();
 
-    /// The same, but a file that is there by now stays: "it exists already".
+    /// The same, but it fails with "it exists already" when there is a file by now.
     void putInFreePlace();
 
 private:

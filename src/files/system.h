@@ -7,35 +7,36 @@
 #include <string>
 #include <system_error>
 
-// What the tools ask of the operating system; one of system_posix.cpp and system_windows.cpp answers.
+// Calls of the operating system, in system_posix.cpp and system_windows.cpp.
 
-/// Gives every closed standard stream a stand-in that takes and gives nothing, with the reason of a closed one. Else
-/// the next file that is opened would be that stream. Call it before any file is opened.
+/// Replaces each closed standard stream by one that cannot be read or written. Otherwise the next
+/// file that is opened would become that stream. Call it before any file is opened.
 void holdStandardStreams();
 
-/// Notes Ctrl+C and the like from now on instead of ending the program, makes a closed pipe a failed write, and lets
-/// the standard streams take bytes as they are. Signals that are ignored already (nohup does this) stay ignored.
+/// From now on Ctrl+C and the like do not end the program: `isInterrupted` reports them. Writing to
+/// a closed pipe is a failure and does not end the program. The standard streams take bytes as they
+/// are. Signals that are ignored already (nohup does this) stay ignored.
 void prepareConsole();
 
-/// Whether there was an interruption since.
+/// Whether there was an interruption since then.
 bool isInterrupted();
 
-/// Why the operating system does not let a file be read; "" when it does.
+/// Why a file cannot be read; "" when it can.
 std::string whyUnreadable(const std::filesystem::path& file);
 
-/// The mode of an ordinary new file of this user: what the umask leaves of reading and writing for all.
+/// The mode of an ordinary new file of this user: reading and writing for all, less the umask.
 std::filesystem::perms ordinaryMode();
 
-/// A new file that is open for writing, for this user alone; nullptr and errno when there is none, EEXIST when the name
-/// is taken.
+/// Opens a new file that only this user can read and write. nullptr and errno for a failure; EEXIST
+/// when there is a file of this name.
 std::FILE* openNewFile(const std::filesystem::path& file);
 
-/// Gives an open file mode, owner and group of `other`, or `newMode` when there is no such file.
+/// Gives an open file the mode, owner and group of `other`, or `newMode` when there is no `other`.
 std::error_code takeAttributes(std::FILE* file, const std::filesystem::path& other, std::filesystem::perms newMode);
 
-/// What the system holds of a file is on the disk afterwards.
+/// Waits until everything that was written is on the disk.
 std::error_code writeToDisk(std::FILE* file);
 
-/// Gives a closed file another name in its directory, in one step and for good. A file of that name is replaced or, if
-/// not `replaces`, stays and is a failure.
+/// Renames a closed file within its directory, in one step and so that it lasts. When there is a
+/// file of the new name, it is replaced; without `replaces` it stays, and that is a failure.
 std::error_code moveFile(const std::filesystem::path& from, const std::filesystem::path& to, bool replaces);

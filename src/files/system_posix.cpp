@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 namespace
@@ -20,12 +19,12 @@ std::error_code lastError()
     return {errno, std::generic_category()};
 }
 
-/// Gives a file a name that no other file has yet, in one step.
+/// Renames a file in one step. Fails when there is a file of the new name.
 bool moveToFree(const char* from, const char* to)
 {
     if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0)
         return true;
-    // Some file systems know no such renaming, others no second names.
+    // Some file systems lack this way of renaming. Others lack hard links.
     return (errno == EINVAL || errno == ENOSYS) && link(from, to) == 0 && unlink(from) == 0;
 }
 
@@ -35,12 +34,13 @@ void holdStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (fcntl(stream, F_GETFD) < 0)
-            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // gets the lowest free number: this one
+            // The file gets the lowest free number, which is this stream's.
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 void prepareConsole()
 {
-    struct sigaction interruption = {}; // without SA_RESTART: a write that waits for a full pipe ends
+    struct sigaction interruption = {}; // no SA_RESTART: a write that waits for a full pipe ends
     interruption.sa_handler = [](int) { interrupted = 1; };
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction before = {};
@@ -92,8 +92,8 @@ std::error_code takeAttributes(std::FILE* file, const std::filesystem::path& oth
                                                                                         : lastError();
     if (fstat(descriptor, &own) != 0)
         return lastError();
-    // Only root may give a file away; who shares a file by its group can keep that. After the owner comes the mode,
-    // which a change of owner would clear of its special bits.
+    // Only root may change the owner. A user who shares the file by its group can keep the group.
+    // The mode comes last, because a change of owner clears its special bits.
     if (own.st_uid != old.st_uid && fchown(descriptor, old.st_uid, old.st_gid) == 0)
         own.st_gid = old.st_gid;
     if (own.st_gid != old.st_gid && fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) != 0)
@@ -112,7 +112,7 @@ std::error_code moveFile(const std::filesystem::path& from, const std::filesyste
         return lastError();
     const int directory = open(to.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (directory < 0)
-        return {}; // one that may be written but not read; the name reaches the disk in the system's own time
+        return {}; // it cannot be read; the system writes the new name to the disk later
     fsync(directory);
     close(directory);
     return {};

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <system_error>
 
 namespace
 {
@@ -21,7 +22,7 @@ std::error_code lastError()
     return {static_cast<int>(GetLastError()), std::system_category()};
 }
 
-/// In the words that other systems have for it, where they have any.
+/// The reason in the words that other systems use, when they have a word for it.
 std::string lastReason()
 {
     return lastError().default_error_condition().message();
@@ -29,7 +30,7 @@ std::string lastReason()
 
 } // namespace
 
-/// The C library never gives their numbers to files.
+/// Nothing to do: the C library never uses these numbers for other files.
 void holdStandardStreams() {}
 
 void prepareConsole()
@@ -63,7 +64,7 @@ std::string whyUnreadable(const std::filesystem::path& file)
     return "";
 }
 
-/// The directory's access list says who may do what; there is no umask.
+/// There is no umask. The access list of the directory decides.
 std::filesystem::perms ordinaryMode()
 {
     return std::filesystem::perms(0666);

@@ -7,7 +7,8 @@
 namespace
 {
 
-/// The first row of each Cv stands for its body size; that a table has but one is checked elsewhere.
+/// The first row of each Cv, for its body size. Another check finds a Cv with two sizes in one
+/// table.
 using Sizes = std::map<float, const CapacityRow*>;
 
 std::string sizeText(float cv, const CapacityRow& row)
@@ -49,7 +50,7 @@ constexpr Rule sizesDiffer{Severity::error, "a CV has another body size in anoth
 constexpr Rule sizeTextsDiffer{Severity::warning, "a CV has another body size in another table",
                                "write both alike, or correct the one that is wrong"};
 
-/// Whether two texts are the same size. nullopt: they differ, and one of them cannot be read.
+/// Whether two texts are the same size; nullopt when they differ and one of them cannot be read.
 std::optional<bool> isSameSize(const std::string& one, const std::string& other)
 {
     if (one == other)
@@ -69,7 +70,8 @@ void checkBodySizes(const std::vector<ValveTable>& tables, Findings& findings)
             sizes[at][cv] = curve.begin()->second;
         checkTable(tables[at], sizes[at], findings);
     }
-    // A table that another one agrees with is not told; of two that differ, the later one is.
+    // A table that agrees with another one is right. Of two tables that differ, the later one is
+    // reported.
     for (std::size_t at = 0; at < tables.size(); ++at)
         for (const auto& [cv, row] : sizes[at]) {
             const CapacityRow* differing = nullptr;

@@ -23,7 +23,7 @@ std::optional<double> inchesOfDn(double diameter)
     return std::nullopt;
 }
 
-/// A number like 1, 1 1/2, 1/2 or 1.5 at the beginning of `text`, which is cut off it.
+/// Takes a number like 1, 1 1/2, 1/2 or 1.5 from the beginning of `text`.
 std::optional<double> takeNumber(std::string_view& text)
 {
     const std::string copy(text);
@@ -71,5 +71,6 @@ bool isMadeADate(const std::string& bodySize)
                                      "[. /-]+\\d{1,4}|"
                                      "\\d{1,4}[./-]\\d{1,2}[./-]\\d{1,4}|[34]\\d{4}",
                                  std::regex::icase);
-    return bodySize.size() < 40 && std::regex_match(bodySize, date); // it recurses into long texts
+    // A long text would overflow the stack, for the matching recurses.
+    return bodySize.size() < 40 && std::regex_match(bodySize, date);
 }

@@ -50,7 +50,7 @@ constexpr Rule fileExists{Severity::error, "the file exists", "name another dire
 
 constexpr std::size_t mostOfLabel = 100; // bytes: one line of the screens and of the summary
 
-/// What a finished command says last.
+/// Writes the last line of a finished command and gives the exit status.
 int close(Findings& findings, std::ostream& messages, const std::string& done, const std::string& notDone)
 {
     findings.finish();
@@ -67,8 +67,9 @@ int print(std::ostream& out, const char* text, std::ostream& messages)
     return out ? 0 : 1;
 }
 
-/// Whether a built file may take the place of what is there: a data file, or an empty one. A slip in the operands must
-/// not cost somebody his tables. What is no file at all is left to the writing.
+/// Whether a new data file may replace what is there: an earlier data file, or an empty one. A slip
+/// in the arguments must not destroy somebody's tables. A directory or a device is refused later,
+/// when the file is written.
 bool isReplaceable(const fs::path& file)
 {
     constexpr std::string_view beginning("SQLite format 3\0", 16);
@@ -81,7 +82,7 @@ bool isReplaceable(const fs::path& file)
     return in.is_open() && (in.gcount() == 0 || found == beginning);
 }
 
-/// Writes a whole file, puts it where it belongs and gives whether it did; a failure is a finding.
+/// Writes a file and puts it in its place. Gives whether that worked; a failure is a finding.
 bool writeFile(const fs::path& file, const std::string& bytes, void (ReplacementFile::*put)(), Findings& findings)
 {
     try {
@@ -105,7 +106,7 @@ struct BuildOptions
     std::vector<std::string> operands;
 };
 
-/// nullopt for options that there are not, without their text, or behind an operand.
+/// nullopt for an unknown option, one without its text, or one after an operand.
 std::optional<BuildOptions> readBuildOptions(const std::vector<std::string>& arguments)
 {
     BuildOptions options;
@@ -123,8 +124,9 @@ std::optional<BuildOptions> readBuildOptions(const std::vector<std::string>& arg
     return options;
 }
 
-/// Of SOURCE_DATE_EPOCH, which whoever wants the same bytes from the same tables sets, else of today, in UTC.
-/// Throws std::invalid_argument when that is no number of seconds up to the year 9999.
+/// The date of today in UTC, or that of SOURCE_DATE_EPOCH, which makes the same bytes from the same
+/// tables. Throws std::invalid_argument when SOURCE_DATE_EPOCH is no number of seconds up to the
+/// year 9999.
 std::string dateOfBuild()
 {
     using namespace std::chrono;
@@ -146,7 +148,7 @@ std::string dateOfBuild()
     return text;
 }
 
-/// Throws std::invalid_argument for a text that is not to be shown.
+/// Throws std::invalid_argument for a text that cannot be shown or is too long.
 TablesLabel labelOf(const std::string& text)
 {
     if (const char* const fault = textFault(text))
@@ -180,7 +182,7 @@ int build(const BuildOptions& options, std::ostream& messages)
     return close(findings, messages, textOf(file) + " is built", "nothing is written");
 }
 
-/// "; " and which label the tables have.
+/// The end of a closing line: "; " and the label of the tables.
 std::string labelText(const std::optional<TablesLabel>& label)
 {
     return label ? "; its tables are labelled \"" + shown(label->label, mostOfLabel) + "\", " + shown(label->date)
@@ -229,7 +231,7 @@ int exportTables(const fs::path& file, const fs::path& directory, bool decimalCo
             writeFile(path, csvText(table, decimalComma), &ReplacementFile::putInFreePlace, findings))
             written.push_back(path);
     });
-    if (findings.errors() > 0) // what is left would be in the way of the next attempt
+    if (findings.errors() > 0) // the next export would refuse to overwrite them
         for (const fs::path& path : written)
             fs::remove(path, failure);
     std::string done = textOf(directory) + " holds the tables of " + textOf(file) + labelText(tables.label);
@@ -255,7 +257,7 @@ int buildCapacities(const std::vector<std::string>& arguments, std::ostream& out
     }
     if (isCommand("--check", 1))
         return check(pathOf(arguments[1]), messages);
-    prepareConsole(); // so that Ctrl+C leaves no half file behind
+    prepareConsole(); // Ctrl+C then ends the program where nothing half written is left
     if (isCommand("--export", 2) && arguments[1] != "--decimal-comma")
         return exportTables(pathOf(arguments[1]), pathOf(arguments[2]), false, messages);
     if (isCommand("--export", 3) && arguments[1] == "--decimal-comma")

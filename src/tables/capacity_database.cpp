@@ -25,7 +25,7 @@ constexpr Rule tableIsEmpty{Severity::error, "a table without rows", "build the 
 constexpr Rule hasNoChecksum{Severity::warning, "the file has no checksum",
                              "--export it and build it anew, so that the program notices damaged figures"};
 
-/// What the program says only to itself.
+/// The reason of a failure that the program does not show to its user.
 std::string reasonOf(const SilentFailure& failure)
 {
     return std::strcmp(failure.what(), sqlite3_errstr(SQLITE_INTERRUPT)) == 0 ? "it takes longer than 2 s"
@@ -101,7 +101,7 @@ void insertLabel(const Connection& connection, const TablesLabel& label)
     require(sqlite3_step(statement.get()) == SQLITE_DONE, connection);
 }
 
-/// Whether the program can read the file at all; what keeps it from that, or a missing checksum, is reported.
+/// Whether the program can read the file at all. Why it cannot, or a missing checksum, is reported.
 bool isReadable(CapacityStore& store, const std::filesystem::path& file, Findings& findings)
 {
     try {
@@ -134,7 +134,7 @@ public:
     }
 
 private:
-    // Beside each value, its type and whether it holds a NUL, where the reading of a text ends.
+    // Each value comes with its type, and whether it has a NUL, at which a text would end.
     static std::string nulColumn(const char* column) { return std::string("NUL in ") + column; }
     static std::string typeColumn(const char* column) { return std::string("type of ") + column; }
 
@@ -204,8 +204,9 @@ private:
     Table<Row> table_;
 };
 
-/// Zeroes the space between the cell pointers and the cells of each page. Some versions of SQLite leave bytes there
-/// that mean nothing; without them, all versions give the same file for the same tables.
+/// Clears the unused space of each page, between the cell pointers and the cells. Some versions of
+/// SQLite leave bytes there. Without these bytes, all versions give the same file for the same
+/// tables.
 void clearUnusedSpace(std::string& file)
 {
     constexpr std::size_t fileHeader = 100; // on the first page, in front of its own header
@@ -239,13 +240,14 @@ std::string databaseBytes(const CapacityTables& tables)
     for (const auto& [name, table] : tables.valves) {
         run(connection, "CREATE TABLE \"" + name + "\" (Pressure REAL, flow REAL, Bodysize TEXT, CV REAL)");
         std::vector<CapacityRow> rows = table.rows;
-        // Of two Cvs with the same flow the program takes the one that comes first: the smaller one.
+        // Of two Cvs with the same flow, the program takes the first: it must be the smaller one.
         std::ranges::stable_sort(rows, {}, [](const CapacityRow& row) { return std::pair(row.pressure, row.cv); });
         insertRows(connection, name, rows);
         run(connection, "CREATE INDEX \"" + name + ".Index\" ON \"" + name + "\" (Pressure, flow)");
     }
     for (const auto& [name, table] : tables.largeTanks) {
-        // Read without ORDER BY: stored by its key, the table comes in ascending volume all the same.
+        // The program reads the table without ORDER BY. Stored by its key, it comes in ascending
+        // volume.
         run(connection, "CREATE TABLE \"" + name +
                             "\" (TankVol REAL PRIMARY KEY, Pad REAL, DepadHFP REAL, DepadLFP REAL) WITHOUT ROWID");
         insertRows(connection, name, table.rows);
@@ -282,9 +284,9 @@ CapacityTables readDatabase(const std::filesystem::path& file, Findings& finding
     if (!isReadable(store, file, findings))
         return tables;
     const auto read = [&]<typename Row>(const std::string& name, Table<Row>& table) {
-        store.beginClick(); // one table that cannot be read says nothing of the next
+        store.beginClick(); // the next table may be readable although this one is not
         try {
-            // Counted first, for a row at a time it would take longer than the program has.
+            // Counted first: to read too many rows would take longer than the program waits.
             const double rows = store.query("SELECT count(*) AS n FROM " + name, {}).number("n");
             if (rows > mostRows)
                 return findings.report(tooManyRows, table.source, 0, "there are " + std::to_string(std::lround(rows)),

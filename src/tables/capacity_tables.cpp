@@ -12,7 +12,8 @@
 #include <cmath>
 
 const std::array<LargeTankTableSpec, 2> largeTankTableSpecs{{
-    // The factors of API Standard 2000, repeated from engine/required_flow.cpp: a slip there is not repeated here.
+    // The factors of API Standard 2000, repeated from engine/required_flow.cpp: a slip there is not
+    // repeated here.
     {"USLargeTank", choice::us, "gal", smallTankGallons, largestTankGallons, 1.0 / 42, 0.0143},
     {"MetriclargeTank", choice::metric, "m3", smallTankCubicMeters, largestTankCubicMeters, 0.169, 0.1},
 }};

@@ -16,7 +16,8 @@
 class Findings;
 struct Rule;
 
-/// What the program reads in a tenth of a second; thirty times the rows of the shipped tables.
+/// The program reads so many in a tenth of a second. It is thirty times the rows of a shipped
+/// table.
 inline constexpr std::size_t mostRows = 20'000;
 inline constexpr const char* atMostRows = "at most 20000 rows";
 extern const Rule tooManyRows;
@@ -24,7 +25,7 @@ extern const Rule tooManyRows;
 /// Capacity of one valve at one pressure, in the units of its table.
 struct CapacityRow
 {
-    std::size_t line = 0; ///< where it stands in its file; 0: it was filled
+    std::size_t line = 0; ///< of the file; 0: the row was added by `--complete`
     double pressure = 0;
     double flow = 0;
     std::string bodySize;
@@ -34,7 +35,7 @@ struct CapacityRow
 /// Thermal venting flows of one large tank: volume in gallons and flows in SCFH, or m3 and Nm3/h.
 struct LargeTankRow
 {
-    std::size_t line = 0; ///< where it stands in its file
+    std::size_t line = 0; ///< of the file
     double tankVol = 0;
     double pad = 0;
     double depadHfp = 0; ///< high flash point
@@ -79,10 +80,10 @@ struct Table
 {
     std::string source;    ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
     std::vector<Row> rows; ///< in the order they were read in
-    bool isWhole = false;  ///< enough could be read to check it as a table: at most a tenth of its rows is left out
+    bool isWhole = false;  ///< at most a tenth of its rows could not be read
 };
 
-/// All tables by name, and what they are, where that is said.
+/// All tables by name, and their label if they have one.
 struct CapacityTables
 {
     std::map<std::string, Table<CapacityRow>> valves;
@@ -98,39 +99,40 @@ struct ValveTableSpec
     std::string_view unitSystem;
     std::string_view pressUnits;
     std::span<const float> cvSeries;
-    double lowest; ///< pressure that any model lets a user enter, in `pressUnits`
+    double lowest; ///< of the pressures that some model lets a user enter, in `pressUnits`
     double highest;
 };
 
-/// The valve tables in the order of `offers`. The others of a valve type are compared with its first.
+/// The valve tables in the order of `offers`. The others of a valve type are compared with its
+/// first.
 std::vector<ValveTableSpec> valveTableSpecs();
 
-/// A large-tank table and the volumes, in `volUnits`, that are looked up in it rather than computed.
+/// A large-tank table, and the volumes that are looked up in it instead of computed, in `volUnits`.
 struct LargeTankTableSpec
 {
     std::string_view name;
     std::string_view unitSystem;
     const char* volUnits;
-    double lowest; ///< the small tanks end here
+    double lowest; ///< where the small tanks end
     double highest;
-    double thermal;     ///< flow per volume of small tanks, in the units of the table: in `Pad` and `DepadLFP`
-    double thermalHigh; ///< in `DepadHFP`
+    double thermal;     ///< flow per volume of small tanks, for `Pad` and `DepadLFP`
+    double thermalHigh; ///< the same for `DepadHFP`
 };
 
 extern const std::array<LargeTankTableSpec, 2> largeTankTableSpecs;
 
-/// Shortest text that reads back as `value`, without an exponent.
+/// The shortest text that reads back as `value`, without an exponent.
 std::string numberText(double value);
 
 extern const Rule isNoNumber;
-inline constexpr const char* digitsOnly = "a number in digits, not negative"; ///< what its findings expect
+inline constexpr const char* digitsOnly = "a number in digits, not negative"; ///< is expected
 
-/// What keeps a text from being plain: "is empty" (or blank), "has a control character", "is not UTF-8"; nullptr for a
-/// plain one.
+/// Why a text cannot be shown: "is empty" (or blank), "has a control character", "is not UTF-8";
+/// nullptr when it can.
 const char* textFault(std::string_view text);
 
-/// Whether a value is one that a table may hold; else it is reported and stands for nothing. Numbers are finite and not
-/// negative; a text is plain.
+/// Whether a table may have this value: a finite number that is not negative, or a text without a
+/// fault. Any other value is reported.
 bool checkValue(double value, const char* column, std::string_view file, std::size_t line, Findings& findings);
 bool checkValue(const std::string& value, const char* column, std::string_view file, std::size_t line,
                 Findings& findings);
@@ -138,7 +140,7 @@ bool checkValue(const std::string& value, const char* column, std::string_view f
 /// Reads the CSV file of every table in `directory`.
 CapacityTables readCapacityTables(const std::filesystem::path& directory, Findings& findings);
 
-/// The CSV text of a table: with commas and decimal points, or as spreadsheets with a decimal comma read it, with
-/// semicolons and a byte-order mark.
+/// The CSV text of a table: with commas and decimal points; or with decimal commas, semicolons and
+/// a byte-order mark, as spreadsheets read it where numbers have a decimal comma.
 template <typename Row>
 std::string csvText(const Table<Row>& table, bool decimalComma = false);

@@ -17,14 +17,15 @@ constexpr Rule rowsFilled{Severity::note, "rows filled", "they lie on the straig
 constexpr Rule pressuresLaid{Severity::note, "pressures laid between those of the table",
                              "their rows lie on the straight line between the rows around them"};
 
-// How far apart neighbouring pressures may be, as a ratio: data/generate_nominal_tables.py says why.
+// The largest ratio of neighbouring pressures; data/generate_nominal_tables.py says why.
 constexpr double padStep = 1.25;
 constexpr double depadStep = 1.1;
-constexpr double asIs = 1.01; // pressures are rounded
-constexpr int mostParts = 50; // of one interval; ties of two Cvs need more than any number
+constexpr double asIs = 1.01; // a ratio may be larger by this much: pressures are rounded
+constexpr int mostParts = 50; // of one interval; no number is enough for two equal flows
 
-/// Whether one step of the Cv reaches the next valve everywhere between two pressures, if their interval is divided
-/// evenly into `parts`. Flows lie on straight lines there, so that the first and the last part tell.
+/// Whether one step of the Cv is enough everywhere between two pressures when their interval is
+/// divided evenly into `parts`. Flows lie on straight lines there, so it is enough to look at the
+/// first and the last part.
 bool isCloseEnough(const std::vector<Step>& steps, const Curves& curves, double low, double high, int parts)
 {
     const double width = (high - low) / parts;
@@ -40,7 +41,7 @@ bool isCloseEnough(const std::vector<Step>& steps, const Curves& curves, double 
     return true;
 }
 
-/// The pressures to be laid between those of a table.
+/// The pressures that are to be added between those of a table.
 std::set<double> pressuresBetween(const ValveTableSpec& table, const Curves& curves, const std::set<double>& pressures)
 {
     const double largest = table.valveType == choice::pad ? padStep : depadStep;
@@ -72,7 +73,7 @@ void completeTable(const ValveTableSpec& table, Table<CapacityRow>& read, Findin
     Curves curves;
     std::set<double> pressures;
     for (const CapacityRow& row : read.rows)
-        if (isLookedUp(row.cv)) { // any other is refused later, and may have no single
+        if (isLookedUp(row.cv)) { // any other Cv is refused later
             curves[static_cast<float>(row.cv)].emplace(row.pressure, &row);
             pressures.insert(row.pressure);
         }

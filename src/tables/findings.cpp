@@ -6,7 +6,7 @@
 namespace
 {
 
-constexpr std::size_t mostOfAKind = 20; // of one rule in one file
+constexpr std::size_t mostOfAKind = 10; // of one rule in one file
 
 constexpr const char* severityNames[] = {"note", "warning", "error"};
 
@@ -22,7 +22,8 @@ std::string shown(std::string_view value, std::size_t most)
     std::string text(value);
     if (text.size() > most) {
         std::size_t end = most;
-        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) // not within a UTF-8 sequence
+        // Not within a sequence of UTF-8.
+        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
             --end;
         text = text.substr(0, end) + "...";
     }
@@ -64,6 +65,6 @@ void Findings::finish()
     for (const Kind& kind : kinds)
         if (kind.count > mostOfAKind)
             out << kind.file << ": " << nameOf(*kind.rule) << ": and " << kind.count - mostOfAKind
-                << " more: " << kind.rule->fault << '\n';
+                << " more like it: " << kind.rule->fault << '\n';
     kinds.clear();
 }

@@ -13,7 +13,8 @@ enum class Severity
     error,   ///< what cannot be right
 };
 
-/// What tables are held to, by the fault that it reports. One object a rule: findings of one rule are one kind.
+/// A rule for tables, named by the fault that it reports. Findings of the same object are of one
+/// kind.
 struct Rule
 {
     Severity severity;
@@ -21,21 +22,22 @@ struct Rule
     const char* remedy = ""; ///< what the user is to do
 };
 
-/// A value as a message shows it: cut to `most` bytes, control characters as "?".
+/// A value as messages show it: cut to `most` bytes, with "?" for control characters.
 std::string shown(std::string_view value, std::size_t most = 60);
 
-/// Writes findings as they come, one a line ("psi_Pad.csv:17: error: a flow of 0: flow 0; expected more than 0; correct
-/// it"), and counts them. Of a kind that fills a file, the first twenty are written.
+/// Writes findings as they come, one a line ("psi_Pad.csv:17: error: a flow of 0: flow 0; expected
+/// more than 0; correct it"), and counts them. Of each kind, the first ten of a file are written.
 class Findings
 {
 public:
     explicit Findings(std::ostream& messages) : out(messages) {}
 
-    /// `line` 0: the file as a whole. `found` names column and value; it and `expected` may be empty.
+    /// `line` 0: the file as a whole. `found` names column and value; it and `expected` may be
+    /// empty.
     void report(const Rule& rule, std::string_view file, std::size_t line, std::string_view found,
                 std::string_view expected = "");
 
-    /// Says how many findings were not written; after the last one.
+    /// Writes how many findings were left out. Call it after the last one.
     void finish();
 
     std::size_t errors() const { return errorCount; }

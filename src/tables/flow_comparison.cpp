@@ -9,13 +9,13 @@
 namespace
 {
 
-constexpr double rowShare = 0.03;               // the same of a single row
-constexpr double cvRounding = 0.5;              // how much of the rounding is left in the middle of a Cv's rows
-constexpr double tableRounding = 0.25;          // and in that of all
-const double mostOverEquation = std::log(1.22); // xT = 1 gives 1.18 times the flow that xT = 0.72 does
+constexpr double rowShare = 0.03;               // of a single row; ownShare is that of many
+constexpr double cvRounding = 0.5;              // so much of the rounding is left over a Cv's rows
+constexpr double tableRounding = 0.25;          // and over all rows
+const double mostOverEquation = std::log(1.22); // xT = 1 gives 1.18 times the flow of xT = 0.72
 const double leastOfEquation = std::log(1.0 / 3);
-const double mostAtLowPressure = std::log(1.1); // xT = 1 gives 1.05 times at most where a row is ...
-constexpr double lowPressure = 54'000;          // ... below this pressure, in Pa: a third of the inlet pressure is lost
+const double mostAtLowPressure = std::log(1.1); // below `lowPressure`, xT = 1 gives 1.05 times
+constexpr double lowPressure = 54'000;          // Pa; there, a third of the inlet pressure is lost
 const double mostBetweenCvs = std::log(1.3);
 const double mostOfRow = std::log(2);
 
@@ -42,7 +42,7 @@ public:
 
     void run()
     {
-        std::vector<bool> isOff; // each table is first compared with all others
+        std::vector<bool> isOff; // not isOff_: at first, each table is compared with all others
         for (std::size_t at = 0; at < tables_.size(); ++at)
             isOff.push_back(compareTable(at));
         isOff_ = isOff;
@@ -72,7 +72,8 @@ private:
         return "about " + roughly(one.point->row->flow / std::exp(one.value));
     }
 
-    /// The middle one of all tables counts. Of two that differ the later one is told.
+    /// The middle one of all tables is taken as right. Of two tables that differ, the later one is
+    /// reported.
     Deviations deviationsOf(std::size_t at) const
     {
         Deviations deviations;
@@ -97,7 +98,7 @@ private:
         return deviations;
     }
 
-    /// What makes flows wrong by a factor; those of a single Cv may be another one's.
+    /// The likely cause of a factor. The flows of a single Cv may be those of another Cv.
     std::string causeText(std::size_t at, std::optional<float> cv, double value, double tolerance) const
     {
         std::string cause = likelyCause(tables_[at].spec, std::exp(value), tolerance);
@@ -119,7 +120,8 @@ private:
         return byCv;
     }
 
-    /// Whether the table as a whole is wrong, which is reported: by one factor, or by one for each Cv.
+    /// Reports a table that is wrong as a whole, by one factor or by a factor for each Cv. Gives
+    /// whether it is.
     bool compareTable(std::size_t at)
     {
         const Deviations deviations = deviationsOf(at);
@@ -148,7 +150,8 @@ private:
         return most->value - least->value < ownShare + cvRounding * (least->rounding + most->rounding);
     }
 
-    /// Compares single Cvs, pressures and rows; of each, only what the one before does not explain.
+    /// Compares single Cvs, then pressures, then rows. Each step looks only at what the step before
+    /// does not explain.
     void compareParts(std::size_t at)
     {
         Deviations deviations = deviationsOf(at);
@@ -179,7 +182,7 @@ private:
                expectedFlow(example) + causeText(at, cv, middle.value, 0.01 + middle.rounding));
     }
 
-    /// Pressures that are off for most Cvs; neighbours in one finding.
+    /// Reports pressures at which most Cvs are off. Neighbouring pressures are one finding.
     void comparePressures(std::size_t at, Deviations& deviations)
     {
         std::map<double, Deviations> byPressure;
@@ -222,7 +225,7 @@ private:
     static constexpr Rule rowsStandOutMuch{Severity::error, "flows of single rows are wrong by a factor",
                                            "look for slips and shifted rows"};
 
-    /// Single rows that are off, a finding for each Cv.
+    /// Reports single rows that are off, one finding for each Cv.
     void compareRows(std::size_t at, const Deviations& deviations)
     {
         std::map<float, std::pair<std::size_t, const Deviation*>> worst;
@@ -245,8 +248,8 @@ private:
     static constexpr Rule flowsBeyondCv{Severity::error, "flows that no valve of the CV passes", lookAtUnits};
     static constexpr Rule flowsAboveCv{Severity::warning, "flows are more than the CVs pass", lookAtUnits};
 
-    /// A factor that all tables share shows only against the flow equation; best at low pressures, where xT does not
-    /// count.
+    /// A factor that all tables share can be seen only against the flow equation. It is seen best
+    /// at low pressures, where xT has little effect.
     void checkEquation(std::size_t at)
     {
         Deviations all;
@@ -278,10 +281,10 @@ private:
     static constexpr Rule cvStandsOut{Severity::warning, "flows do not fit the CV",
                                       "look whether columns or rows are shifted"};
 
-    /// A Cv that passes much more or less for its size than the others do, in all tables.
+    /// Reports a Cv that passes much more or less for its size than the others do, in all tables.
     void compareCvs()
     {
-        std::map<float, double> shares; // the middle one of the tables' middle ones
+        std::map<float, double> shares; // of the middle shares of all tables, the middle one
         for (const auto& [cv, first] : points_[0]) {
             std::vector<double> ofTables;
             for (const auto& byCv : points_)
@@ -297,7 +300,7 @@ private:
         std::vector<double> values;
         for (const auto& [cv, share] : shares)
             values.push_back(share);
-        if (values.size() < 3) // nothing to stand out from
+        if (values.size() < 3) // too few to compare with
             return;
         const double middle = median(values);
         for (const auto& [cv, share] : shares)
@@ -312,7 +315,7 @@ private:
 
     const std::vector<ValveTable>& tables_;
     std::vector<std::map<float, Points>> points_; ///< of each table, by Cv
-    std::vector<bool> isOff_; ///< the tables that are wrong as a whole: nothing is compared with them any more
+    std::vector<bool> isOff_;                     ///< wrong as a whole; nothing is compared with these
     Findings& findings_;
 };
 

@@ -23,8 +23,8 @@ using Points = std::vector<Point>;
 /// The rows of a Cv with figures of their own, by pressure.
 Points pointsOf(const ValveTable& table, float cv, const Curve& curve);
 
-/// The share at a pressure, with the larger rounding of the two points around it; nullopt beyond the
-/// points.
+/// The share at a pressure, with the larger rounding of the two points around it; nullopt beyond
+/// the points.
 struct Share
 {
     double value;

@@ -10,7 +10,8 @@
 namespace
 {
 
-constexpr double nm3h = 1 / 0.026793; // 60 degF and 14.696 psia against 0 degC and 101.325 kPa
+// SCFH are at 60 degF and 14.696 psia, Nm3/h at 0 degC and 101.325 kPa.
+constexpr double nm3h = 1 / 0.026793;
 
 struct Unit
 {
@@ -18,13 +19,14 @@ struct Unit
     char kind; // p: pressure, in Pa; f: flow, in SCFH; v: volume, in m3; m: mass flow, in kg/h
     double size;
 };
+/// Beside the pressure units that are offered (base/offered.h).
 // clang-format off
 constexpr Unit units[] = {
-    {"psi", 'p', 6894.757}, {"psig", 'p', 6894.757}, {"lb/in2", 'p', 6894.757}, {"bar", 'p', 1e5},
-    {"barg", 'p', 1e5}, {"bar g", 'p', 1e5}, {"mbar", 'p', 100}, {"mbarg", 'p', 100}, {"hpa", 'p', 100},
-    {"kpa", 'p', 1000}, {"kpag", 'p', 1000}, {"mpa", 'p', 1e6}, {"pa", 'p', 1}, {"kg/cm2", 'p', 98066.5},
+    {"psig", 'p', 6894.757}, {"lb/in2", 'p', 6894.757}, {"bar", 'p', 1e5},
+    {"barg", 'p', 1e5}, {"bar g", 'p', 1e5}, {"mbarg", 'p', 100}, {"hpa", 'p', 100},
+    {"kpag", 'p', 1000}, {"mpa", 'p', 1e6}, {"pa", 'p', 1}, 
     {"kg/cm²", 'p', 98066.5}, {"kgf/cm2", 'p', 98066.5}, {"kgf/cm²", 'p', 98066.5}, {"at", 'p', 98066.5},
-    {"in wc", 'p', 249.08891}, {"inwc", 'p', 249.08891}, {"inh2o", 'p', 249.08891}, {"in h2o", 'p', 249.08891},
+    {"inwc", 'p', 249.08891}, {"inh2o", 'p', 249.08891}, {"in h2o", 'p', 249.08891},
     {"mmh2o", 'p', 9.80665}, {"mm h2o", 'p', 9.80665}, {"mmws", 'p', 9.80665}, {"scfh", 'f', 1},
     {"scfm", 'f', 60}, {"scfd", 'f', 1.0 / 24}, {"mscfh", 'f', 1000}, {"nm3/h", 'f', nm3h},
     {"nm³/h", 'f', nm3h}, {"nm3/hr", 'f', nm3h}, {"nm³/hr", 'f', nm3h}, {"nm3/min", 'f', 60 * nm3h},
@@ -34,24 +36,22 @@ constexpr Unit units[] = {
 };
 // clang-format on
 
-constexpr const Unit* unitNamed(std::string_view text)
+constexpr std::optional<Unit> unitNamed(std::string_view text)
 {
     for (const std::string_view bracket : {"[", "("})
         text.remove_prefix(text.starts_with(bracket) ? 1 : 0);
     for (const std::string_view bracket : {"]", ")"})
         text.remove_suffix(text.ends_with(bracket) ? 1 : 0);
-    const auto found = std::ranges::find_if(
-        units, [&](const Unit& unit) { return std::ranges::equal(unit.name, text, {}, {}, lowerCase); });
-    return found == std::end(units) ? nullptr : found;
+    const auto isIt = [&](const auto& unit) {
+        return std::ranges::equal(std::string_view(unit.name), text, {}, lowerCase, lowerCase);
+    };
+    if (const auto offered = std::ranges::find_if(pressureUnits, isIt); offered != std::end(pressureUnits))
+        return Unit{offered->name, 'p', offered->pascal};
+    const auto other = std::ranges::find_if(units, isIt);
+    return other == std::end(units) ? std::nullopt : std::optional(*other);
 }
-static_assert(std::ranges::all_of(offers,
-                                  [](const Offer& offer) {
-                                      const Unit* const unit = unitNamed(offer.pressUnits);
-                                      return unit != nullptr && unit->kind == 'p';
-                                  }),
-              "a pressure unit that is offered has a row above");
 
-/// What a wrong flow is given in, by the factor that it is wrong by.
+/// A usual mistake, and the factor by which it makes flows wrong.
 struct Cause
 {
     double factor;
@@ -77,7 +77,7 @@ constexpr Cause causes[] = {
     {1.2929, "kg/h, or natural gas for air?", choice::metric, choice::depad},
     {0.0738, "lb/h?", choice::us, choice::pad}, // lb per standard cubic foot
     {0.0763, "lb/h?", choice::us, choice::depad},
-    {1.2715, "natural gas for nitrogen?", nullptr, choice::pad}, // gravity 0.6 for 0.97: the root of their ratio
+    {1.2715, "natural gas for nitrogen?", nullptr, choice::pad}, // root of 0.97 / 0.6
     {1.291, "natural gas for air?", choice::us, choice::depad},
     {3.72, "hydrogen for nitrogen?", nullptr, choice::pad},        // 0.07
     {0.796, "carbon dioxide for nitrogen?", nullptr, choice::pad}, // 1.53
@@ -115,11 +115,11 @@ double gallonsPer(std::string_view unitSystem)
 
 double computedFlow(const ValveTableSpec& table, double cv, double pressure)
 {
-    constexpr double atmosphere = 14.696;  // psia
-    constexpr double temperature = 519.67; // degR: 60 degF
-    constexpr double factor = 1360;        // SCFH for Cv, psia and degR
-    constexpr double choked = 0.72;        // share of the inlet pressure beyond which a larger drop adds nothing
-    const double gravity = table.valveType == choice::pad ? 0.97 : 1; // the tables are for nitrogen and air
+    constexpr double atmosphere = 14.696;                             // psia
+    constexpr double temperature = 519.67;                            // degR: 60 degF
+    constexpr double factor = 1360;                                   // SCFH for Cv, psia and degR
+    constexpr double choked = 0.72;                                   // share of P1; a larger drop adds no flow
+    const double gravity = table.valveType == choice::pad ? 0.97 : 1; // nitrogen and air
     const double drop = pressure * pascalPer(table.pressUnits) / pascalPer("PSI");
     const double inlet = atmosphere + drop;
     const double share = std::min(drop / inlet, choked);
@@ -142,14 +142,14 @@ std::string likelyCause(const ValveTableSpec& table, double factor, double toler
 
 bool isUnit(std::string_view text)
 {
-    return unitNamed(trimmed(text)) != nullptr;
+    return unitNamed(trimmed(text)).has_value();
 }
 
 std::optional<double> factorTo(std::string_view given, std::string_view wanted, bool isNitrogen)
 {
-    const Unit* const from = unitNamed(trimmed(given));
-    const Unit* const to = unitNamed(wanted);
-    if (from == nullptr || to == nullptr)
+    const std::optional<Unit> from = unitNamed(trimmed(given));
+    const std::optional<Unit> to = unitNamed(wanted);
+    if (!from || !to)
         return std::nullopt;
     if (from->kind == to->kind)
         return from->size / to->size;

@@ -36,7 +36,7 @@ constexpr Rule flowGrowsOddly{Severity::warning, "a flow grows too little or too
 constexpr Rule highPointBreathesMore{Severity::error, "DepadHFP is above Pad or DepadLFP",
                                      "look whether columns are swapped"};
 
-/// Checks each row of a large-tank table, and what lies between it and the one before.
+/// Checks each row of a large-tank table, and its growth from the row before.
 void checkRows(const Table<LargeTankRow>& read, Findings& findings)
 {
     Rounding rounding;
@@ -83,8 +83,8 @@ constexpr Rule otherThanFormulaMuch{
 constexpr Rule otherThanFormula{Severity::warning, "the table does not go on where the formula for smaller tanks ends",
                                 "look at the unit; a table of a later edition of API 2000 begins higher or lower"};
 
-// In-breathing of later editions is up to 3.4 times that of the formula, at the largest factor of vapour pressure and
-// latitude; a wrong unit gives 7.5 (gallons per cubic foot) and more.
+// In later editions of API 2000, in-breathing is up to 3.4 times that of the formula. A wrong unit
+// gives 7.5 times (gallons for cubic feet) or more.
 constexpr double mostOfFormula = 5;
 
 /// Checks where a large-tank table begins and ends.
@@ -126,7 +126,7 @@ constexpr Rule tablesDifferMuch{Severity::error, "the large-tank tables differ b
 constexpr Rule tablesDiffer{Severity::warning, "the large-tank tables differ by more than 10 %",
                             "look for a slip or a row that is missing"};
 
-/// Compares the rows of one large-tank table with what the program makes of the other one.
+/// Compares the rows of one large-tank table with what the other table gives for the same volumes.
 void compareTables(const CheckedTanks& checked, const CheckedTanks& other, Findings& findings)
 {
     const double volumeUnit = gallonsPer(checked.table.unitSystem) / gallonsPer(other.table.unitSystem);

@@ -17,7 +17,8 @@ std::string without(std::string text, std::string_view mark)
     return text;
 }
 
-/// Whether `mark` may separate thousands wherever it stands: "1.245" and "12,500,000", but not "0.245" or "1234.567".
+/// Whether `mark` may separate thousands at every place where it is: "1.245" and "12,500,000", but
+/// not "0.245" or "1234.567".
 bool mayBeThousands(std::string_view text, char mark)
 {
     const std::size_t first = text.find_first_not_of("+-");

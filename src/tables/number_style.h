@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// A text that should be a number, and where it stands.
+/// A text that should be a number, and its line.
 struct NumberField
 {
     std::string text;
@@ -17,13 +17,14 @@ struct NumberStyle
 {
     char decimalMark = '.';
     std::string fault;    ///< why they cannot be read in exactly one way; "" when they can
-    std::string expected; ///< then what it should look like
+    std::string expected; ///< in case of a fault: what numbers should look like
     std::size_t line = 0;
 
     /// The number without thousands separators, with a decimal point.
     std::string plain(const std::string& text) const;
 };
 
-/// Finds how numbers are written beside a separator of columns: with semicolons and tabs they may have a decimal comma.
-/// Where they cannot be read in one way, the style is the likelier one, so that the rest can be looked at.
+/// Finds how the numbers of a table are written. Where columns are separated by semicolons or tabs,
+/// numbers may have a decimal comma. When they can be read in two ways, it gives the likelier one:
+/// so the rest of the table can be checked.
 NumberStyle findNumberStyle(const std::vector<NumberField>& numbers, char separator);

@@ -8,8 +8,8 @@
 namespace
 {
 
-/// Parts of names of columns in the common languages of spreadsheets, in small letters, by what they are likely to
-/// mean.
+/// Words in column names that spreadsheets of many languages use, in small letters, and the columns
+/// they likely mean.
 struct Word
 {
     std::string_view part;
@@ -56,7 +56,8 @@ std::size_t columnLike(std::string_view name, std::span<const CsvColumn> columns
     return HeaderField::none;
 }
 
-/// A name like "Cv 0.2 1/2"" or "CV: 7,5 (1")": the Cv, and the body size behind it.
+/// Reads Cv and body size from a name like "Cv 0.2 1/2"" or "CV: 7,5 (1")". Gives whether it has
+/// them.
 bool readCv(std::string_view name, HeaderField& field)
 {
     const auto skip = [&](std::string_view signs) {
@@ -129,7 +130,7 @@ std::size_t namesIn(const CsvRow& row, std::span<const CsvColumn> columns)
     std::size_t known = 0;
     for (const std::string& text : row.fields) {
         const HeaderField field = fieldOf(text, columns);
-        known += field.isExact ? 3 : field.column != HeaderField::none ? 2 : 0; // a likely name counts for less
+        known += field.isExact ? 3 : field.column != HeaderField::none ? 2 : 0; // similar: less
     }
     return known;
 }

@@ -61,7 +61,8 @@ private:
 
     static constexpr Rule columnsNotSeparated{Severity::error, "the columns are not separated", "save it as CSV"};
 
-    /// Splits the text by the separator that finds most names of columns. Whether there is a table in it.
+    /// Splits the text by the separator that finds most column names. Gives whether there is a
+    /// table in it.
     bool splitRows(const std::string& text)
     {
         std::size_t most = 0;
@@ -119,7 +120,7 @@ private:
         table_.isWhole = checkHeader(header);
         if (layout_.hasUnitsRow)
             checkUnits(rows_[layout_.header + 1]);
-        if (!table_.isWhole) // what stands in the rows cannot be told
+        if (!table_.isWhole) // without its columns a row means nothing
             return;
         rows_.erase(rows_.begin(),
                     rows_.begin() + static_cast<std::ptrdiff_t>(layout_.header + 1) + layout_.hasUnitsRow);
@@ -137,14 +138,15 @@ private:
                    column + (found.sample.empty() ? " is empty" : ' ' + quotedText(found.sample)) + " in " +
                        std::to_string(found.count) + (found.count == 1 ? " row" : " rows, the first of them here"),
                    "a number");
-            unread_ -= static_cast<std::ptrdiff_t>(found.count); // such rows say something: there is no valve
+            // Such rows are read: they say that there is no valve.
+            unread_ -= static_cast<std::ptrdiff_t>(found.count);
         }
         if (rows_.empty())
             report(tableIsEmpty, header.line, "");
         else if (!lastLineHasEnd_)
             report(lastLineHasNoEnd, rows_.back().line,
                    rows_.back().fields.empty() ? "" : "the field " + quotedText(rows_.back().fields.back()));
-        table_.isWhole = 10 * unread_ <= std::ssize(rows_) && !table_.rows.empty(); // else single rows tell nothing
+        table_.isWhole = 10 * unread_ <= std::ssize(rows_) && !table_.rows.empty();
     }
 
     static std::ptrdiff_t numbersIn(const CsvRow& row)
@@ -154,7 +156,8 @@ private:
         });
     }
 
-    /// Whether each column is there, by its name or a likely one; columns without a name at the end are left out.
+    /// Whether each column is there, by its name or a similar one. Columns without a name at the
+    /// end are left out.
     bool checkHeader(const CsvRow& header)
     {
         if (header.fields.empty()) {
@@ -244,7 +247,7 @@ private:
             return false;
         }
         while (csv.fields.size() > layout_.fields.size() &&
-               csv.fields.back().empty()) // columns that a spreadsheet adds
+               csv.fields.back().empty()) // empty columns that a spreadsheet adds
             csv.fields.pop_back();
         if (csv.fields.size() != layout_.fields.size()) {
             report(rowDoesNotFit, csv.line, std::to_string(csv.fields.size()) + " fields",
@@ -266,7 +269,7 @@ private:
         return good && (!layout_.isByCv || addRowsByCv(row, csv));
     }
 
-    /// One row for each column of flows that has something at this pressure.
+    /// Adds a row for each column of flows that has a figure at this pressure.
     bool addRowsByCv([[maybe_unused]] Row row, [[maybe_unused]] const CsvRow& csv)
     {
         bool good = true;

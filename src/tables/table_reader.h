@@ -10,7 +10,7 @@ struct TableUnits
     bool isNitrogen; ///< in place of air, where a mass is given
 };
 
-/// Reads the CSV file of one table. What cannot be read in exactly one way is reported and read in the likelier one, so
-/// that one run finds whatever else is wrong; the errors keep the table from being used.
+/// Reads the CSV file of one table. What can be read in two ways is reported, and read in the
+/// likelier way: so one run finds all other faults, too. The errors keep the table from being used.
 template <typename Row>
 Table<Row> readTable(const std::filesystem::path& path, const TableUnits& units, Findings& findings);

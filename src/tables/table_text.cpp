@@ -22,9 +22,9 @@ namespace
 constexpr Rule fileUnreadable{Severity::error, "the file cannot be read"};
 constexpr Rule fileNamedOtherwise{Severity::error, "the file is named otherwise", "rename it"};
 
-constexpr std::size_t mostBytes = 8'000'000; // 20,000 rows have two million
+constexpr std::size_t mostBytes = 8'000'000; // 20,000 rows are two million bytes
 
-// Windows-1252 from 0x80 to 0x9F; above, it is Latin-1. 0 stands for a byte that it does not use.
+// Windows-1252 from 0x80 to 0x9F; from 0xA0 on it is Latin-1. 0 is for a byte that it does not use.
 constexpr std::array<char32_t, 32> windows1252 = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
                                                   0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
@@ -44,7 +44,8 @@ void append(std::string& text, char32_t sign)
     }
 }
 
-/// UTF-16 without its byte-order mark. Signs beyond its 16 bits become "?": no column or size has any.
+/// UTF-16 without its byte-order mark. Characters that need two units become "?": no name or size
+/// has one.
 std::string fromUtf16(std::string_view bytes, bool bigEndian)
 {
     std::string text;

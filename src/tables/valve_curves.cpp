@@ -48,7 +48,8 @@ double Rounding::unit(double value) const
     if (decade == decades_.end())
         return 0;
     const auto& [first, seen] = *decade;
-    // One figure like 2000 does not say that all are given to thousands: the larger ones tell.
+    // A single figure like 2000 does not prove that all are rounded to thousands. The larger ones
+    // do.
     const bool isFew = seen.count < 3;
     const auto larger = std::next(decade);
     const int place =
@@ -90,7 +91,8 @@ std::vector<Step> stepsOf(const ValveTableSpec& table, const Curves& curves)
         const auto place = std::ranges::find(table.cvSeries, chosen->first);
         const bool isStepped = place != table.cvSeries.end() && std::next(place) != table.cvSeries.end();
         const float steppedTo = isStepped ? *std::next(place) : chosen->first;
-        if (const auto passing = curves.upper_bound(steppedTo); passing != curves.end()) // a Cv outside the series, too
+        // A larger Cv outside the series may pass, too.
+        if (const auto passing = curves.upper_bound(steppedTo); passing != curves.end())
             steps.push_back({chosen, steppedTo, lowestPressureOf(table, passing->first)});
     }
     return steps;

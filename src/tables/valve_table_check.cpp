@@ -24,7 +24,7 @@ public:
         checkRows();
         for (const auto& [cv, curve] : table_.curves)
             for (auto row = curve.begin(); row != curve.end(); ++row)
-                if (!isOnLine(curve, row)) // such a row is not rounded
+                if (!isOnLine(curve, row)) // a row on the line is computed, not rounded
                     table_.rounding.add(row->second->flow);
         table_.isWhole = table_.read->isWhole && !table_.curves.empty();
         if (table_.isWhole) {
@@ -79,8 +79,9 @@ private:
         Severity::error, "rows are missing",
         "build with --complete, which fills the rows between a CV's own, or add the rows"};
 
-    /// The program takes the first row at or above the duty's pressure, whatever its Cv: a Cv without a row there would
-    /// be passed over. Below the lowest pressure that it may have, a Cv needs none but the last one.
+    /// The program takes the first row at or above the duty's pressure, whatever its Cv. A Cv
+    /// without a row there would be skipped. Below the lowest pressure that a Cv may have, it needs
+    /// only the last of these rows.
     void checkPressures()
     {
         Curve all; // the first row of each pressure
@@ -112,8 +113,8 @@ private:
 
     void checkRange() const
     {
-        const CapacityRow* lowest = nullptr;  // the first row of the Cv that begins too late by most
-        const CapacityRow* highest = nullptr; // the last row of the Cv that ends first
+        const CapacityRow* lowest = nullptr;  // of the Cv that begins too high by most
+        const CapacityRow* highest = nullptr; // of the Cv that ends first
         double late = 1;
         double wanted = 0;
         for (const auto& [cv, curve] : table_.curves) {
@@ -150,8 +151,8 @@ private:
     static constexpr Rule flowGrowsOddly{Severity::warning, "a flow grows too little or too much with the pressure",
                                          "look for a slip in flow or pressure"};
 
-    /// A flow grows at least like the fourth root of the pressure and at most like its power of 1.5; two percent and
-    /// the rounding of the figures are allowed on top.
+    /// A flow grows at least like the fourth root of the pressure and at most like its power of
+    /// 1.5. Two percent and the rounding of the figures are allowed in addition.
     void checkGrowth(float cv, const CapacityRow& from, const CapacityRow& to) const
     {
         const double ratio = from.pressure > 0 ? to.pressure / from.pressure : 1;
@@ -188,7 +189,7 @@ private:
     static constexpr Rule flowNotAboveSmallerCv{Severity::error, "a flow does not rise with the CV",
                                                 "correct the figure that is wrong"};
 
-    /// Two Cvs may have the same flow where the difference is lost in the rounding of the figures.
+    /// Two Cvs may have the same flow when rounding has removed the difference.
     void compare(const Curves::value_type& smaller, const Curves::value_type& larger) const
     {
         for (const auto& [pressure, row] : larger.second) {

@@ -4,6 +4,8 @@
 
 #include <QAccessible>
 #include <QContextMenuEvent>
+#include <QDesktopServices>
+#include <QTextBrowser>
 #include <QToolTip>
 
 namespace
@@ -172,6 +174,24 @@ TEST_F(MainFormTest, HelpTakesNoKey)
     }
     EXPECT_EQ(entered("txtPumpRate"), "250");
     EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
+}
+
+TEST_F(MainFormTest, HelpNamesTheRangeAndTheModelsRule)
+{
+    for (const auto& [setup, range] :
+         {std::pair{"Series 63, Pad, API-2000, Metric, kg/cm2", "1.76 to 14.06. Series 63 valves must have a minimum "
+                                                                "supply pressure of 1.8 kg/cm2."},
+          {"Series 63, Pad, API-2000, US, PSI",
+           ", gauge, in PSI: 25 to 200."}}) { // the rule begins where the range does
+        openMain(setup);
+        EXPECT_TRUE(get<QWidget>("txtPressure").toolTip().endsWith(range)) << setup;
+    }
+    QTextBrowser browser;
+    QDesktopServices::setUrlHandler("file", &browser, "setSource");
+    key(Qt::Key_F1);
+    QDesktopServices::unsetUrlHandler("file");
+    EXPECT_EQ(browser.source().fileName(), "user_guide.md");
+    EXPECT_TRUE(messages.texts.empty());
 }
 
 TEST_F(MainFormTest, KeyboardReachesEverything)

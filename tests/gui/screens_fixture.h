@@ -41,6 +41,17 @@ protected:
     }
 
     void choose(const char* option) { get<QRadioButton>(option).setChecked(true); }
+
+    /// Chooses the option that is captioned so.
+    void chooseCaptioned(const QString& caption)
+    {
+        for (QRadioButton* const option : screens.form()->findChildren<QRadioButton*>())
+            if (option->text().remove(u'&') == caption) {
+                option->setChecked(true);
+                return;
+            }
+        qFatal("no option %s", qPrintable(caption));
+    }
     void chooseUnit(const QString& pressUnits)
     {
         auto& list = get<QListWidget>("lstPressure");
@@ -52,10 +63,9 @@ protected:
     {
         const QStringList texts = QString::fromStdString(choices).split(", ");
         screens.showSetup();
-        choose(texts[0] == choice::series61 ? "optSeries61" : "optSeries63");
-        choose(texts[1] == choice::pad ? "optPad" : "optDepad");
-        choose(texts[2] == choice::api2000 ? "optAPI2000" : "optDD");
-        choose(texts[3] == choice::us ? "optUSUnits" : "optMetricUnits");
+        for (const QString& text : texts.first(3))
+            chooseCaptioned(text);
+        chooseCaptioned(QString::fromUtf8(unitsOf(texts[3].toStdString())->option));
         chooseUnit(texts[4]);
         press("cmdContinue");
         activate();

@@ -38,8 +38,13 @@ TEST_F(SetupFormTest, UnitListsFollowModelTypeAndUnits)
         screens.showSetup();
         for (const QString& option : QString::fromStdString(row["Options"]).split(' '))
             choose(option.toUtf8().constData());
-        for (const char* const list : {"lstPressure", "lstFlow", "lstTemp", "lstVolume"})
+        for (const char* const list : {"lstFlow", "lstTemp", "lstVolume"})
             EXPECT_EQ(entries(list), row[list]) << row["Options"];
+        std::string offered;
+        for (const Offer& offer : offers)
+            if (row["Valve"] == offer.valveModel + (" " + (offer.valveType + (" " + std::string(offer.unitSystem)))))
+                offered += (offered.empty() ? "" : "|") + std::string(offer.pressUnits);
+        EXPECT_EQ(entries("lstPressure"), offered) << row["Options"];
         chooseUnit(QString::fromStdString(row["Chosen"]));
         press("cmdContinue");
         const SizingState& state = screens.state();
@@ -47,6 +52,28 @@ TEST_F(SetupFormTest, UnitListsFollowModelTypeAndUnits)
         EXPECT_EQ(state.PressUnits + " " + state.FlowUnits + " " + state.VolUnits + " " + state.PumpRateUnits,
                   row["Chosen"] + " " + row["lstFlow"] + " " + row["lstVolume"] + " " + row["Pump Rate Units"]);
     }
+}
+
+/// Whatever is chosen before, each model can be chosen, all of its units are seen, and the main form opens.
+TEST_F(SetupFormTest, EveryChoiceCanBeContinued)
+{
+    for (const Model& model : models)
+        for (const UnitSystem& before : unitSystems)
+            for (const std::string type : {choice::pad, choice::depad}) {
+                screens.showSetup();
+                chooseCaptioned(QString::fromUtf8(before.option));
+                chooseCaptioned(QString::fromUtf8(model.name));
+                if (isOffered(model.name, type))
+                    chooseCaptioned(QString::fromStdString(type));
+                const auto& list = get<QListWidget>("lstPressure");
+                for (int row = 0; row < list.count(); ++row)
+                    EXPECT_TRUE(list.viewport()->rect().contains(list.visualItemRect(list.item(row))))
+                        << model.name << ", " << list.item(row)->text().toStdString();
+                ASSERT_GT(list.count(), 0) << model.name << " after " << before.name;
+                press("cmdContinue");
+                EXPECT_EQ(screens.state().ValveModel, model.name);
+                EXPECT_NE(findOffer(model.name, screens.state().ValveType, screens.state().PressUnits), nullptr);
+            }
 }
 
 TEST_F(SetupFormTest, CustomerInformationSurvivesChoicesDoNot)

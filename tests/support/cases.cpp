@@ -2,6 +2,7 @@
 
 #include "files/csv_reader.h"
 #include "support/temporary_directory.h"
+#include "tables/capacity_tables.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -41,9 +42,21 @@ struct TablesFile
 
     TablesFile()
     {
+        std::string empty;
+        std::string filled;
+        for (const ValveTableSpec& table : valveTableSpecs()) {
+            const std::string name(table.name);
+            empty += "CREATE TABLE " + name + " (Pressure REAL, flow REAL, Bodysize TEXT, CV REAL);" +
+                     "CREATE INDEX \"" + name + ".Index\" ON " + name + " (Pressure, flow);";
+            filled += "INSERT INTO " + name + " SELECT p, 10.0 * cv * p, body, cv FROM valve, (SELECT " +
+                      numberText(table.lowest) + " AS p UNION SELECT " + numberText(table.highest) +
+                      ") WHERE type = '" + std::string(table.valveType) + "' AND NOT EXISTS (SELECT 1 FROM " + name +
+                      ");";
+        }
         sqlite3* database = nullptr;
         sqlite3_open(path.c_str(), &database);
-        const int result = sqlite3_exec(database, caseText("tables.sql").c_str(), nullptr, nullptr, nullptr);
+        const int result =
+            sqlite3_exec(database, (empty + caseText("tables.sql") + filled).c_str(), nullptr, nullptr, nullptr);
         sqlite3_close(database);
         if (result != SQLITE_OK)
             throw std::runtime_error("the tables of the tests are wrong");

@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <regex>
 #include <sstream>
@@ -56,7 +55,7 @@ std::string figures(const Value&... value)
 /// The figures in a line of the guide, without those in names (API-2000, m3, psi_Pad) and the numbers of steps.
 inline std::string figuresIn(const std::string& line)
 {
-    static const std::regex names(R"(^\d+\. |step \d|API-2000|Series 6\d)");
+    static const std::regex names(R"(^\d+\. |step \d|API-2000|Series \d+)");
     static const std::regex figure(R"((^|[^A-Za-z0-9_])(\d[\d,]*(\.\d+)?))");
     const std::string rest = std::regex_replace(line, names, "");
     std::string all;
@@ -86,4 +85,31 @@ struct Duty : FreshSizing
         return state.ValveType == choice::pad ? modLookupSCFHPad(sizing, state.InputPressure, flow)
                                               : modLookupSCFHDepad(sizing, state.InputPressure, flow);
     }
+};
+
+/// The rows of a table on both sides of `x`.
+struct RowsAround
+{
+    double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+
+    RowsAround(const std::string& query, const char* key, const char* value, double x)
+    {
+        nominalTables().beginClick();
+        CapacityRows rows = nominalTables().query(query, {key, value});
+        for (; rows.number(std::size_t{0}) < x; rows.next()) {
+            x1 = rows.number(std::size_t{0});
+            y1 = rows.number(std::size_t{1});
+        }
+        x2 = rows.number(std::size_t{0});
+        y2 = rows.number(std::size_t{1});
+    }
+    explicit RowsAround(const SizingState& state)
+        : RowsAround("Select * FROM " + state.ValveTable + " WHERE CV = " + text(state.SelectedCv) +
+                         " ORDER BY Pressure ASC, flow ASC",
+                     "Pressure", "flow", state.InputPressure)
+    {
+    }
+
+    /// The figures of the straight line at `x`, as the guide writes it.
+    std::string line(double x) const { return figures(y2, x2, x, x2, x1, y2, y1); }
 };

@@ -73,6 +73,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
              {"a damaged file without one",
               [&] { sql("SELECT 1" + noChecksum), write(contents(file).substr(0, 20000)); }},
              {"a hot journal", keepJournal, refusal, "is being changed by another program"},
+             {"a journal that is done with", [&] { std::ofstream(beside("-journal")) << '\0'; }, "20 64"},
              {"a WAL beside it", [&] { std::ofstream(beside("-wal")) << "x"; }, refusal,
               "is being changed by another program"},
              {"a WAL beside what it is a link to",
@@ -106,12 +107,19 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
               [&] { sql("CREATE TABLE t (x DEFAULT '" + std::string(10'000, 'x') + "')" + noChecksum); }},
              {"no table", [&] { sql("DROP TABLE psi_Pad" + noChecksum); }},
              {"no index", [&] { sql("DROP INDEX \"psi_Pad.Index\"" + noChecksum); }},
+             {"an index on a formula", [&] { sql("CREATE INDEX i ON psi_Pad (flow * 2)" + noChecksum); }, refusal,
+              "has an index that is computed"},
+             {"an index of some rows", [&] { sql("CREATE INDEX i ON psi_Pad (flow) WHERE flow > 9" + noChecksum); },
+              refusal, "has an index that is computed"},
+             {"other capitals", [&] { sql("ALTER TABLE psi_Pad RENAME flow TO FLOW" + noChecksum); }, "20 64"},
              {"no Cv column", [&] { sql("ALTER TABLE psi_Pad RENAME CV TO Kv" + noChecksum); }},
              {"no rows", [&] { sql("DELETE FROM psi_Pad" + noChecksum); }},
              {"a label that is a view", [&] { sql("CREATE VIEW Label AS SELECT 1 AS label, 2 AS date" + noChecksum); },
               "20 64"},
              // What a whole file does not have is a failure of its own lookup alone: no breathing.
              {"no large tanks", [&] { sql("DROP TABLE USLargeTank" + noChecksum); }, "1 40"},
+             {"no flows of large tanks", [&] { sql("ALTER TABLE USLargeTank RENAME Pad TO Pump" + noChecksum); },
+              "1 40"},
          }) {
         std::filesystem::remove_all(directory);
         std::filesystem::create_directory(directory);
@@ -231,6 +239,12 @@ TEST_F(DataFile, ThatAnEarlierVersionBuiltIsRead)
     sql(caseText("earlier_file.sql"));
     EXPECT_EQ(size(), "20 64"); // 25800 of 40000 SCFH are a half more
     EXPECT_EQ(describe(tablesLabel(store).value()), "by hand (2026-11-01)");
+
+    sql("DROP TABLE Label; CREATE TABLE Label AS SELECT 12.5 AS label, 'today' AS date; DROP TABLE Checksum; "
+        "PRAGMA application_id = 0");
+    std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() + 1h); // by another clock
+    EXPECT_EQ(size(), "20 64");
+    EXPECT_EQ(describe(tablesLabel(store).value()), "12.5 (today)");
 }
 
 } // namespace

@@ -13,6 +13,8 @@
 namespace
 {
 
+namespace fs = std::filesystem;
+
 constexpr const char* sharedColumns[] = {"Pump-Rate Flow",     "Breathing Flow",  "Valve Coefficient",
                                          "Max Valve Capacity", "Valve Body Size", "Capacity Utilized (%)",
                                          "Comments",           "Messages"};
@@ -132,20 +134,25 @@ TEST(DutyList, RefusesListsThatCannotBeRead)
     EXPECT_EQ(refusalOf("Gas,Notes,gas\n"), "1: column 3, \"gas\": it stands twice");
     EXPECT_TRUE(refusalOf("Gas;Pressure\nx;1.5\ny;\u00A02,5 \n").starts_with("3: numbers are written in two ways"));
     EXPECT_EQ(refusalOf("Gas,Notes\nx,\"a\n\xBD\"\n"), "3: the text is not UTF-8: save it as CSV in UTF-8");
+    const std::string longest(1 << 20, 'x');
+    EXPECT_EQ(refusalOf("Gas\n" + longest), "none");
+    EXPECT_EQ(refusalOf("Gas\n\n" + longest + 'x'), "3: a line of more than a million characters");
     EXPECT_EQ(refusalOf("Gas\n", "/nowhere"), "the valve tables cannot be read: nowhere is missing");
 }
 
 TEST(DutyList, SizesAllRowsOnOneFile)
 {
     const TemporaryDirectory temporary;
-    const std::filesystem::path file = temporary.path / "tables.mdb";
-    std::filesystem::copy_file(testTables(), file);
+    const fs::path file = temporary.path / "tables.mdb";
+    fs::copy_file(testTables(), file);
     std::istringstream in("Pump Rate,Pressure,Tank Volume\n100,60,1000\n100,60,1000\n");
     DutyList list(in, file.string());
     EXPECT_FALSE(list.isDataFileReplaced());
     const std::string first = list.answer(*list.next());
     std::ofstream(file) << "another file";
     EXPECT_EQ(list.answer(*list.next()), first);
+    EXPECT_TRUE(list.isDataFileReplaced());
+    fs::remove(file);
     EXPECT_TRUE(list.isDataFileReplaced());
 }
 
@@ -164,15 +171,30 @@ TEST(DutyList, AnswersAsTheListIsWritten)
     EXPECT_TRUE(list.answer(*list.next()).starts_with("z;1.000.000;.;;;refused;"));
 }
 
+/// A listed gas by any spelling; a gravity names its gas; any other name stays as it is.
+TEST(DutyList, EntersTheGasAsTheScreenDoes)
+{
+    std::istringstream in("Gas,Specific Gravity\n AIR,\nArgon,\nArgon,1.52\n,0.6\n,0.61\nnitrogen,\n");
+    DutyList list(in, testTables());
+    for (const char* const entered :
+         {"Air 1", "Argon 0.97", "Argon 1.52", "Natural Gas 0.6", " 0.61", "Nitrogen 0.97"}) {
+        const PlainScreen screen = list.next()->sizing->screen;
+        EXPECT_EQ(screen.text(Box::cmbBlanketingGas) + " " + screen.text(Box::txtSpecGrav), entered);
+    }
+}
+
 TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
 {
     EXPECT_EQ(fileNameOf("../T 1/2\"\n"), "_.._T 1_2__"); // no dot first
-    EXPECT_EQ(fileNameOf("com1 .x"), "_com1 .x");
+    for (const char* const device : {"com1 .x", "CON", "prn.", "Aux.pdf", "nul"})
+        EXPECT_TRUE(fileNameOf(device).starts_with('_')) << device;
     EXPECT_EQ(fileNameOf("LPT\u00B3"), "_LPT\u00B3");
     EXPECT_EQ(fileNameOf("COMB"), "COMB");
     EXPECT_EQ(fileNameOf("T\u00851\u202Efdp\u2069\u00E4"), "T_1_fdp_\u00E4") << "characters that do not show";
     EXPECT_EQ(fileNameOf("T. "), "T");
-    EXPECT_EQ(fileNameOf(std::string(99, 'a') + "\xC3\xA4"), std::string(99, 'a')) << "half a character";
+    EXPECT_EQ(fileNameOf("\u200B# -"), "_# -");
+    EXPECT_EQ(fileNameOf("-1") + fileNameOf(" 1"), "_-1_ 1");
+    EXPECT_EQ(fileNameOf(std::string(98, 'a') + "\u20AC"), std::string(98, 'a')) << "a part of a character";
 
     const TemporaryDirectory temporary;
     const auto write = [&](SummaryFiles& files, const char* tag) {
@@ -186,13 +208,20 @@ TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
     for (const char* const tag : {"T-1", "t-1", ""})
         EXPECT_EQ(write(files, tag), "");
     for (const char* const name : {"T-1.pdf", "t-1 (2).pdf", "line 2.pdf"})
-        EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / name)) << name;
+        EXPECT_TRUE(fs::exists(temporary.path / "new" / name)) << name;
     std::ofstream(temporary.path / "new" / "T-1.pdf.new-backup") << "somebody's own";
-    SummaryFiles again(temporary.path / "new", pdf, "today", false);
-    EXPECT_NE(write(again, "T-1").find("it exists already"), std::string::npos);
+    const fs::path other = temporary.path / "new" / "other.pdf";
+    const auto slowPdf = [&](const SummaryForm&) { // while it is made, another program writes a file of that name
+        std::ofstream(other) << "somebody's own";
+        return std::string("page");
+    };
+    SummaryFiles again(temporary.path / "new", slowPdf, "today", false);
+    for (const char* const tag : {"T-1", "other"})
+        EXPECT_NE(write(again, tag).find("it exists already"), std::string::npos) << tag;
+    EXPECT_EQ(fs::file_size(other), 14U);
     SummaryFiles forced(temporary.path / "new", pdf, "today", true);
     EXPECT_EQ(write(forced, "T-1"), "");
-    EXPECT_TRUE(std::filesystem::exists(temporary.path / "new" / "T-1.pdf.new-backup"));
+    EXPECT_TRUE(fs::exists(temporary.path / "new" / "T-1.pdf.new-backup"));
 }
 
 } // namespace

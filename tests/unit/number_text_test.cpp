@@ -58,6 +58,7 @@ TEST(NumberText, TakesEachSignFromItsOwnItemOfTheLocale)
     const NumberText numbers = userNumberText(locale, "m");
     EXPECT_EQ(numbers.standard(12345), "1t23t45d00");
     EXPECT_EQ(numbers.parse("1m5"), 1.5);
+    EXPECT_EQ(userNumberText(GivenLocale(), "").general(1.5), "1.5") << "where the locale cannot be asked";
 }
 
 TEST(NumberText, TheGasFactorHasTwoDecimalsInEveryLocale)

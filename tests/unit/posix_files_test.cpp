@@ -1,4 +1,5 @@
 #include "files/system.h"
+#include "lists/size_command.h"
 #include "support/build_fixture.h"
 #include "support/data_file_fixture.h"
 #include "support/full_disk.h"
@@ -87,6 +88,25 @@ TEST_F(BuildCapacities, AnInterruptionLeavesNothingBehind)
         << "in the middle of the file";
     EXPECT_EQ(filesBesideOutput(), 1);
     EXPECT_TRUE(contents(database) == before);
+}
+
+TEST_F(BuildCapacities, AnInterruptedListKeepsNoResults)
+{
+    const std::string list = (root / "list.csv").string();
+    const std::string results = (root / "out" / "results.csv").string();
+    const std::string pages = (root / "pages").string();
+    write(list, "Pump Rate,Pressure,Tank Volume\n100,60,1000\n");
+    const auto interrupt = [](const SummaryForm&, const std::optional<TablesLabel>&) {
+        std::raise(SIGTERM);
+        return std::string("page");
+    };
+    const SizeCommandSystem system{testTables(), interrupt, "today"};
+    const auto work = [&] {
+        std::signal(SIGTERM, SIG_DFL);
+        std::_Exit(sizeValves({"-o", results, "--summaries", pages, list}, system)); // the other tests' tables stay
+    };
+    EXPECT_EXIT(work(), testing::ExitedWithCode(2), "^size_valves: interrupted after 0 rows; no results are kept\n$");
+    EXPECT_EQ(filesBesideOutput(), 1);
 }
 
 TEST_F(DataFile, AReadOnlyFileIsRead)

@@ -14,6 +14,18 @@ TEST(Sizings, GiveWhatTheCaseFileSays)
     }
 }
 
+TEST(Gases, AreThoseOfTheCaseFile)
+{
+    const NumberText numbers;
+    std::vector<std::string> expected;
+    std::vector<std::string> found;
+    for (const Case& row : readCases("gases.csv"))
+        expected.push_back(row["Case"] + " " + row["Specific Gravity"]);
+    for (const Gas& gas : gases)
+        found.push_back(gas.name + (" " + numbers.general(gas.specGrav)));
+    EXPECT_EQ(found, expected) << "base/gases.h and tests/cases/gases.csv differ";
+}
+
 TEST(Offers, MessagesNameTheRangesAndRulesTheyStandFor)
 {
     const NumberText numbers;

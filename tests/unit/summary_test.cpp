@@ -68,11 +68,11 @@ TEST_F(Summary, KeepsEachFigureInItsForm)
     sizing.state.MaxValveCap = 12098.1F;
     sizing.state.SpecGrav = 1;
     sizing.state.FlashPoint = "037,0";
-    sizing.state.Notes = "two\r\nlines\tof\u0085\u00a0é\u2028.";
+    sizing.state.Notes = "two\r\nlines\tof\u0085\u00a0é\u2028.\u2029\x7F";
     sizing.state.PercentCap = 0.015F; // a half
     print(sizing);
     EXPECT_EQ(printers.printed->shown("lblPercentValveCapacity").text, "2");
-    EXPECT_EQ(printers.printed->shown("lblNotes").text, "two  lines of \u00a0é .");
+    EXPECT_EQ(printers.printed->shown("lblNotes").text, "two  lines of \u00a0é .  ");
     EXPECT_EQ(printers.printed->shown("lblCV").text, "0,2");
     EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "12098,099609375");
     EXPECT_EQ(printers.printed->shown("lblSpecGrav").text + printers.printed->shown("lblMaxFlowSG").text, "11,00");
@@ -112,6 +112,12 @@ TEST_F(Summary, WantsAValveSizedFirst)
         EXPECT_TRUE(sizing.messages.texts.empty());
     }
     EXPECT_FALSE(printers.printed);
+
+    Sizing later = sized("pad: displacement only"); // there is no advice that would take the place of the refusal
+    later.screen.captions[Label::lblComments] = "You must size a valve before printing.";
+    later.click(later.numbers, later.store);
+    print(later);
+    EXPECT_EQ(printers.printed->shown("lblComments").text, "");
 }
 
 /// From the points of the last sizing; of the flash point's box only whether it is empty counts.

@@ -2,6 +2,7 @@
 
 #include "base/failure.h"
 #include "capacity/valve_check.h"
+#include "engine/sizing_driver.h"
 #include "support/sizing_fixture.h"
 
 #include <chrono>
@@ -54,11 +55,31 @@ TEST_F(TableLookups, BadValuesAreMismatchesOnlyWhereTheyAreMet)
     EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupCVPad(sizing, 20, 59), 0); }), "Error Code 13; modLookupCVPad");
     EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupSizeDepad(sizing, 20, 59), ""); }), "");
     EXPECT_EQ(messageOf([&] { modLookupSizePad(sizing, 20, 69); }), "Error Code 13; modLookupSizePad");
+    EXPECT_EQ(messageOf([&] { modLookupSizeDepad(sizing, 20, 69); }), "Error Code 13; modLookupSizeDepad");
     EXPECT_EQ(messageOf([&] { modLookupCVDepad(sizing, 30, 0); }), "Error Code 13; modLookupCVDepad");
+    state.SelectedCv = 3;
+    EXPECT_EQ(messageOf([&] { modLookupSCFHPad(sizing, 30, 0); }), "Error Code 13; modLookupSCFHPad");
+    EXPECT_EQ(messageOf([&] { modLookupSCFHDepad(sizing, 30, 0); }), "Error Code 13; modLookupSCFHDepad");
     state.SelectedCv = 9;
     sql("INSERT INTO psi_Pad VALUES (50, 80, 's', 9), (50, 90, 's', 9)");
     EXPECT_EQ(messageOf([&] { EXPECT_EQ(modLookupSCFHDepad(sizing, 45, 85), 0); }), "Error Code 11; modInterpolate");
 }
+
+/// On it a click loses its time as soon as it shows a Cv.
+struct SlowScreen : PlainScreen
+{
+    CapacityStore& store;
+
+    explicit SlowScreen(CapacityStore& used) : store(used) {}
+    void setCaption(Label label, const std::string& shown) override
+    {
+        PlainScreen::setCaption(label, shown);
+        if (label != Label::lblCV || shown.empty())
+            return;
+        const CapacityRows rows = store.table("psi_Pad", {});
+        std::this_thread::sleep_for(std::chrono::milliseconds(2100));
+    }
+};
 
 /// A click has two seconds for its walks. A message in a lookup waits for the user and takes none of them.
 TEST_F(TableLookups, EndAfterTwoSecondsWithoutTheMessages)
@@ -79,6 +100,15 @@ TEST_F(TableLookups, EndAfterTwoSecondsWithoutTheMessages)
     std::this_thread::sleep_for(std::chrono::milliseconds(2100)); // as a walk that never ends
     EXPECT_THROW(while (!rows.atEnd()) rows.next(), SilentFailure);
     EXPECT_EQ(store.whyUnreadable(), "capacities.mdb takes too much time or memory to read");
+
+    SlowScreen slow(store);
+    slow.boxes = {
+        {Box::txtPumpRate, "10"}, {Box::txtPressure, "50"}, {Box::txtSpecGrav, "0.97"}, {Box::txtTankVolume, "1"}};
+    state.PressUnits = "PSI";
+    SizingContext slowly{state, slow, messages, numbers, store};
+    cmdCalcFlowRate_Click(slowly);
+    EXPECT_EQ(slow.caption(Label::lblCV), "") << "a valve that was found before the time was over is none";
+    EXPECT_TRUE(slow.caption(Label::lblComments).starts_with("You have exceeded")) << slow.caption(Label::lblComments);
 }
 
 /// Tables that `build_capacities` warns of: a Cv outside the series stays, and one without rows has no capacity.

@@ -4,7 +4,9 @@
 #include "engine/input_checks.h"
 #include "engine/tank_limits.h"
 #include "support/guide_figures.h"
+#include "tables/capacity_tables.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <iterator>
@@ -126,38 +128,38 @@ std::string readBack(double flow)
     return figures(flow, double(ofFlow(flow).state.ShownTotalFlow));
 }
 
-/// The rows of a table on both sides of `x`.
-struct RowsAround
-{
-    double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
-
-    RowsAround(const std::string& query, const char* key, const char* value, double x)
-    {
-        nominalTables().beginClick();
-        CapacityRows rows = nominalTables().query(query, {key, value});
-        for (; rows.number(std::size_t{0}) < x; rows.next()) {
-            x1 = rows.number(std::size_t{0});
-            y1 = rows.number(std::size_t{1});
-        }
-        x2 = rows.number(std::size_t{0});
-        y2 = rows.number(std::size_t{1});
-    }
-    explicit RowsAround(const SizingState& state)
-        : RowsAround("Select * FROM " + state.ValveTable + " WHERE CV = " + text(state.SelectedCv) +
-                         " ORDER BY Pressure ASC, flow ASC",
-                     "Pressure", "flow", state.InputPressure)
-    {
-    }
-
-    /// The figures of the straight line at `x`, as the guide writes it.
-    std::string line(double x) const { return figures(y2, x2, x, x2, x1, y2, y1); }
-};
-
 struct Row
 {
     std::string begin;
     std::string figures;
 };
+
+/// The pressures of each model and type.
+std::vector<Row> pressureRows()
+{
+    std::vector<Row> ranges;
+    std::vector<Row> leasts;
+    std::string unadvised = "| No advice of less pressure up to:";
+    std::string upTo;
+    for (const Model& model : models) {
+        const std::string name = model.name;
+        const bool isDepad = isOffered(name, choice::depad);
+        ranges.push_back({"| Pressure: " + name + (isDepad ? ", pad" : ""), pressures(model.name, choice::pad, range)});
+        if (isDepad)
+            ranges.push_back({"| Pressure: " + name + ", depad", pressures(model.name, choice::depad, range)});
+        const MinimumPressure& minimum =
+            std::ranges::find_if(offers, [&](const Offer& offer) { return offer.valveModel == name; })->minimum;
+        if (minimum.message != nullptr)
+            leasts.push_back(
+                {"| Least pressure: " + name, (minimum.exemptUpToCv > 0 ? text(minimum.exemptUpToCv) + " " : "") +
+                                                  pressures(model.name, choice::pad, least)});
+        unadvised += (upTo.empty() ? " " : "; ") + name;
+        upTo += (upTo.empty() ? "" : " ") + text(model.lowestPressure);
+    }
+    ranges.insert(ranges.end(), leasts.begin(), leasts.end());
+    ranges.push_back({unadvised, upTo});
+    return ranges;
+}
 
 std::vector<Row> constants()
 {
@@ -172,14 +174,13 @@ std::vector<Row> constants()
     Duty halves(choice::series63, choice::depad, choice::api2000, "mbar",
                 {{Box::txtPumpRate, 50}, {Box::txtPressure, 50}, {Box::txtTankVolume, 500}, {Box::txtFlashPoint, 60}});
     const auto held = static_cast<double>(gasFactor(choice::depad, 1.5625));
-    const std::string leastPressures = pressures(choice::series61, choice::pad, least);
+    const std::vector<Row> ofModels = pressureRows();
     constexpr Label advice = Label::lblComments;
     constexpr Label percent = Label::lblPercentValveCapacity;
 
     EXPECT_EQ(perUnit(padUs.BreathingFlow, padMetric.BreathingFlow),
               perUnit(lowUs.BreathingFlow, lowMetric.BreathingFlow));
-    EXPECT_EQ(leastPressures, pressures(choice::series63, choice::pad, least));
-    return {
+    std::vector<Row> rows = {
         {"| Pump flow: pad; Direct", perUnit(padUs.PumpFlow, padMetric.PumpFlow)},
         {"| Pump flow: depad API-2000, high", perUnit(highUs.PumpFlow, highMetric.PumpFlow)},
         {"| Pump flow: depad API-2000, low", perUnit(lowUs.PumpFlow, lowMetric.PumpFlow)},
@@ -191,17 +192,15 @@ std::vector<Row> constants()
         {"| Largest tank", figures(largestTankGallons, largestTankCubicMeters)},
         {"| Largest pump rate", figures(largestPumpRate, largestPumpRate)},
         {"| k: pad; depad", figures(rootOfTables(choice::pad), rootOfTables(choice::depad))},
-        {"| Pressure: Series 61", pressures(choice::series61, choice::pad, range)},
-        {"| Pressure: Series 63, pad", pressures(choice::series63, choice::pad, range)},
-        {"| Pressure: Series 63, depad", pressures(choice::series63, choice::depad, range)},
-        {"| Least pressure", figures(halfInchCv, leastPressures)},
+    };
+    rows.insert(rows.end(), ofModels.begin(), ofModels.end());
+    const std::vector<Row> others = {
         {"| Cv series: pad", series(choice::pad)},
         {"| Cv series: depad", series(choice::depad)},
         {"| Advice, pad", figures(shareWhere(choice::pad, advice, "Consider", false),
                                   shareWhere(choice::pad, advice, "If utilized", true))},
         {"| Advice, depad", figures(shareWhere(choice::depad, advice, "Consider", false),
                                     shareWhere(choice::depad, advice, "If utilized", true))},
-        {"| No advice of less pressure", figures(models[0].lowestPressure, models[1].lowestPressure)},
         {"| Flows shown", figures(shown(0.999), shown(0.29), shown(2.97), shown(12.5), shown(13.5))},
         {"| N |", figures(readBack(0.45), readBack(2.5), readBack(3.5), halves.screen.caption(Label::lblPRFlow),
                           halves.screen.caption(Label::lblBRFlow), halves.screen.caption(Label::lblTotalFlow),
@@ -216,6 +215,8 @@ std::vector<Row> constants()
          figures(highUs.PumpFlow, lowUs.PumpFlow, padMetric.PumpFlow, lowMetric.PumpFlow, lowUs.BreathingFlow, "1 42",
                  lowMetric.BreathingFlow, highUs.BreathingFlow, highMetric.BreathingFlow)},
     };
+    rows.insert(rows.end(), others.begin(), others.end());
+    return rows;
 }
 
 /// The steps of a worked duty up to the lookup flow.
@@ -322,7 +323,8 @@ TEST(UserGuide, WorksAValveOutWithTheProgramsOwnFigures)
     const std::string all = guide();
     const auto start = all.find(". How a valve is found\n");
     ASSERT_NE(start, std::string::npos);
-    std::istringstream chapter(all.substr(start, all.find("\n## ", start) - start));
+    const std::string words = all.substr(start, all.find("\n## ", start) - start);
+    std::istringstream chapter(words);
 
     std::vector<Row> expected = constants();
     addPadDuty(expected);
@@ -338,4 +340,11 @@ TEST(UserGuide, WorksAValveOutWithTheProgramsOwnFigures)
         ++row;
     }
     EXPECT_EQ(row, expected.end()) << row->begin;
+    for (const ValveTableSpec& table : valveTableSpecs()) {
+        const auto name = words.find(table.name);
+        const std::string unit = table.pressUnits == "PSI" ? "psi" : std::string(table.pressUnits);
+        EXPECT_TRUE(name != std::string::npos &&
+                    words.substr(name, words.find('\n', name) - name).find(unit) != std::string::npos)
+            << "the guide has no table " << table.name << " in " << unit;
+    }
 }
