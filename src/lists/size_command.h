@@ -17,7 +17,7 @@ struct SizeCommandSystem
     /// The summary as a PDF file's bytes, which name the tables that it was sized on.
     std::function<std::string(const SummaryForm&, const std::optional<TablesLabel>&)> makePdf;
     std::string today; ///< in the user's short form
-    std::function<Verification()> verify;
+    std::function<Verification()> verify = nullptr;
 };
 
 /// The whole command `size_valves`, `arguments` without the program name: reads a list of duties, writes it back with
