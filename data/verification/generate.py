@@ -125,6 +125,9 @@ class Sizing:
 
     def check_entries(self):
         duty, supply = self.duty, "Supply" if self.isPad else "Differential"
+        if duty["Specific Gravity"] and float(duty["Specific Gravity"]) <= 0:
+            self.shown = {}  # a row of a list is refused before it is entered on the screens
+            raise Refused(f'Specific Gravity "{duty["Specific Gravity"]}": it must be greater than 0')
         if not duty["Pressure"] or not duty["Pump Rate"]:
             raise Refused("Please enter Pressure and Pump-Rate information.")
         self.pump, self.pressure = float(duty["Pump Rate"]), float(duty["Pressure"])
@@ -167,9 +170,6 @@ class Sizing:
             one, two = rows[upper - 1], rows[upper]
             breathingFlow = on_line(one[0], self.volume, two[0], one[column], two[column])
         self.total = pumpFlow + breathingFlow
-        if self.gravity == 0:
-            self.shown = {"Flow Units": self.shown["Flow Units"]}
-            raise Failed("Error Code 11; modCalcFlowRate")
         quotient = Decimal(text((0.985 if self.isPad else 1.0) / math.sqrt(self.gravity)))
         self.gas = single(float(quotient.quantize(Decimal("0.01"), ROUND_HALF_UP)))
         self.shown["Pump-Rate Flow"] = shown_flow(pumpFlow, pumpFlow <= 1)

@@ -35,12 +35,6 @@ int noSpace(unsigned char)
     return 0;
 }
 
-const CsvColumn* findColumn(std::span<const CsvColumn> columns, std::string_view name)
-{
-    const auto found = std::ranges::find_if(columns, [&](const CsvColumn& one) { return isAlike(one.name, name); });
-    return found == columns.end() ? nullptr : &*found;
-}
-
 /// What the numbers with one mark, "." or ",", say about it.
 struct Mark
 {
@@ -106,8 +100,8 @@ private:
     Mark comma_;
 };
 
-/// The separator that finds most of the columns in the header.
-char findSeparator(std::istream& in, std::streampos start, std::span<const CsvColumn> columns)
+/// The separator that finds most known columns in the header.
+char findSeparator(std::istream& in, std::streampos start, CsvKind (*kindOf)(std::string_view name))
 {
     char best = ',';
     std::ptrdiff_t mostKnown = 0;
@@ -118,8 +112,8 @@ char findSeparator(std::istream& in, std::streampos start, std::span<const CsvCo
         in.seekg(start);
         if (!CsvReader(in, separator).next(header))
             return best;
-        const auto known =
-            std::ranges::count_if(header.fields, [&](const std::string& name) { return findColumn(columns, name); });
+        const auto known = std::ranges::count_if(
+            header.fields, [&](const std::string& name) { return kindOf(name) != CsvKind::unknown; });
         mostFields = std::max(mostFields, header.fields.size());
         if (known > mostKnown) {
             best = separator;
@@ -149,11 +143,11 @@ CsvFormat lookAtStart(std::istream& in)
 
 } // namespace
 
-CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
+CsvFormat findCsvFormat(std::istream& in, CsvKind (*kindOf)(std::string_view name))
 {
     const std::streampos start = in.tellg();
     CsvFormat format = lookAtStart(in);
-    format.separator = findSeparator(in, start, columns);
+    format.separator = findSeparator(in, start, kindOf);
     in.clear();
     in.seekg(start);
     CsvReader reader(in, format.separator);
@@ -161,7 +155,7 @@ CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns)
     std::vector<std::size_t> numbers;
     if (reader.next(row))
         for (std::size_t at = 0; at < row.fields.size(); ++at)
-            if (const CsvColumn* const column = findColumn(columns, row.fields[at]); column && column->isNumber)
+            if (kindOf(row.fields[at]) == CsvKind::number)
                 numbers.push_back(at);
     DecimalMarks marks(format.separator);
     for (; reader.next(row); ++format.rows)
@@ -314,4 +308,15 @@ std::string csvField(std::string_view text, char separator)
     for (const char c : text)
         field += c == '"' ? std::string("\"\"") : std::string(1, c);
     return field + '"';
+}
+
+std::string csvText(const std::vector<std::string>& fields, char separator)
+{
+    std::string text;
+    for (const std::string& field : fields) {
+        if (&field != fields.data())
+            text += separator;
+        text += csvField(field, separator);
+    }
+    return text;
 }

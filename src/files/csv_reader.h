@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <deque>
 #include <istream>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -41,13 +40,20 @@ struct CsvColumn
     bool isNumber;
 };
 
+/// What the name in a header says of its column.
+enum class CsvKind
+{
+    unknown,
+    text,
+    number,
+};
+
 /// Finds how the rest of `in` is written: separated by commas, semicolons or tabs, and in the last two with a decimal
-/// point or comma. The separator is the one that finds most of the `columns` in the header, upper and lower case alike.
-/// Where no number has a decimal mark, it is the one that spreadsheets have beside that separator.
-/// Throws CsvProblem when the text can be read in no way or in more than one: another encoding or separator, both
-/// decimal marks, one that may separate thousands. A text that no decimal mark makes a number, like "1.2.3", says
-/// nothing; who reads the row refuses it. Reads to the end.
-CsvFormat findCsvFormat(std::istream& in, std::span<const CsvColumn> columns);
+/// point or comma. The separator is the one that finds most known columns in the header. Where no number has a decimal
+/// mark, it is the one that spreadsheets have beside that separator. Throws CsvProblem when the text can be read in no
+/// way or in more than one: another encoding or separator, both decimal marks, one that may separate thousands. A text
+/// that no decimal mark makes a number, like "1.2.3", says nothing; who reads the row refuses it. Reads to the end.
+CsvFormat findCsvFormat(std::istream& in, CsvKind (*kindOf)(std::string_view name));
 
 /// The rows of an RFC 4180 text, one after the other; lines end in LF, CRLF or CR, and a UTF-8 byte order mark is
 /// passed over. Line ends in a quoted field are kept as they are. Rows without any text (a blank line, ",,,") are left
@@ -107,3 +113,6 @@ std::string inQuotes(const std::string& text);
 
 /// A field as CSV text writes it: quoted where it must be.
 std::string csvField(std::string_view text, char separator);
+
+/// A row of fields as CSV text writes it, without its line end.
+std::string csvText(const std::vector<std::string>& fields, char separator);

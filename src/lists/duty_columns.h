@@ -5,8 +5,15 @@
 #include "base/main_screen.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
+
+struct UnitSystem;
 
 /// The choices of the setup screen.
 enum class Choice
@@ -22,34 +29,74 @@ enum class Choice
 struct ListColumn
 {
     const char* name;
+    const char* word; ///< of the name: alone, it means this column
     bool isNumber;
     std::variant<Choice, Box, std::string SizingState::*> target;
 };
 
 /// The column of a text about the customer.
-inline ListColumn columnOf(std::string SizingState::*customerText)
+constexpr ListColumn customerColumn(std::string SizingState::*text, const char* word = "")
 {
-    return {std::ranges::find(customerFields, customerText, &CustomerField::text)->name, false, customerText};
+    return {std::ranges::find(customerFields, text, &CustomerField::text)->name, word, false, text};
 }
 
 /// All of them. A list may have them in any order.
-inline const ListColumn listColumns[] = {
-    columnOf(&SizingState::CustTagNo),
-    {"Valve Model", false, Choice::valveModel},
-    {"Valve Type", false, Choice::valveType},
-    {"Sizing Method", false, Choice::sizingMethod},
-    {"Units of Measure", false, Choice::unitSystem},
-    {"Units of Pressure", false, Choice::pressUnits},
-    {"Pump Rate", true, Box::txtPumpRate},
-    {"Pressure", true, Box::txtPressure},
-    {"Tank Volume", true, Box::txtTankVolume},
-    {"Gas", false, Box::cmbBlanketingGas},
-    {"Specific Gravity", true, Box::txtSpecGrav},
-    {"Boiling Point", true, Box::txtBoilingPoint},
-    {"Flash Point", true, Box::txtFlashPoint},
-    {"Material", false, Box::txtStoredMaterial},
-    columnOf(&SizingState::CustomerName),
-    columnOf(&SizingState::CustomerLocation),
-    columnOf(&SizingState::Notes),
-    columnOf(&SizingState::Representative),
+inline constexpr ListColumn listColumns[] = {
+    customerColumn(&SizingState::CustTagNo, "Tag"),
+    {"Valve Model", "Model", false, Choice::valveModel},
+    {"Valve Type", "Type", false, Choice::valveType},
+    {"Sizing Method", "Method", false, Choice::sizingMethod},
+    {"Units of Measure", "Units", false, Choice::unitSystem},
+    {"Units of Pressure", "", false, Choice::pressUnits},
+    {"Pump Rate", "Rate", true, Box::txtPumpRate},
+    {"Pressure", "", true, Box::txtPressure},
+    {"Tank Volume", "Volume", true, Box::txtTankVolume},
+    {"Gas", "", false, Box::cmbBlanketingGas},
+    {"Specific Gravity", "Gravity", true, Box::txtSpecGrav},
+    {"Boiling Point", "Boiling", true, Box::txtBoilingPoint},
+    {"Flash Point", "Flash", true, Box::txtFlashPoint},
+    {"Material", "", false, Box::txtStoredMaterial},
+    customerColumn(&SizingState::CustomerName),
+    customerColumn(&SizingState::CustomerLocation),
+    customerColumn(&SizingState::Notes),
+    customerColumn(&SizingState::Representative, "Representative"),
 };
+
+/// What a row has for every one of `listColumns`; "" where the list has no such column.
+using Entries = std::array<std::string_view, std::size(listColumns)>;
+
+/// The place in `listColumns` of what is entered into `target`.
+template <typename Target>
+constexpr std::size_t columnOf(Target target)
+{
+    const auto isIt = [&](const ListColumn& column) {
+        const Target* const found = std::get_if<Target>(&column.target);
+        return found != nullptr && *found == target;
+    };
+    return static_cast<std::size_t>(std::ranges::find_if(listColumns, isIt) - listColumns);
+}
+
+/// The unit in the header of a column, as in "Pump Rate [m3/h]" and "Pressure (kPa)".
+struct HeaderUnit
+{
+    const UnitSystem* system = nullptr; ///< nullptr: the header says nothing of it
+    const char* pressure = nullptr;     ///< as the setup screen lists it; likewise
+};
+
+/// The column that a header names.
+struct NamedColumn
+{
+    std::size_t number;             ///< in `listColumns`
+    std::string unitText;           ///< "": the header has none
+    std::optional<HeaderUnit> unit; ///< nullopt: no unit of this column
+};
+
+/// The column that a header names, with or without a unit; nullopt when it is none of `listColumns`. Upper and lower
+/// case are alike.
+std::optional<NamedColumn> namedColumn(std::string_view header);
+
+/// Whether a header is a unit and nothing else: what a comma has cut off in "Tank Volume, m3".
+bool isUnitAlone(std::string_view header);
+
+/// The units that the header of a column may have: "gpm or m3/Hr".
+std::string unitsFor(std::size_t column);

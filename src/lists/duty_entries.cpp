@@ -1,124 +1,200 @@
 #include "lists/duty_entries.h"
 
 #include "base/gases.h"
-#include "engine/fresh_sizing.h"
 #include "files/csv_reader.h"
+#include "lists/words.h"
 
 #include <algorithm>
-#include <functional>
-#include <variant>
+#include <regex>
+#include <string>
+#include <vector>
 
 namespace
 {
 
-/// The entry of a choice as the record writes it, told by `isAlike`: one of `permitted`, of which an empty entry is the
-/// first. Of the unit systems, the screens show two texts.
-std::string chosen(Choice choice, const Entries& entries, const std::vector<std::string>& permitted)
+/// The choices that the offers tell apart, in the order of the setup screen: each leaves fewer for the next.
+constexpr struct
 {
-    const auto column = std::ranges::find(listColumns, decltype(ListColumn::target)(choice), &ListColumn::target);
-    const std::string& entry = entries[static_cast<std::size_t>(column - listColumns)];
-    if (trimmed(entry).empty())
-        return permitted.front();
-    for (const std::string& text : permitted) {
+    Choice choice;
+    const char* Offer::*text;
+} steps[] = {{Choice::valveModel, &Offer::valveModel},
+             {Choice::valveType, &Offer::valveType},
+             {Choice::unitSystem, &Offer::unitSystem},
+             {Choice::pressUnits, &Offer::pressUnits}};
+
+using Texts = std::vector<const char*>;
+
+bool isIn(const Texts& texts, std::string_view text)
+{
+    return std::ranges::any_of(texts, [&](const char* one) { return text == one; });
+}
+
+/// What the offers have for one step, those of `chosen` for the steps before.
+Texts offered(std::size_t step, const Texts& chosen)
+{
+    Texts texts;
+    for (const Offer& offer : offers) {
+        bool isLeft = true;
+        for (std::size_t before = 0; before < chosen.size() && isLeft; ++before)
+            isLeft = std::string_view(chosen[before]) == offer.*steps[before].text;
+        if (isLeft && !isIn(texts, offer.*steps[step].text))
+            texts.push_back(offer.*steps[step].text);
+    }
+    return texts;
+}
+
+std::string listedOf(const Texts& texts, const char* lastOne = " or ")
+{
+    return listed({texts.begin(), texts.end()}, lastOne);
+}
+
+/// The text that an entry means, upper and lower case alike; nullptr when it is none of them. Of the unit systems, the
+/// screens show two texts.
+const char* meant(std::string_view entry, const Texts& texts)
+{
+    for (const char* const text : texts) {
         const UnitSystem* const units = unitsOf(text);
         if (isAlike(entry, text) || (units != nullptr && isAlike(entry, units->option)))
             return text;
     }
-    throw CannotBeEntered(std::string(column->name) + ' ' + inQuotes(entry) + ": here it is " + listed(permitted));
+    return nullptr;
 }
 
-/// What the setup screen offers for the choices before it.
-std::vector<std::string> offered(const char* Offer::*wanted, const std::function<bool(const Offer&)>& isChosen)
+std::string entryOf(std::size_t column, std::string_view entry)
 {
-    std::vector<std::string> names;
-    for (const Offer& offer : offers)
-        if (isChosen(offer) && std::ranges::find(names, offer.*wanted) == names.end())
-            names.emplace_back(offer.*wanted);
-    return names;
+    return std::string(listColumns[column].name) + ' ' + inQuotes(std::string(entry));
+}
+
+/// What the header says of a choice; "": nothing.
+std::string_view saidByHeader(Choice choice, const ListHeader& header)
+{
+    if (choice == Choice::unitSystem && header.unit.system != nullptr)
+        return header.unit.system->name;
+    if (choice == Choice::pressUnits && header.unit.pressure != nullptr)
+        return header.unit.pressure;
+    return "";
+}
+
+/// One of the `texts` for a choice, of which an empty entry is what the header says, or else the first. `canBe` says
+/// what it can be, of an entry that is none of them.
+template <typename CanBe>
+const char* choose(Choice choice, const Entries& entries, const ListHeader& header, const Texts& texts,
+                   const CanBe& canBe)
+{
+    const std::size_t column = columnOf(choice);
+    const std::string_view ofHeader = saidByHeader(choice, header);
+    const std::string& by = choice == Choice::unitSystem ? header.systemBy : header.pressureBy;
+    const bool isEmpty = trimmed(entries[column]).empty();
+    if (isEmpty && ofHeader.empty())
+        return texts.front();
+    const std::string_view entry = isEmpty ? ofHeader : entries[column];
+    const char* const found = meant(entry, texts);
+    if (found == nullptr)
+        throw CannotBeEntered(entryOf(column, entry) + (isEmpty ? " of " + by : "") + ": " + canBe(entry));
+    if (!ofHeader.empty() && found != ofHeader)
+        throw CannotBeEntered(entryOf(column, entry) + ": it is " + std::string(ofHeader) + " by " + by);
+    return found;
+}
+
+/// What can be chosen in a step, for the message that refuses `entry`.
+std::string canBeIn(std::size_t step, std::string_view entry, const Texts& texts, const Texts& chosen)
+{
+    const Texts all = offered(step, {});
+    if (all.size() == texts.size())
+        return "it is " + listedOf(all);
+    const std::string here = "for " + listedOf(chosen, " and ") + " it is " + listedOf(texts);
+    return meant(entry, all) != nullptr ? here : "it is " + listedOf(all) + "; " + here;
 }
 
 /// The choices are made in the order of the setup screen; its defaults are the first of each.
-const Offer& chosenOffer(const Entries& entries)
+const Offer& chosenOffer(const Entries& entries, const ListHeader& header)
 {
-    const auto choose = [&](Choice choice, const char* Offer::*wanted, const auto& isChosen) {
-        return chosen(choice, entries, offered(wanted, isChosen));
-    };
-    const std::string model = choose(Choice::valveModel, &Offer::valveModel, [](const Offer&) { return true; });
-    const auto ofModel = [&](const Offer& offer) { return model == offer.valveModel; };
-    const std::string type = choose(Choice::valveType, &Offer::valveType, ofModel);
-    const auto ofType = [&](const Offer& offer) { return ofModel(offer) && type == offer.valveType; };
-    const std::string units = choose(Choice::unitSystem, &Offer::unitSystem, ofType);
-    const auto ofUnits = [&](const Offer& offer) { return ofType(offer) && units == offer.unitSystem; };
-    const std::string press = choose(Choice::pressUnits, &Offer::pressUnits, ofUnits);
-    return *findOffer(model, type, press);
+    Texts chosen;
+    for (std::size_t step = 0; step < std::size(steps); ++step) {
+        const Texts texts = offered(step, chosen);
+        const auto canBe = [&](std::string_view entry) { return canBeIn(step, entry, texts, chosen); };
+        chosen.push_back(choose(steps[step].choice, entries, header, texts, canBe));
+    }
+    return *findOffer(chosen[0], chosen[1], chosen[3]); // a unit of pressure belongs to one system
 }
 
-/// Picking a listed gas fills in its gravity, typing a gravity names the gas; what the row itself has comes last. A gas
-/// that is not listed stays as it is typed and leaves the gravity alone, as on the screen.
-void enterGas(const std::string& gas, const std::string& gravity, const NumberText& numbers, PlainScreen& screen)
+/// Whether a text is a number with thousands separators.
+bool hasThousandsSeparators(const std::string& text)
 {
-    std::string& gasBox = screen.boxes[Box::cmbBlanketingGas];
-    std::string& gravityBox = screen.boxes[Box::txtSpecGrav];
-    const auto listedGas = std::ranges::find_if(gases, [&](const Gas& one) { return isAlike(gas, one.name); });
-    if (listedGas != gases.end())
-        gravityBox = numbers.general(listedGas->specGrav);
-    if (!gravity.empty()) {
-        gravityBox = gravity;
-        gasBox = gasOf(numbers.leading(gravity));
-    }
-    if (!trimmed(gas).empty())
-        gasBox = listedGas != gases.end() ? listedGas->name : gas;
+    static const std::regex separated("[+-]?[0-9]{1,3}(([ '.,]|\u2019|\u00A0|\u2009|\u202F)[0-9]{3})+([.,][0-9]+)?");
+    return std::regex_match(text, separated);
 }
 
 /// A number as it is entered, "" where the row has none.
-std::string numberEntry(const ListColumn& column, const std::string& entry, const NumberText& numbers)
+std::string numberEntry(std::size_t column, std::string_view entry, const NumberText& numbers)
 {
     std::string text(trimmed(entry));
     if (text.empty() || numbers.parse(text))
         return text;
-    throw CannotBeEntered(std::string(column.name) + ' ' + inQuotes(text) +
-                          " is not a number; here one is written like " + numbers.general(1200.5));
+    const std::string written = numbers.general(1200.5);
+    if (hasThousandsSeparators(text))
+        throw CannotBeEntered(entryOf(column, text) +
+                              ": a number has no thousands separators; here one is written like " + written);
+    throw CannotBeEntered(entryOf(column, text) + " is not a number; here one is written like " + written);
+}
+
+/// Picking a listed gas fills in its gravity, typing a gravity names the gas; what the row itself has comes last. A gas
+/// that is not listed would be sized at the gravity of the one before: it needs its own.
+void enterGas(std::string_view gas, const std::string& gravity, const NumberText& numbers, PlainScreen& screen)
+{
+    std::string& gasBox = screen.boxes[Box::cmbBlanketingGas];
+    std::string& gravityBox = screen.boxes[Box::txtSpecGrav];
+    const auto listedGas = std::ranges::find_if(gases, [&](const Gas& one) { return isAlike(gas, one.name); });
+    const bool isListed = listedGas != gases.end();
+    if (isListed)
+        gravityBox = numbers.general(listedGas->specGrav);
+    else if (!trimmed(gas).empty() && gravity.empty()) {
+        Texts names;
+        for (const Gas& one : gases)
+            names.push_back(one.name);
+        throw CannotBeEntered(entryOf(columnOf(Box::cmbBlanketingGas), gas) + ": listed is " + listedOf(names) +
+                              "; any other gas needs its Specific Gravity");
+    }
+    if (!gravity.empty()) {
+        if (const auto value = numbers.parse(gravity); value && *value <= 0)
+            throw CannotBeEntered(entryOf(columnOf(Box::txtSpecGrav), gravity) + ": it must be greater than 0");
+        gravityBox = gravity;
+        gasBox = gasOf(numbers.leading(gravity));
+    }
+    if (!trimmed(gas).empty())
+        gasBox = isListed ? listedGas->name : std::string(gas);
 }
 
 /// Fills the boxes of both screens. Entries for boxes that are not shown are passed over; empty ones leave the default.
 void enter(const Entries& entries, const NumberText& numbers, FreshSizing& sizing)
 {
     const std::string sizingCase = sizingCaseOf(sizing.state);
-    std::string gas;
-    std::string gravity;
     for (std::size_t at = 0; at < entries.size(); ++at) {
         const ListColumn& column = listColumns[at];
         if (const auto* const field = std::get_if<std::string SizingState::*>(&column.target))
             sizing.state.*(*field) = entries[at];
         const auto* const box = std::get_if<Box>(&column.target);
-        if (box == nullptr || !asksFor(sizingCase, *box))
+        const bool isOfGas = box != nullptr && (*box == Box::cmbBlanketingGas || *box == Box::txtSpecGrav);
+        if (box == nullptr || isOfGas || entries[at].empty() || !asksFor(sizingCase, *box))
             continue;
-        const std::string entry = column.isNumber ? numberEntry(column, entries[at], numbers) : entries[at];
-        if (*box == Box::cmbBlanketingGas)
-            gas = entry;
-        else if (*box == Box::txtSpecGrav)
-            gravity = entry;
-        else if (!entry.empty())
-            sizing.screen.boxes[*box] = entry;
+        std::string entry = column.isNumber ? numberEntry(at, entries[at], numbers) : std::string(entries[at]);
+        if (!entry.empty())
+            sizing.screen.boxes[*box] = std::move(entry);
     }
-    enterGas(gas, gravity, numbers, sizing.screen);
+    constexpr std::size_t gravity = columnOf(Box::txtSpecGrav);
+    enterGas(entries[columnOf(Box::cmbBlanketingGas)], numberEntry(gravity, entries[gravity], numbers), numbers,
+             sizing.screen);
 }
 
 } // namespace
 
-FreshSizing enteredOn(const Entries& entries, const NumberText& numbers)
+FreshSizing enteredOn(const Entries& entries, const ListHeader& header, const NumberText& numbers)
 {
-    const Offer& offer = chosenOffer(entries);
-    const std::string method = chosen(Choice::sizingMethod, entries, {choice::api2000, choice::directDisplacement});
+    const Offer& offer = chosenOffer(entries, header);
+    const Texts methods = {choice::api2000, choice::directDisplacement};
+    const char* const method = choose(Choice::sizingMethod, entries, header, methods,
+                                      [&](std::string_view) { return "it is " + listedOf(methods); });
     FreshSizing sizing(offer, method, numbers);
     enter(entries, numbers, sizing);
     return sizing;
-}
-
-std::string listed(const std::vector<std::string>& names)
-{
-    std::string text;
-    for (std::size_t at = 0; at < names.size(); ++at)
-        text += (at == 0 ? "" : at + 1 == names.size() ? " or " : ", ") + names[at];
-    return text;
 }

@@ -1,81 +1,36 @@
 #include "lists/duty_list.h"
 
 #include "base/failure.h"
-#include "lists/duty_columns.h"
+#include "lists/answer_columns.h"
 #include "lists/duty_entries.h"
+#include "lists/words.h"
 
 #include <algorithm>
+#include <sstream>
 #include <stdexcept>
 
 namespace
 {
 
-constexpr const char* statusNames[] = {"sized", "refused", "failed"}; // in the order of SizedDuty::Status
-static_assert(std::size(statusNames) == static_cast<std::size_t>(SizedDuty::Status::failed) + 1);
+constexpr const char* brokenQuoting = "broken quoting; a text with a quotation mark is written like \"1/2\"\"\"";
 
-/// A column that the answer has beside those of the list, and what the main form shows in it.
-struct AnswerColumn
+std::string tooManyFields(std::size_t count)
 {
-    const char* name;
-    std::string (*text)(const SizedDuty& duty);
-};
-
-template <Label label>
-std::string captionOf(const SizedDuty& duty)
-{
-    return duty.sizing ? duty.sizing->screen.caption(label) : std::string();
+    return std::to_string(count) + " fields are more than the header has columns";
 }
 
-std::string commentsOf(const SizedDuty& duty)
+/// How the reader of CSV texts takes a header.
+CsvKind kindOf(std::string_view header)
 {
-    return duty.sizing ? duty.sizing->screen.caption(Label::lblComments) : duty.reason;
-}
-
-std::string messagesOf(const SizedDuty& duty)
-{
-    std::string text;
-    if (duty.sizing)
-        for (const std::string& message : duty.sizing->messages.texts)
-            text += (text.empty() ? "" : " | ") + message;
-    return text;
-}
-
-const AnswerColumn answerColumns[] = {
-    {"Status", [](const SizedDuty& duty) { return std::string(statusNames[static_cast<std::size_t>(duty.status)]); }},
-    {"Pump-Rate Flow", captionOf<Label::lblPRFlow>},
-    {"Breathing Flow", captionOf<Label::lblBRFlow>},
-    {"Total Flow", captionOf<Label::lblTotalFlow>},
-    {"Flow Units", [](const SizedDuty& duty) { return duty.sizing ? duty.sizing->state.FlowUnits : std::string(); }},
-    {"Valve Coefficient", captionOf<Label::lblCV>},
-    {"Valve Body Size", captionOf<Label::lblValveBodySize>},
-    {"Max Valve Capacity", captionOf<Label::lblMaxValveCapacity>},
-    {"Capacity Utilized (%)", captionOf<Label::lblPercentValveCapacity>},
-    {"Comments", commentsOf},
-    {"Messages", messagesOf},
-};
-
-std::vector<std::string> columnNames()
-{
-    std::vector<std::string> names;
-    for (const ListColumn& column : listColumns)
-        names.emplace_back(column.name);
-    return names;
-}
-
-/// The columns of the list as the reader of CSV texts knows columns.
-std::vector<CsvColumn> csvColumns()
-{
-    std::vector<CsvColumn> columns;
-    for (const ListColumn& column : listColumns)
-        columns.push_back({column.name, column.isNumber});
-    return columns;
+    const auto named = namedColumn(header);
+    return !named ? CsvKind::unknown : listColumns[named->number].isNumber ? CsvKind::number : CsvKind::text;
 }
 
 /// Finds how the list is written and rewinds it.
 CsvFormat formatOf(std::istream& list)
 {
     const std::streampos start = list.tellg();
-    const CsvFormat format = findCsvFormat(list, csvColumns());
+    const CsvFormat format = findCsvFormat(list, kindOf);
     list.clear();
     list.seekg(start);
     return format;
@@ -93,30 +48,18 @@ NumberText numbersOf(const CsvFormat& format)
 
 DutyList::DutyList(std::istream& list, std::string dataFile)
     : format_(formatOf(list)), numbers_(numbersOf(format_)), store_(std::move(dataFile), numbers_),
-      reader_(list, format_.separator)
+      reader_(list, format_.separator), header_(readHeader()), filledInAt_(header_.placeOfAnswer(filledInName)),
+      commentsAt_(header_.placeOfAnswer(commentsName))
 {
-    readHeader();
     expectDataFile();
+    tables_ = tablesLabel(store_);
 }
 
-void DutyList::readHeader()
+ListHeader DutyList::readHeader()
 {
     CsvRow row;
-    if (!reader_.next(row) || row.fields.empty())
-        throw CsvProblem(std::max<std::size_t>(row.line, 1), "there is no header row with the names of the columns");
-    header_ = row.fields;
-    while (header_.back().empty()) // columns that a spreadsheet adds
-        header_.pop_back();
-    for (const std::string& name : header_) {
-        const auto column = std::ranges::find_if(listColumns, [&](const auto& one) { return isAlike(name, one.name); });
-        const auto number = static_cast<std::size_t>(column - listColumns);
-        const std::string place = "column " + std::to_string(order_.size() + 1) + ", " + inQuotes(name);
-        if (column == std::end(listColumns))
-            throw CsvProblem(row.line, place + ": a column is " + listed(columnNames()));
-        if (std::ranges::find(order_, number) != order_.end())
-            throw CsvProblem(row.line, place + ": it stands twice");
-        order_.push_back(number);
-    }
+    reader_.next(row); // without a row, a header without names
+    return ListHeader(row);
 }
 
 /// Without a data file every row would fail.
@@ -140,6 +83,10 @@ std::optional<SizedDuty> DutyList::next()
     SizedDuty duty;
     if (!reader_.next(duty.row))
         return std::nullopt;
+    duty.reason = misfit(duty.row);
+    if (!duty.reason.empty())
+        return duty;
+    emptyWhatWasFilledIn(duty.row.fields);
     try {
         sizeRow(duty);
     } catch (const CannotBeEntered& refusal) {
@@ -149,22 +96,59 @@ std::optional<SizedDuty> DutyList::next()
     return duty;
 }
 
+/// Why the fields of a row do not stand below the columns, "" when they do. Such a row becomes one text; in an answer,
+/// where this text is the first field, it is refused for the same.
+std::string DutyList::misfit(CsvRow& row) const
+{
+    std::vector<std::string>& fields = row.fields;
+    const std::size_t count = fields.size();
+    while (fields.size() > header_.given && fields.back().empty())
+        fields.pop_back();
+    std::string reason = fields.empty() ? brokenQuoting : fields.size() > header_.given ? tooManyFields(count) : "";
+    if (fields.size() > header_.given)
+        row.broken = csvText(fields, format_.separator);
+    if (reason.empty() && commentsAt_ < fields.size()) {
+        std::istringstream text(fields.front());
+        CsvRow earlier;
+        if (CsvReader(text, format_.separator).next(earlier))
+            reason = earlier.fields.empty() ? brokenQuoting : tooManyFields(earlier.fields.size());
+        if (reason != fields[commentsAt_])
+            return "";
+        row.broken = fields.front();
+    }
+    if (!reason.empty())
+        fields.clear();
+    return reason;
+}
+
+/// In a row of an answer, what the program had filled in is no entry, unless it was changed since.
+void DutyList::emptyWhatWasFilledIn(std::vector<std::string>& fields) const
+{
+    if (filledInAt_ >= fields.size())
+        return;
+    const std::string& filledIn = fields[filledInAt_];
+    for (const FilledColumn& filled : filledColumns()) {
+        const std::size_t place = header_.places[filled.column];
+        if (place >= fields.size() || trimmed(fields[place]).empty())
+            continue;
+        const std::string part = filledInPart(filled.column, trimmed(fields[place]));
+        const std::size_t at = filledIn.find(part);
+        const std::string_view rest = std::string_view(filledIn).substr(std::min(filledIn.size(), at + part.size()));
+        if (at != std::string::npos && (rest.empty() || rest.starts_with(betweenParts)))
+            fields[place].clear();
+    }
+}
+
 void DutyList::sizeRow(SizedDuty& duty)
 {
-    std::vector<std::string>& fields = duty.row.fields;
-    if (fields.empty())
-        throw CannotBeEntered("line " + std::to_string(duty.row.line) +
-                              ": broken quoting; a text with a quotation mark is written like \"1/2\"\"\"");
-    const std::size_t count = fields.size();
-    while (fields.size() > order_.size() && fields.back().empty())
-        fields.pop_back();
-    if (fields.size() > order_.size())
-        throw CannotBeEntered(std::to_string(count) + " fields where the header has " + std::to_string(order_.size()));
+    const std::vector<std::string>& fields = duty.row.fields;
     Entries entries;
-    for (std::size_t at = 0; at < fields.size(); ++at) // a row may end early: what is missing is empty
-        entries[order_[at]] = fields[at];
+    for (std::size_t column = 0; column < entries.size(); ++column) // a row may end early: what is missing is empty
+        if (header_.places[column] < fields.size())
+            entries[column] = fields[header_.places[column]];
 
-    FreshSizing& sizing = duty.sizing.emplace(enteredOn(entries, numbers_));
+    FreshSizing& sizing = duty.sizing.emplace(enteredOn(entries, header_, numbers_));
+    noteTaken(entries, sizing);
     sizing.click(numbers_, store_);
     if (const std::string reason = store_.whyUnreadable(); !reason.empty())
         sizing.messages.show(reason);
@@ -173,20 +157,46 @@ void DutyList::sizeRow(SizedDuty& duty)
                                                  : SizedDuty::Status::refused;
 }
 
-std::string DutyList::csvLine(const std::vector<std::string>& fields) const
+/// A default is taken for granted; a unit of the header is not, nor a gas by its gravity or a gravity by its gas.
+void DutyList::noteTaken(const Entries& entries, const FreshSizing& sizing)
 {
-    std::string text;
-    for (const std::string& field : fields)
-        text += (&field == fields.data() ? "" : std::string(1, format_.separator)) + csvField(field, format_.separator);
-    return text + format_.lineEnd;
+    constexpr std::size_t gravity = columnOf(Box::txtSpecGrav);
+    constexpr std::size_t gas = columnOf(Box::cmbBlanketingGas);
+    for (const FilledColumn& filled : filledColumns()) {
+        const std::size_t column = filled.column;
+        const bool isSaid = (column == columnOf(Choice::unitSystem) && header_.unit.system != nullptr) ||
+                            (column == columnOf(Choice::pressUnits) && header_.unit.pressure != nullptr) ||
+                            column == gravity || (column == gas && !trimmed(entries[gravity]).empty());
+        if (!isSaid && trimmed(entries[column]).empty())
+            ++taken_[column][filled.text(sizing)];
+    }
+}
+
+std::vector<std::string> DutyList::notes() const
+{
+    std::vector<std::string> lines;
+    for (const auto& [column, texts] : taken_) {
+        std::vector<std::string> parts;
+        for (const auto& [text, rows] : texts)
+            parts.push_back(text + " taken for " + std::to_string(rows) + (rows == 1 ? " row" : " rows"));
+        lines.push_back((header_.has(column) ? "no entry under " : "no column ") +
+                        std::string(listColumns[column].name) + ": " + listed(parts, ", "));
+    }
+    std::vector<std::string> own;
+    for (const ListHeader::Column& column : header_.columns)
+        if (column.kind == ListHeader::Kind::own)
+            own.push_back(inQuotes(column.name));
+    if (!own.empty())
+        lines.push_back("not of a duty and carried through: " + listed(own, ", "));
+    return lines;
 }
 
 std::string DutyList::answerHeader() const
 {
-    std::vector<std::string> fields = header_;
-    for (const AnswerColumn& column : answerColumns)
-        fields.emplace_back(column.name);
-    return (format_.byteOrderMark ? "\xEF\xBB\xBF" : "") + csvLine(fields);
+    std::vector<std::string> names;
+    for (const ListHeader::Column& column : header_.columns)
+        names.push_back(column.name);
+    return (format_.byteOrderMark ? "\xEF\xBB\xBF" : "") + csvText(names, format_.separator) + format_.lineEnd;
 }
 
 std::string DutyList::answer(const SizedDuty& duty) const
@@ -194,8 +204,22 @@ std::string DutyList::answer(const SizedDuty& duty) const
     std::vector<std::string> fields = duty.row.fields;
     if (fields.empty())
         fields.push_back(duty.row.broken);
-    fields.resize(order_.size()); // those beyond the header's are what the row is refused for
-    for (const AnswerColumn& column : answerColumns)
-        fields.push_back(column.text(duty));
-    return csvLine(fields);
+    fields.resize(header_.columns.size());
+    std::string filledIn;
+    for (const FilledColumn& filled : filledColumns()) {
+        const std::size_t place = header_.places[filled.column];
+        if (!duty.sizing || place == ListHeader::nowhere || !trimmed(fields[place]).empty())
+            continue;
+        if (std::string text = filled.text(*duty.sizing); !text.empty()) {
+            filledIn += (filledIn.empty() ? "" : betweenParts);
+            filledIn += filledInPart(filled.column, text);
+            fields[place] = std::move(text);
+        }
+    }
+    const std::string tables = tables_ ? tables_->label : "not labelled";
+    const AnswerParts parts{duty, filledIn, tables};
+    for (std::size_t at = 0; at < fields.size(); ++at)
+        if (const ListHeader::Column& column = header_.columns[at]; column.kind == ListHeader::Kind::answer)
+            fields[at] = answerColumns()[column.number].text(parts);
+    return csvText(fields, format_.separator) + format_.lineEnd;
 }

@@ -3,13 +3,15 @@
 #include "base/number_text.h"
 #include "capacity/capacity_store.h"
 #include "capacity/tables_label.h"
-#include "engine/fresh_sizing.h"
-#include "files/csv_reader.h"
+#include "lists/list_header.h"
+#include "lists/sized_duty.h"
 
 #include <cstddef>
 #include <istream>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 // How a list of duties becomes its answer. Start reading here.
@@ -17,33 +19,20 @@
 // 1. `size_valves` (lists/size_valves.cpp) hands its arguments to `sizeValves` (lists/size_command), which opens the
 //    list and the file of the results (lists/results).
 // 2. `DutyList` (below) finds how the list is written (files/csv_reader: separator, decimal mark, line ends) and reads
-//    its header by the columns that there are (lists/duty_columns).
+//    its header (lists/list_header) by the columns and units that there are (lists/duty_columns), and by what looks
+//    like one of them (lists/words).
 // 3. For each row, `enteredOn` (lists/duty_entries) makes the choices of the setup screen and fills the boxes of the
 //    main form, or refuses the row. Then comes one click (engine/sizing_driver.h).
-// 4. `answer` writes the row back with what the main form shows now.
+// 4. `answer` writes the row back, filled in with the choices that it left out, and with what the main form shows now
+//    (lists/answer_columns).
 // 5. With `--summaries`, the page of each sized row becomes a PDF file (lists/summary_files).
 //
 // All rows are sized on the data file as it is when the list is opened.
 
-/// A row of the list, sized as one press of "&Select Valve Size" sizes it.
-struct SizedDuty
-{
-    enum class Status
-    {
-        sized,
-        refused, ///< by a message in the comments, or because the row cannot be entered on the screens
-        failed,  ///< with a message box, or because the data file cannot be read
-    };
-
-    CsvRow row;
-    std::optional<FreshSizing> sizing; ///< nullopt: the row cannot be entered
-    Status status = Status::refused;
-    std::string reason; ///< why it cannot be entered
-};
-
 /// A list of duties as CSV, headed by the names on the screens, read and sized row by row. Missing columns and fields
-/// and empty ones take the defaults of the screens; values of boxes that the main form hides for a row are passed over.
-/// A number that cannot be one refuses its row. All rows are sized on the data file as it is when the list is opened.
+/// and empty ones take the defaults of the screens, and the answer says which; values of boxes that the main form hides
+/// for a row are passed over. A number that cannot be one refuses its row. An answer is a list again: what it filled in
+/// is worked out anew, and so are its results.
 class DutyList
 {
 public:
@@ -55,7 +44,7 @@ public:
     std::size_t rowCount() const { return format_.rows; }
 
     /// The label of the tables that the rows are sized on.
-    std::optional<TablesLabel> tables() { return tablesLabel(store_); }
+    const std::optional<TablesLabel>& tables() const { return tables_; }
 
     /// Whether the data file is another one by now.
     bool isDataFileReplaced() const { return store_.isReplaced(); }
@@ -66,22 +55,32 @@ public:
     /// The next row, sized; nullopt at the end.
     std::optional<SizedDuty> next();
 
-    /// The header of the answer: that of the list, then what a sizing gives.
+    /// The header of the answer: that of the list, the choices that it lacks, what a sizing gives.
     std::string answerHeader() const;
 
-    /// One row of the answer in the format of the list: its fields as they came, then the captions of the main form.
+    /// One row of the answer in the format of the list: its fields as they came, those it left out filled in, then the
+    /// captions of the main form.
     std::string answer(const SizedDuty& duty) const;
 
+    /// What the user is told at the end, a line each: what was taken for granted in the rows so far, and which columns
+    /// are the user's own.
+    std::vector<std::string> notes() const;
+
 private:
-    void readHeader();
+    ListHeader readHeader();
     void expectDataFile();
+    std::string misfit(CsvRow& row) const;
+    void emptyWhatWasFilledIn(std::vector<std::string>& fields) const;
     void sizeRow(SizedDuty& duty);
-    std::string csvLine(const std::vector<std::string>& fields) const;
+    void noteTaken(const Entries& entries, const FreshSizing& sizing);
 
     CsvFormat format_;
     NumberText numbers_; ///< before the store, which refers to it as long as it lives
     CapacityStore store_;
     CsvReader reader_;
-    std::vector<std::string> header_;
-    std::vector<std::size_t> order_; ///< the number of the column that each field belongs to
+    ListHeader header_;
+    std::size_t filledInAt_; ///< of the columns with these names; `ListHeader::nowhere` without them
+    std::size_t commentsAt_;
+    std::optional<TablesLabel> tables_;
+    std::map<std::size_t, std::map<std::string, std::size_t>> taken_; ///< by column and text: in how many rows
 };

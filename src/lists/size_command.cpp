@@ -29,9 +29,10 @@ Sizes a tank blanketing valve for each row of a list of duties and writes the li
 standard input or output; without -o the results go to standard output.
 
   -o, --output FILE  where the results go, put in place when all rows are done
-  --summaries DIR    leaves the printed summary of each sized row as a PDF in DIR, named by its tag number
+  --summaries DIR    leaves the printed summary of each sized row as a PDF in DIR, named by its tag number; goes on
+                     where it was interrupted
   --force            overwrites summaries that are there
-  --quiet            says nothing of progress and numbers of rows
+  --quiet            says nothing of progress, numbers of rows and what was taken for granted
   --verify           sizes the verification list beside the program and writes a report to be signed
 
 Exit status: 0 all rows are sized or agree, 1 some are not or lack their summary, 2 not finished.
@@ -227,14 +228,15 @@ int run(const Options& options, const SizeCommandSystem& system)
         Results results(options.output);
         std::optional<SummaryFiles> summaries;
         if (options.summaries)
-            summaries.emplace(
-                pathOf(*options.summaries),
-                [&, tables = list.tables()](const SummaryForm& page) { return system.makePdf(page, tables); },
-                system.today, options.force);
+            summaries.emplace(pathOf(*options.summaries), system.makePdf, system.today, options.force);
         const Counts counts = sizeAll(list, results, summaries ? &*summaries : nullptr, options.quiet);
         if (!options.quiet)
             std::cerr << "size_valves: " << counts.rows() << " rows: " << counts.sized << " sized, " << counts.refused
                       << " refused, " << counts.failed << " failed\n";
+        for (const std::string& note : options.quiet ? std::vector<std::string>() : list.notes())
+            std::cerr << "size_valves: " << note << '\n';
+        if (summaries && summaries->left() > 0 && !options.quiet)
+            std::cerr << "size_valves: " << summaries->left() << " summaries were there and say the same\n";
         if (counts.withoutSummary > 0)
             std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
         if (list.isDataFileReplaced())

@@ -1,21 +1,17 @@
 #pragma once
 
-#include "capacity/tables_label.h"
+#include "lists/summary_files.h"
 #include "lists/verification.h"
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
-
-class SummaryForm;
 
 /// What `size_valves` takes from the system it runs on.
 struct SizeCommandSystem
 {
     std::string dataFile; ///< of the valve tables
-    /// The summary as a PDF file's bytes, which name the tables that it was sized on.
-    std::function<std::string(const SummaryForm&, const std::optional<TablesLabel>&)> makePdf;
+    SummaryFiles::MakePdf makePdf;
     std::string today; ///< in the user's short form
     std::function<Verification()> verify = nullptr;
 };

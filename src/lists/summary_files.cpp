@@ -8,6 +8,10 @@
 #include "report/print_command.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -23,6 +27,31 @@ std::size_t hashOf(std::string name)
 {
     std::ranges::transform(name, name.begin(), lowerCase);
     return std::hash<std::string>()(name);
+}
+
+/// What a page says, as the last line of its file, which readers of PDF pass over. The day of the page does not count:
+/// a run that is gone on with on the next day finds its summaries.
+std::string markOf(const SummaryForm& page, const std::optional<TablesLabel>& tables)
+{
+    std::uint64_t hash = 14695981039346656037U; // FNV-1a of 64 bits
+    const auto add = [&](std::string_view text) {
+        for (const char c : std::string(text) + '\n')
+            hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
+    };
+    add(tables ? describe(*tables) : "");
+    for (const SummaryForm::Shown& shown : page.rows())
+        if (&shown != &page.shown("lblReportDate"))
+            add(shown.visible ? shown.text : "");
+    std::ostringstream mark;
+    mark << "%says " << std::hex << hash << '\n';
+    return mark.str();
+}
+
+bool endsIn(const fs::path& path, const std::string& mark)
+{
+    std::ifstream file(path, std::ios::binary);
+    file.seekg(-static_cast<std::streamoff>(mark.size()), std::ios::end);
+    return file && std::string(std::istreambuf_iterator<char>(file), {}) == mark;
 }
 
 } // namespace
@@ -53,16 +82,21 @@ fs::path SummaryFiles::nextPath(const std::string& tagNumber, std::size_t line)
     }
 }
 
-void SummaryFiles::save(const SummaryForm& page, const fs::path& path) const
+void SummaryFiles::save(const SummaryForm& page, const std::optional<TablesLabel>& tables, const fs::path& path)
 {
+    const std::string mark = markOf(page, tables);
     std::error_code unknown; // opening the file says why
     const fs::file_status there = fs::symlink_status(path, unknown);
+    if (fs::is_regular_file(there) && !overwrite_ && endsIn(path, mark)) {
+        ++left_;
+        return;
+    }
     if (fs::exists(there) && !overwrite_)
         throw std::runtime_error("it exists already");
     if (fs::exists(there) && !fs::is_regular_file(there))
         throw std::runtime_error("not a regular file");
     ReplacementFile file(path, ordinaryMode());
-    file.write(makePdf_(page));
+    file.write(makePdf_(page, tables) + mark);
     if (overwrite_)
         file.putInPlace();
     else
@@ -76,7 +110,7 @@ std::string SummaryFiles::write(DutyList& list, const SizedDuty& duty)
     const fs::path path = nextPath(printed.state.CustTagNo, duty.row.line);
     try {
         if (const auto page = summaryOfSizing(list.context(printed), today_))
-            save(*page, path);
+            save(*page, list.tables(), path);
         return printed.messages.texts.empty() ? "" : printed.messages.texts.front();
     } catch (const std::exception& reason) {
         return "the summary " + textOf(path) + " is not written: " + reason.what();

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "capacity/tables_label.h"
+
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -15,24 +18,30 @@ struct SizedDuty;
 class SummaryFiles
 {
 public:
-    using MakePdf = std::function<std::string(const SummaryForm& page)>;
+    /// Gives the bytes of a PDF, which name the tables that the page was sized on.
+    using MakePdf = std::function<std::string(const SummaryForm& page, const std::optional<TablesLabel>& tables)>;
 
-    /// `makePdf` gives the file's bytes; `today` is the date in the user's short form. Files that are there are
-    /// overwritten only with `overwrite`. Creates the directory; throws std::runtime_error when it cannot.
+    /// `today` is the date in the user's short form. Files that are there are overwritten only with `overwrite`.
+    /// Creates the directory; throws std::runtime_error when it cannot.
     SummaryFiles(std::filesystem::path directory, MakePdf makePdf, std::string today, bool overwrite);
 
     /// Prints the summary of a sized duty of `list` into a file of its own, named by the tag number or, without one, by
-    /// the line. Gives what went wrong; "" when nothing did.
+    /// the line. A summary that an earlier run has written there and that says the same is left. Gives what went wrong;
+    /// "" when nothing did.
     std::string write(DutyList& list, const SizedDuty& duty);
 
+    /// How many were left because they are there and say the same.
+    std::size_t left() const { return left_; }
+
 private:
-    void save(const SummaryForm& page, const std::filesystem::path& path) const;
+    void save(const SummaryForm& page, const std::optional<TablesLabel>& tables, const std::filesystem::path& path);
     std::filesystem::path nextPath(const std::string& tagNumber, std::size_t line);
 
     std::filesystem::path directory_;
     MakePdf makePdf_;
     std::string today_;
     bool overwrite_;
+    std::size_t left_ = 0;
     /// By the hash of each name of this run, for there may be many: the last number it was tried with.
     std::unordered_map<std::size_t, std::size_t> taken_;
 };

@@ -95,6 +95,18 @@ Fields fieldsOf(const std::string& line, char separator)
     return row.fields;
 }
 
+/// What the answer says under each name of the list: the entries as they are there, then what was found.
+Fields foundUnder(const Fields& header, std::size_t entries, const Fields& row, const Fields& names,
+                  const Fields& answer)
+{
+    Fields found(row.begin(), row.begin() + static_cast<std::ptrdiff_t>(entries));
+    for (std::size_t at = entries; at < header.size(); ++at) {
+        const auto place = static_cast<std::size_t>(std::ranges::find(names, header[at]) - names.begin());
+        found.push_back(place < answer.size() ? answer[place] : "");
+    }
+    return found;
+}
+
 /// A duty whose answer is another one, with all its entries; "" when the answers agree.
 std::string difference(const Fields& header, std::size_t entries, const Fields& expected, const Fields& found)
 {
@@ -105,8 +117,9 @@ std::string difference(const Fields& header, std::size_t entries, const Fields& 
         if (!expected[at].empty())
             text += "    " + header[at] + ": " + expected[at] + '\n';
     for (std::size_t at = entries; at < header.size(); ++at)
-        if (const std::string& answer = at < found.size() ? found[at] : ""; answer != expected[at])
-            text += "  " + header[at] + ": expected " + inQuotes(expected[at]) + ", found " + inQuotes(answer) + '\n';
+        if (found[at] != expected[at])
+            text +=
+                "  " + header[at] + ": expected " + inQuotes(expected[at]) + ", found " + inQuotes(found[at]) + '\n';
     return text;
 }
 
@@ -129,10 +142,12 @@ Verification verifyProgram(const VerificationPlace& place)
         const char separator = place.decimalComma ? ';' : ',';
         std::istringstream list(entriesOf(rows, entries, separator));
         DutyList duties(list, tables.name);
+        const Fields names = fieldsOf(duties.answerHeader(), separator);
         std::size_t agreeing = 0;
         for (std::size_t at = 1; at < rows.size(); ++at) {
             const std::optional<SizedDuty> duty = duties.next();
-            const Fields found = duty ? fieldsOf(duties.answer(*duty), separator) : Fields();
+            const Fields answer = duty ? fieldsOf(duties.answer(*duty), separator) : Fields();
+            const Fields found = foundUnder(header, entries, rows[at], names, answer);
             const std::string different = difference(header, entries, rows[at], found);
             agreeing += different.empty() ? 1 : 0;
             differences += different;

@@ -100,7 +100,7 @@ TEST_F(BuildCapacities, AnInterruptedListKeepsNoResults)
         std::raise(SIGTERM);
         return std::string("page");
     };
-    const SizeCommandSystem system{testTables(), interrupt, "today"};
+    const SizeCommandSystem system{testTables(), interrupt, "today", {}};
     const auto work = [&] {
         std::signal(SIGTERM, SIG_DFL);
         std::_Exit(sizeValves({"-o", results, "--summaries", pages, list}, system)); // the other tests' tables stay

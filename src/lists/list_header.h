@@ -1,0 +1,54 @@
+#pragma once
+
+#include "files/csv_reader.h"
+#include "lists/duty_columns.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// What the header of a list says, and the columns of its answer.
+struct ListHeader
+{
+    enum class Kind
+    {
+        own,    ///< of the user's own: carried through
+        duty,   ///< one of `listColumns`
+        answer, ///< one of `answerColumns()`: made anew
+    };
+    struct Column
+    {
+        std::string name;
+        Kind kind;
+        std::size_t number; ///< in the table of its kind
+    };
+
+    static constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
+
+    std::vector<Column> columns;                              ///< of the answer: those of the list, then what it lacks
+    std::size_t given = 0;                                    ///< how many of them the list has
+    std::array<std::size_t, std::size(listColumns)> places{}; ///< of each duty column in `columns`, or `nowhere`
+    bool isAnswer = false;                                    ///< the list has most of the answer's columns
+
+    HeaderUnit unit;        ///< that columns of the list name
+    std::string systemBy;   ///< the header that says the unit system
+    std::string pressureBy; ///< the header that says the unit of pressure
+
+    /// Throws CsvProblem that names all faults: columns that resemble one of a duty or stand twice, units that are none
+    /// or of two systems, no column of a duty at all.
+    explicit ListHeader(const CsvRow& row);
+
+    /// Whether the list itself has the column.
+    bool has(std::size_t column) const { return places[column] < given; }
+
+    /// Where a column of the answer is; `nowhere` when the list has none.
+    std::size_t placeOfAnswer(std::string_view name) const;
+
+private:
+    void addDuty(const std::string& header, const NamedColumn& named, std::vector<std::string>& faults);
+    void addUnit(const std::string& header, const HeaderUnit& found, std::vector<std::string>& faults);
+    void addWhatIsLacking();
+
+    std::vector<Box> boxesWithUnit_;
+};

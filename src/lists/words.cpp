@@ -1,0 +1,112 @@
+#include "lists/words.h"
+
+#include "files/csv_reader.h"
+#include "lists/duty_columns.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr std::size_t unlike = 9; // more slips than are taken for one name
+
+/// The words of a name in small letters. "of" says nothing.
+std::vector<std::string> wordsOf(std::string_view name)
+{
+    std::vector<std::string> words(1);
+    for (const char c : name) {
+        const char small = lowerCase(c);
+        const bool isLetter = (small >= 'a' && small <= 'z') || (c >= '0' && c <= '9') || (c & 0x80) != 0;
+        if (isLetter)
+            words.back() += small;
+        else if (!words.back().empty())
+            words.emplace_back();
+    }
+    std::erase_if(words, [](const std::string& word) { return word.empty() || word == "of"; });
+    return words;
+}
+
+std::string joined(const std::vector<std::string>& words)
+{
+    std::string text;
+    for (const std::string& word : words)
+        text += word;
+    return text;
+}
+
+/// Whether every word is the beginning of the one at its place, as in "Spec. Grav.".
+bool areCutShort(const std::vector<std::string>& words, const std::vector<std::string>& whole)
+{
+    return std::ranges::equal(words, whole, [](const std::string& word, const std::string& other) {
+        return word.size() >= 2 && other.starts_with(word);
+    });
+}
+
+/// How far a header is from a column's name; `unlike` when it has nothing of it.
+std::size_t distance(const std::vector<std::string>& words, const ListColumn& column)
+{
+    const std::vector<std::string> name = wordsOf(column.name);
+    const std::string text = joined(name);
+    const std::size_t slips = slipsBetween(joined(words), text);
+    if (slips <= (text.size() > 3 ? 2 : 1))
+        return slips;
+    if (areCutShort(words, name) || joined(words) == joined(wordsOf(column.word)))
+        return 3;
+    const bool hasAll = std::ranges::all_of(
+        name, [&](const std::string& word) { return std::ranges::find(words, word) != words.end(); });
+    if (hasAll && (name.size() > 1 || words.size() == 2)) // "Gas" alone is in many a name
+        return 5 - name.size();
+    for (std::size_t more = 0; words.size() > 1 && more < words.size(); ++more) {
+        std::vector<std::string> others = words;
+        others.erase(others.begin() + static_cast<std::ptrdiff_t>(more));
+        if (text.size() > 3 && slipsBetween(joined(others), text) <= 1)
+            return 6;
+    }
+    return unlike;
+}
+
+} // namespace
+
+std::string listed(const std::vector<std::string>& names, const char* lastOne)
+{
+    std::string text;
+    for (std::size_t at = 0; at < names.size(); ++at)
+        text += (at == 0 ? "" : at + 1 == names.size() ? lastOne : ", ") + names[at];
+    return text;
+}
+
+std::size_t slipsBetween(std::string_view one, std::string_view other)
+{
+    // Of the table of distances between the beginnings of both, the last three rows are kept.
+    std::vector<std::size_t> beforeLast;
+    std::vector<std::size_t> last;
+    for (std::size_t i = 0; i <= one.size(); ++i) {
+        std::vector<std::size_t> row(other.size() + 1, i);
+        for (std::size_t j = 1; j <= other.size(); ++j) {
+            if (i == 0) {
+                row[j] = j;
+                continue;
+            }
+            const std::size_t changed = last[j - 1] + (one[i - 1] == other[j - 1] ? 0 : 1);
+            row[j] = std::min({changed, last[j] + 1, row[j - 1] + 1});
+            if (i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1])
+                row[j] = std::min(row[j], beforeLast[j - 2] + 1);
+        }
+        beforeLast = std::move(last);
+        last = std::move(row);
+    }
+    return last.back();
+}
+
+std::optional<std::size_t> resembledColumn(std::string_view header)
+{
+    const std::vector<std::string> words = wordsOf(header);
+    std::optional<std::size_t> nearest;
+    std::size_t least = unlike;
+    for (std::size_t column = 0; !words.empty() && column < std::size(listColumns); ++column)
+        if (const std::size_t far = distance(words, listColumns[column]); far < least) {
+            least = far;
+            nearest = column;
+        }
+    return nearest;
+}
