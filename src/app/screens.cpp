@@ -11,6 +11,7 @@
 #include "app/menu_bell.h"
 #include "app/outcome.h"
 #include "app/setup_form.h"
+#include "app/verification_dialog.h"
 #include "base/locale_info.h"
 #include "base/message_box.h"
 #include "capacity/tables_label.h"
@@ -185,6 +186,7 @@ QMenuBar& Screens::addMenus(QWidget& form, MainForm* mainForm)
         action->setEnabled(mainForm != nullptr);
     add(file, "Size Copied &Rows", {}, [this, &form] { sizeCopied(form); });
     add(file, "Size a &List...", {}, [this, &form] { sizeList(form, dataFile_); });
+    add(help, "&Verify...", {}, [this, &form] { showVerification(form, dataFile_); });
     add(help, "&About", {}, [this] { showAbout(messageBox_, dataFile_); });
     addContextMenu(form);
     addBoxHelp(form);

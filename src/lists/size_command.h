@@ -13,7 +13,7 @@ struct SizeCommandSystem
     std::string dataFile; ///< of the valve tables
     SummaryFiles::MakePdf makePdf;
     std::string today; ///< in the user's short form
-    std::function<Verification()> verify;
+    std::function<Verification()> verify = nullptr;
 };
 
 /// The whole command `size_valves`, `arguments` without the program name: reads a list of duties, writes it back with

@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr const char* firstAnswer = "Status"; // the column where the entries end
+constexpr const char* nextLine = "\n                       ";
 constexpr const char* signature = R"(
 Name       ________________________________________
 
@@ -163,8 +164,8 @@ Verification verifyProgram(const VerificationPlace& place)
            << "Locale                 " << place.locale
            << (place.decimalComma ? ", decimal comma\n" : ", decimal point\n") << "Played on              "
            << place.today << '\n'
-           << "Verification tables    " << tables.name << ": " << tables.text << '\n'
-           << "Tables of this site    " << site.name << ": " << site.text << "\n\n"
+           << "Verification tables    " << tables.name << nextLine << tables.text << '\n'
+           << "Tables of this site    " << site.name << nextLine << site.text << "\n\n"
            << outcome << '\n'
            << differences << signature;
     return {report.str(), agrees};

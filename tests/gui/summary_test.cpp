@@ -5,6 +5,8 @@
 #include "support/temporary_directory.h"
 
 #include <QFileDialog>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QToolTip>
 
@@ -116,6 +118,38 @@ TEST_F(SummaryTest, NamesTheTablesThatWereSizedOn)
         const QByteArray stored = QStringEncoder(QStringEncoder::Utf16BE).encode(QString::fromLatin1(property));
         EXPECT_TRUE(page.contains(stored)) << property;
     }
+}
+
+/// The report of the verification list stands over the form, and leaves it as it was.
+TEST_F(SummaryTest, VerifyShowsItsReportAndTakesNoKey)
+{
+    openDepad();
+    sizeDepad();
+    get<QLineEdit>("txtStoredMaterial").setFocus();
+    QAction* verify = nullptr;
+    for (QAction* const action : screens.form()->actions())
+        verify = action->text() == QStringLiteral("&Verify...") ? action : verify;
+    ASSERT_NE(verify, nullptr);
+    EXPECT_TRUE(verify->shortcut().isEmpty());
+    verify->trigger();
+    const QPointer<QWidget> dialog = QApplication::activeModalWidget();
+    ASSERT_FALSE(dialog.isNull());
+    const QString report = dialog->findChild<QPlainTextEdit*>()->toPlainText();
+    const std::string data = dataFile.string() + "\n                       not labelled, without checksum\n";
+    EXPECT_TRUE(report.contains(QString::fromStdString(data))) << report.toStdString();
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("\n(\\d+) of \\1 duties agree\n")).match(report).hasMatch())
+        << report.toStdString();
+    for (QPushButton* const button : dialog->findChildren<QPushButton*>())
+        if (button->text() == QStringLiteral("&Copy"))
+            button->click();
+    EXPECT_EQ(QApplication::clipboard()->text(), report);
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(dialog.isNull());
+    activate();
+    type("Oil");
+    EXPECT_EQ(entered("txtStoredMaterial"), "Oil");
+    EXPECT_EQ(shown("lblCV"), "3") << "the sizing stands";
 }
 
 /// Beside the stated refusal, until a click can read the file again.
