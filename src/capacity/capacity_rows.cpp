@@ -107,8 +107,7 @@ CapacityRows::Cell CapacityRows::cellOf(const char* column) const
         read(at, value);
         return value;
     }
-    // The walk reads an index alone, which takes half the time; what else is wanted of this one row stands in the
-    // table.
+    // The walk reads the index alone, which takes half the time. The rest of this row is in the table.
     const CapacityRows row(sqlite3_db_handle(statement_.get()), time_.click,
                            "SELECT " + std::string(column) + sql_.substr(sql_.find(" FROM ")) + " LIMIT 1 OFFSET " +
                                std::to_string(walked_),
@@ -138,9 +137,5 @@ double CapacityRows::Cell::number() const
 
 std::string CapacityRows::Cell::asText() const
 {
-    if (type == SQLITE_TEXT)
-        return text;
-    if (type == SQLITE_BLOB)
-        throw TypeMismatch();
-    return storedNumbers().general(number());
+    return type == SQLITE_TEXT ? text : storedNumbers().general(number());
 }
