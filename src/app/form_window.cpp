@@ -1,5 +1,7 @@
 #include "app/form_window.h"
 
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QProxyStyle>
 #include <QScreen>
@@ -60,4 +62,14 @@ QMenuBar* createMenuBar()
     bar->setStyle(style);
     bar->setNativeMenuBar(false); // a desktop's own bar at the top of the screen would take other keys
     return bar;
+}
+
+QString askIn(QFileDialog& dialog, QWidget* window)
+{
+    for (QLineEdit* const edit : dialog.findChildren<QLineEdit*>())
+        edit->setCompleter(nullptr);
+    dialog.setParent(window, dialog.windowFlags());
+    const bool isAccepted = dialog.exec() == QDialog::Accepted;
+    dialog.setParent(nullptr, dialog.windowFlags()); // and does not go with the window
+    return isAccepted ? dialog.selectedFiles().value(0) : QString();
 }

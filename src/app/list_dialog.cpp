@@ -1,6 +1,7 @@
 #include "app/list_dialog.h"
 
 #include "app/announcer.h"
+#include "app/form_window.h"
 #include "base/path_text.h"
 #include "platform/pdf_summary.h"
 #include "platform/user_locale.h"
@@ -53,10 +54,7 @@ QString ask(QWidget* parent, const FileQuestion& question, const QString& propos
     dialog->setDefaultSuffix(question.mode == QFileDialog::AnyFile ? QStringLiteral("csv") : QString());
     if (!proposed.isEmpty())
         dialog->selectFile(proposed);
-    dialog->setParent(parent, dialog->windowFlags()); // it stands before its window
-    const bool isAccepted = dialog->exec() == QDialog::Accepted;
-    dialog->setParent(nullptr, dialog->windowFlags()); // and does not go with it
-    return isAccepted ? dialog->selectedFiles().value(0) : QString();
+    return askIn(*dialog, parent);
 }
 
 /// A file name beside the list that is free: "tanks_sized.csv", "tanks_sized (2).csv".

@@ -53,10 +53,7 @@ QString askForPdf(QWidget& form, const std::string& tagNumber)
     dialog->setDefaultSuffix(QStringLiteral("pdf"));
     const std::string name = fileNameOf(tagNumber);
     dialog->selectFile(QString::fromStdString((name.empty() ? "Valve Sizing Summary" : name) + ".pdf"));
-    dialog->setParent(form.window(), dialog->windowFlags()); // it stands before the form
-    const bool isAccepted = dialog->exec() == QDialog::Accepted;
-    dialog->setParent(nullptr, dialog->windowFlags()); // and does not go with it
-    return isAccepted ? dialog->selectedFiles().value(0) : QString();
+    return askIn(*dialog, form.window());
 }
 
 void writeFile(const QString& name, std::string_view bytes)
@@ -170,7 +167,10 @@ QMenuBar& Screens::addMenus(QWidget& form, MainForm* mainForm)
         auto* const action = new QAction(QString::fromLatin1(text), &form);
         action->setShortcut(keys);
         action->setShortcutVisibleInContextMenu(true);
-        connect(action, &QAction::triggered, &form, act);
+        connect(action, &QAction::triggered, &form, [act] {
+            if (QApplication::activeModalWidget() == nullptr) // a screen reader can press behind a dialog
+                act();
+        });
         form.addAction(action); // of the context menu, too; its key works everywhere in the form
         menu.addAction(action);
         return action;

@@ -165,6 +165,7 @@ void DutyList::sizeRow(SizedDuty& duty)
             entries[column] = fields[header_.places[column]];
 
     FreshSizing& sizing = duty.sizing.emplace(enteredOn(entries, header_, numbers_));
+    expectUnits(duty);
     noteTaken(entries, sizing);
     sizing.click(numbers_, store_);
     if (const std::string reason = store_.whyUnreadable(); !reason.empty())
@@ -172,6 +173,21 @@ void DutyList::sizeRow(SizedDuty& duty)
     duty.status = !sizing.messages.texts.empty() ? SizedDuty::Status::failed
                   : sizing.screen.hasValve()     ? SizedDuty::Status::sized
                                                  : SizedDuty::Status::refused;
+}
+
+/// A row of an answer has units that its figures do not go by: whoever changed one there meant another duty.
+void DutyList::expectUnits(const SizedDuty& duty) const
+{
+    const AnswerParts parts{duty, "", tablesText_};
+    for (std::size_t at = 0; at < duty.row.fields.size(); ++at) {
+        const ListHeader::Column& column = header_.columns[at];
+        if (column.kind != ListHeader::Kind::answer || !answerColumns()[column.number].unitOf)
+            continue;
+        const std::string unit = answerColumns()[column.number].text(parts);
+        if (!trimmed(duty.row.fields[at]).empty() && !isAlike(duty.row.fields[at], unit))
+            throw CannotBeEntered(column.name + ' ' + inQuotes(duty.row.fields[at]) + ": here it is " + unit +
+                                  ", by Units of Measure");
+    }
 }
 
 /// A default is taken for granted; a unit of the header is not, nor a gas by its gravity or a gravity by its gas.
@@ -241,7 +257,8 @@ std::vector<std::string> DutyList::answerFields(const SizedDuty& duty) const
     const AnswerParts parts{duty, filledIn, tablesText_};
     for (std::size_t at = 0; at < fields.size(); ++at)
         if (const ListHeader::Column& column = header_.columns[at]; column.kind == ListHeader::Kind::answer)
-            fields[at] = answerColumns()[column.number].text(parts);
+            if (duty.sizing || !answerColumns()[column.number].unitOf) // what is wrong with a unit is left to be mended
+                fields[at] = answerColumns()[column.number].text(parts);
     return fields;
 }
 

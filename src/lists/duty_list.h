@@ -85,6 +85,7 @@ private:
     bool hasOneText(const std::vector<std::string>& fields) const;
     void emptyWhatWasFilledIn(std::vector<std::string>& fields) const;
     void sizeRow(SizedDuty& duty);
+    void expectUnits(const SizedDuty& duty) const;
     void noteTaken(const Entries& entries, const FreshSizing& sizing);
     std::vector<std::string> answerNames() const;
     std::vector<std::string> answerFields(const SizedDuty& duty) const;

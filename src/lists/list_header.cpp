@@ -27,9 +27,12 @@ std::vector<std::size_t> answerPlaces(const std::vector<std::string>& names)
     return places;
 }
 
-bool isNameOfAnswer(const std::string& header)
+/// nullptr when no column of an answer has this name.
+const AnswerColumn* answerColumnOf(const std::string& header)
 {
-    return std::ranges::any_of(answerColumns(), [&](const AnswerColumn& one) { return isAlike(header, one.name); });
+    const auto found =
+        std::ranges::find_if(answerColumns(), [&](const AnswerColumn& one) { return isAlike(header, one.name); });
+    return found == answerColumns().end() ? nullptr : &*found;
 }
 
 std::string allColumns()
@@ -60,13 +63,16 @@ ListHeader::ListHeader(const CsvRow& row)
             columns.push_back({name, Kind::answer, ofAnswer[at]});
             continue;
         }
+        const AnswerColumn* const ofResults = answerColumnOf(name);
         const auto named = namedColumn(name);
         hasDuty = hasDuty || named;
         if (named)
             addDuty(place, *named, faults);
         else if (isUnitAlone(name))
             faults.push_back(place + ": a unit alone; a comma in a header wants quotation marks around it");
-        else if (const auto other = isNameOfAnswer(name) ? std::nullopt : resembledColumn(name))
+        else if (ofResults != nullptr && ofResults->unitOf)
+            faults.push_back(place + ": a unit is read from the header of its figures, as in Pump Rate [m3/h]");
+        else if (const auto other = ofResults != nullptr ? std::nullopt : resembledColumn(name))
             faults.push_back(place + ": it resembles " + listColumns[*other].name);
         columns.push_back({name, named ? Kind::duty : Kind::own, named ? named->number : 0});
     }

@@ -46,6 +46,8 @@ ListRun::ListRun(const ListFiles& files, const std::string& dataFile, const Summ
     if (fs::equivalent(files_.list, files_.answer, isNew))
         throw std::runtime_error(textOf(files_.answer) + ": this is the list; its answer needs a name of its own");
     reading(files_.list, [&] { list_.emplace(in_, dataFile); });
+    if (!files_.replacesAnswer && fs::exists(files_.answer, isNew))
+        throw std::runtime_error(textOf(files_.answer) + ": it exists already");
     about(files_.answer, [&] {
         answer_.emplace(files_.answer, ordinaryMode());
         answer_->write(list_->answerHeader());

@@ -136,6 +136,10 @@ Verification verifyProgram(const VerificationPlace& place)
         std::vector<Fields> rows = readList(place.directory + "/duties.csv");
         const Fields header = rows.front();
         const auto entries = static_cast<std::size_t>(std::ranges::find(header, firstAnswer) - header.begin());
+        if (entries == header.size())
+            throw std::runtime_error("the list of duties has no answers");
+        if (!site.isWhole)
+            throw std::runtime_error("the tables of this site cannot be read");
         if (place.decimalComma)
             for (Fields& row : rows)
                 std::ranges::transform(row, row.begin(), withComma);
@@ -154,7 +158,7 @@ Verification verifyProgram(const VerificationPlace& place)
         }
         const std::size_t count = rows.size() - 1;
         outcome = std::to_string(agreeing) + " of " + std::to_string(count) + " duties agree";
-        agrees = agreeing == count && site.isWhole;
+        agrees = agreeing == count;
     } catch (const std::exception& failure) {
         outcome = std::string("Not verified: ") + failure.what();
     }

@@ -8,7 +8,8 @@
 namespace
 {
 
-constexpr std::size_t unlike = 9; // more slips than are taken for one name
+constexpr std::size_t longestHeader = 80; // bytes; more is no name
+constexpr std::size_t unlike = 9;         // more slips than are taken for one name
 
 /// The words of a name in small letters. "of" says nothing.
 std::vector<std::string> wordsOf(std::string_view name)
@@ -120,6 +121,8 @@ std::string sentences(const std::vector<std::string>& notes)
 
 std::optional<std::size_t> resembledColumn(std::string_view header)
 {
+    if (header.size() > longestHeader)
+        return std::nullopt;
     const std::vector<std::string> words = wordsOf(header);
     std::optional<std::size_t> nearest;
     std::size_t least = unlike;
@@ -128,5 +131,7 @@ std::optional<std::size_t> resembledColumn(std::string_view header)
             least = far;
             nearest = column;
         }
-    return nearest;
+    const std::size_t apart = header.find_first_of("[(,/"); // before a unit, known or not, as in "S.G. (air=1)"
+    return nearest || apart == 0 || apart == std::string_view::npos ? nearest
+                                                                    : resembledColumn(header.substr(0, apart));
 }

@@ -91,8 +91,9 @@ def wait_for(what, condition, meanwhile=lambda: time.sleep(0.05)):
 
 
 def focus_window(*wanted):
-    wait_for(f"the window {wanted}", lambda: windows(*wanted))
-    subprocess.run(["xdotool", "windowfocus", "--sync", windows(*wanted)[-1]], check=True)
+    found = []  # a search ends with nothing when a bubble goes in the middle of it
+    wait_for(f"the window {wanted}", lambda: found.extend(windows(*wanted)) or found)
+    subprocess.run(["xdotool", "windowfocus", "--sync", found[-1]], check=True)
 
 
 class Listener:

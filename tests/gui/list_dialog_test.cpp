@@ -111,14 +111,19 @@ TEST_F(ListDialogTest, WritesSummariesAndSaysWhatStopsIt)
     std::ofstream(home.path / "tanks_sized.csv") << "somebody's";
     key(Qt::Key_Return);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !said(*dialog).empty(); }));
-    EXPECT_EQ(said(*dialog), "Stopped after 12 rows, no answer is kept: " + (home.path / "tanks_sized.csv").string() +
-                                 ": it exists already.");
-    EXPECT_EQ(files(), "tanks.csv tanks_sized.csv tanks_summaries");
-    EXPECT_EQ(QDir(QString::fromStdString((home.path / "tanks_summaries").string())).entryList(QDir::Files).size(), 11);
-    std::filesystem::remove(home.path / "tanks.csv");
+    const std::filesystem::path answer = home.path / "tanks_sized.csv";
+    EXPECT_EQ(said(*dialog), "Nothing is sized: " + answer.string() + ": it exists already.");
+    EXPECT_EQ(files(), "tanks.csv tanks_sized.csv");
+    std::filesystem::remove(answer);
+    std::filesystem::rename(home.path / "tanks.csv", home.path / "moved.csv");
     key(Qt::Key_Return);
     EXPECT_EQ(said(*dialog),
               "Nothing is sized: " + (home.path / "tanks.csv").string() + ": No such file or directory.");
+    std::filesystem::rename(home.path / "moved.csv", home.path / "tanks.csv");
+    key(Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(answer); }));
+    EXPECT_EQ(files(), "tanks.csv tanks_sized.csv tanks_summaries");
+    EXPECT_EQ(QDir(QString::fromStdString((home.path / "tanks_summaries").string())).entryList(QDir::Files).size(), 11);
     delete dialog;
 }
 
