@@ -64,7 +64,11 @@ hasCopied() {
     grep -q $'\t' "$scratch/copied"
 }
 
-# The results as the program itself copies them: expectResults CAPTION VALUE...
+hasCopiedAnswer() {
+    hasCopied && grep -q $'\tsized\t800\t238\t1038\tSCFH\t1\t' "$scratch/copied"
+}
+
+# The results as the program itself copies them: expectResults CAPTION VALUE[TAB UNIT]...
 expectResults() {
     local copied
     xclip -selection clipboard <<<"nothing yet"
@@ -153,8 +157,13 @@ focus "$setupTitle"
 import -silent -window root "$pictures/setup.png"
 sizePad
 import -silent -window root "$pictures/pad.png"
-expectResults "Pump-Rate Flow" "800 SCFH" "Inbreathing Flow" "238 SCFH" "Total Flow Rate" "1038 SCFH" \
-              "Valve Coefficient" 1 "Valve Body Size" '1"' "Max Valve Capacity" "2560 SCFH" "Valve Capacity Utilized (%)" 41
+expectResults "Pump-Rate Flow" $'800\tSCFH' "Inbreathing Flow" $'238\tSCFH' "Total Flow Rate" $'1038\tSCFH' \
+              "Valve Coefficient" 1 "Valve Body Size" '1"' "Max Valve Capacity" $'2560\tSCFH' "Valve Capacity Utilized (%)" 41
+printf 'Pump Rate\tPressure\tTank Volume\n100\t60\t10000\n' | xclip -selection clipboard
+sleep 0.3
+press alt+e r
+await "the copied row to be sized" hasCopiedAnswer
+import -silent -window root "$pictures/copied_rows.png"
 press alt+n
 focus "$setupTitle"
 press alt+3 alt+d alt+m alt+c
@@ -168,7 +177,7 @@ press Tab Tab Tab Tab
 typeText "60"
 press alt+s
 import -silent -window root "$pictures/depad.png"
-expectResults "Total Flow Rate" "101 Nm3/Hr" "Valve Coefficient" 20 "Valve Body Size" '2"' "Max Valve Capacity" "105 Nm3/Hr" \
+expectResults "Total Flow Rate" $'101\tNm3/Hr' "Valve Coefficient" 20 "Valve Body Size" '2"' "Max Valve Capacity" $'105\tNm3/Hr' \
               "Valve Capacity Utilized (%)" 96
 wine "$directory/size_valves.exe" --quiet "Z:$PWD/docs/examples/tanks.csv" 2>/dev/null | tr -d '\r' >"$scratch/sized.csv" || true
 diff <(tr -d '\r' <docs/examples/tanks_sized.csv) "$scratch/sized.csv" || fail "size_valves gives another answer"
@@ -183,7 +192,7 @@ expectResults "Specific Gravity - Blanketing Gas" "0,97" "Valve Coefficient" 1
 press alt+o
 typeText "100,5"
 press alt+s
-expectResults "Pump-Out Rate" "100,5 gpm" "Total Flow Rate" "1042 SCFH"
+expectResults "Pump-Out Rate" $'100,5\tgpm' "Total Flow Rate" $'1042\tSCFH'
 leave
 
 echo "== A page on a print queue"
