@@ -22,15 +22,6 @@ bool isBlank(char c)
     return c == ' ' || c == '\t' || c == '\n';
 }
 
-/// The text without the blanks at its ends, those included that web pages, PDF files and Windows's text files give.
-std::string_view withoutBlanksAround(std::string_view text)
-{
-    constexpr std::string_view blanks[] = {" ",      "\t",     "\n",     "\r",
-                                           "\u00a0", "\u2007", "\u2009", "\u200a",  // narrow and no-break ones
-                                           "\u202f", "\u200b", "\u2060", "\ufeff"}; // and those of no width
-    return without(blanks, text);
-}
-
 std::string shortest(double value, int significantDigits)
 {
     std::array<char, 32> buffer;
@@ -193,7 +184,7 @@ std::size_t NumberText::decimalLength(std::string_view text) const
 
 std::optional<double> NumberText::parse(std::string_view text) const
 {
-    text = withoutBlanksAround(text);
+    text = trimmed(text);
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);
@@ -221,7 +212,7 @@ std::optional<double> NumberText::parse(std::string_view text) const
 
 double NumberText::leading(std::string_view text) const
 {
-    text = withoutBlanksAround(text);
+    text = trimmed(text);
     std::string plain; // without blanks, "." as the point
     while (!text.empty()) {
         const std::size_t separator = decimalLength(text);

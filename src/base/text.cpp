@@ -79,9 +79,10 @@ std::string_view without(std::span<const std::string_view> blanks, std::string_v
 
 std::string_view trimmed(std::string_view text)
 {
-    // The no-break spaces are those of one blank, of a digit's width and the narrow one, with which some languages
-    // separate thousands and units.
-    constexpr std::string_view around[] = {" ", "\t", "\r", "\n", "\u00A0", "\u2007", "\u202F"};
+    // Also those that web pages, PDF files and Windows's text files give.
+    constexpr std::string_view around[] = {" ",      "\t",     "\n",     "\r",
+                                           "\u00a0", "\u2007", "\u2009", "\u200a",  // narrow and no-break ones
+                                           "\u202f", "\u200b", "\u2060", "\ufeff"}; // and those of no width
     return without(around, text);
 }
 

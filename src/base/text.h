@@ -43,7 +43,7 @@ std::string utf8Of(char32_t character);
 /// A text without the `blanks` around it.
 std::string_view without(std::span<const std::string_view> blanks, std::string_view text);
 
-/// A text without the blanks, tabs, line ends and no-break spaces around it.
+/// A text without the blanks around it: tabs, line ends, no-break blanks, narrow ones and those of no width, too.
 std::string_view trimmed(std::string_view text);
 
 /// Whether two names differ in nothing but upper and lower case of the letters A to Z and what `trimmed` cuts off.

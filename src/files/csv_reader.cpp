@@ -57,9 +57,12 @@ public:
         const bool isNumber = text.find_first_not_of("0123456789.,+-eE") == std::string::npos;
         if (!isNumber || points + commas == 0)
             return;
-        if (points + commas > 1 || (commas > 0 && separator_ == ',') || !isPlain(text))
+        const std::size_t last = text.find_last_of(".,");
+        // Between commas, a number with a comma is in quotation marks: it tells only where it has no thousands there.
+        const bool isQuoted = commas == 1 && separator_ == ',' && text[last] == ',' && !mayBeThousands(text, last);
+        if ((!isQuoted && (points + commas > 1 || (commas > 0 && separator_ == ','))) || !isPlain(text))
             return;
-        Mark& mark = points > 0 ? point_ : comma_;
+        Mark& mark = commas > 0 ? comma_ : point_;
         if (mark.line == 0)
             mark = {text, line, false};
         mark.isDecimal |= separator_ == ',' || !mayBeThousands(text, text.find_first_of(".,"));
@@ -78,7 +81,7 @@ public:
                                                  "number tells which");
         if (point_.line == 0 && comma_.line == 0)
             return usual.value_or(separator_ == ';' ? ',' : '.');
-        return comma_.line > 0 ? ',' : '.';
+        return comma_.line > 0 && separator_ != ',' ? ',' : '.';
     }
 
 private:

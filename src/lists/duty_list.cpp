@@ -1,6 +1,7 @@
 #include "lists/duty_list.h"
 
 #include "base/failure.h"
+#include "base/gases.h"
 #include "lists/answer_columns.h"
 #include "lists/duty_entries.h"
 #include "lists/words.h"
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace
 {
@@ -51,6 +53,8 @@ DutyList::DutyList(std::istream& list, std::string dataFile, const CsvKnown& kno
       reader_(list, format_.separator), header_(readHeader()), filledInAt_(header_.placeOfAnswer(filledInName)),
       commentsAt_(header_.placeOfAnswer(commentsName))
 {
+    if (CsvRow row; reader_.next(row))
+        expectNoUnits(first_.emplace(std::move(row)));
     expectDataFile();
     tables_ = tablesLabel(store_);
     tablesText_ = tables_ ? tables_->label : "not labelled";
@@ -88,7 +92,9 @@ std::string DutyList::tagNumber(const SizedDuty& duty) const
 std::optional<SizedDuty> DutyList::next()
 {
     SizedDuty duty;
-    if (!reader_.next(duty.row))
+    if (first_)
+        duty.row = std::exchange(first_, std::nullopt).value();
+    else if (!reader_.next(duty.row))
         return std::nullopt;
     duty.reason = misfit(duty.row);
     if (!duty.reason.empty())
@@ -103,6 +109,18 @@ std::optional<SizedDuty> DutyList::next()
     return duty;
 }
 
+/// A row of units below the header is no duty, and the rows below it would be sized in other units.
+void DutyList::expectNoUnits(const CsvRow& row) const
+{
+    for (std::size_t at = 0; at < std::min(row.fields.size(), header_.given); ++at) {
+        const ListHeader::Column& column = header_.columns[at];
+        if (column.kind == ListHeader::Kind::duty && listColumns[column.number].isNumber && isUnitAlone(row.fields[at]))
+            throw CsvProblem(row.line,
+                             "column " + std::to_string(at + 1) + ", " + inQuotes(row.fields[at]) +
+                                 ": delete this line; a unit is read from the header, as in Pump Rate [m3/h]");
+    }
+}
+
 /// Why the fields of a row do not stand below the columns, "" when they do. Such a row becomes one text. In an answer,
 /// a row that has nothing but this text is refused for the same.
 std::string DutyList::misfit(CsvRow& row) const
@@ -110,12 +128,11 @@ std::string DutyList::misfit(CsvRow& row) const
     std::vector<std::string>& fields = row.fields;
     if (fields.empty())
         return brokenQuoting;
-    const std::size_t count = fields.size();
     while (fields.size() > header_.given && fields.back().empty())
         fields.pop_back();
     std::string reason;
     if (fields.size() > header_.given) {
-        reason = tooManyFields(count);
+        reason = tooManyFields(fields.size());
         row.broken = csvText(fields, format_.separator);
     } else if (commentsAt_ < fields.size() && !fields[commentsAt_].empty() && hasOneText(fields)) {
         row.broken = fields[header_.firstGiven];
@@ -173,6 +190,7 @@ void DutyList::sizeRow(SizedDuty& duty)
     FreshSizing& sizing = duty.sizing.emplace(enteredOn(entries, header_, numbers_));
     expectUnits(duty);
     noteTaken(entries, sizing);
+    noteOtherGravity(entries, duty.row.line);
     sizing.click(numbers_, store_);
     if (const std::string reason = store_.whyUnreadable(); !reason.empty())
         sizing.messages.show(reason);
@@ -215,9 +233,25 @@ void DutyList::noteTaken(const Entries& entries, const FreshSizing& sizing)
     }
 }
 
+/// The screens allow it, too; but there, the gravity of the liquid is not asked for beside it.
+void DutyList::noteOtherGravity(const Entries& entries, std::size_t line)
+{
+    const std::string_view gravity = trimmed(entries[columnOf(Box::txtSpecGrav)]);
+    const auto gas = std::ranges::find_if(
+        gases, [&](const Gas& one) { return isAlike(entries[columnOf(Box::cmbBlanketingGas)], one.name); });
+    if (gravity.empty() || gas == gases.end() || static_cast<float>(numbers_.leading(gravity)) == gas->specGrav)
+        return;
+    ++otherGravities_;
+    firstOtherGravity_ = std::min(firstOtherGravity_, line);
+}
+
 std::vector<std::string> DutyList::notes() const
 {
     std::vector<std::string> lines;
+    if (otherGravities_ > 0)
+        lines.push_back("the Specific Gravity is not that of the listed gas, and is taken: in " +
+                        std::to_string(otherGravities_) + (otherGravities_ == 1 ? " row" : " rows") +
+                        ", first in line " + std::to_string(firstOtherGravity_));
     for (const auto& [column, texts] : taken_) {
         std::vector<std::string> parts;
         for (const auto& [text, rows] : texts)
@@ -229,6 +263,11 @@ std::vector<std::string> DutyList::notes() const
     for (const ListHeader::Column& column : header_.columns)
         if (column.kind == ListHeader::Kind::own)
             own.push_back(inQuotes(column.name));
+    constexpr std::size_t namedOwn = 10; // more fill a screen
+    if (own.size() > namedOwn + 1) {
+        own[namedOwn] = std::to_string(own.size() - namedOwn) + " more";
+        own.resize(namedOwn + 1);
+    }
     if (!own.empty())
         lines.push_back("not of a duty and carried through: " + listed(own, ", "));
     return lines;

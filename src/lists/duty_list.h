@@ -84,12 +84,14 @@ public:
 private:
     ListHeader readHeader();
     void expectDataFile();
+    void expectNoUnits(const CsvRow& row) const;
     std::string misfit(CsvRow& row) const;
     bool hasOneText(const std::vector<std::string>& fields) const;
     void emptyWhatWasFilledIn(std::vector<std::string>& fields) const;
     void sizeRow(SizedDuty& duty);
     void expectUnits(const SizedDuty& duty) const;
     void noteTaken(const Entries& entries, const FreshSizing& sizing);
+    void noteOtherGravity(const Entries& entries, std::size_t line);
     std::vector<std::string> answerNames() const;
     std::vector<std::string> answerFields(const SizedDuty& duty) const;
     std::string line(std::vector<std::string> fields, std::size_t from) const;
@@ -99,10 +101,13 @@ private:
     CapacityStore store_;
     CsvReader reader_;
     ListHeader header_;
-    std::size_t filledInAt_; ///< of the columns with these names; `ListHeader::nowhere` without them
+    std::optional<CsvRow> first_; ///< the row below the header, until it is sized
+    std::size_t filledInAt_;      ///< of the columns with these names; `ListHeader::nowhere` without them
     std::size_t commentsAt_;
     std::optional<TablesLabel> tables_;
     std::string tablesText_; ///< what the answer says of them
     std::map<std::size_t, std::map<std::string, std::size_t, std::less<>>>
-        taken_; ///< by column and text: in how many rows
+        taken_;                                           ///< by column and text: in how many rows
+    std::size_t otherGravities_ = 0;                      ///< rows whose listed gas has another gravity
+    std::size_t firstOtherGravity_ = ListHeader::nowhere; ///< the line of the first
 };
