@@ -108,7 +108,7 @@ public:
     explicit Check(const std::filesystem::path& directory) : file_((directory / "capacities.mdb").string())
     {
         std::ifstream in(CAPACITIES_FILE, std::ios::binary);
-        whole_.assign(std::istreambuf_iterator<char>(in), {});
+        intact_.assign(std::istreambuf_iterator<char>(in), {});
         for (const Duty& duty : duties)
             right_.push_back(answerOf(duty, CAPACITIES_FILE));
         if (!std::ranges::all_of(right_, &Answer::isValve))
@@ -118,7 +118,7 @@ public:
     void damaged(std::uint64_t seed)
     {
         std::mt19937_64 random(seed);
-        std::string bytes = whole_;
+        std::string bytes = intact_;
         for (std::uint64_t damages = 1 + random() % 3; damages > 0 && !bytes.empty(); --damages)
             damage(bytes, random);
         compare(bytes, "seed " + std::to_string(seed));
@@ -126,7 +126,7 @@ public:
 
     void cut(std::size_t length)
     {
-        compare(whole_.substr(0, whole_.size() - length), "cut by " + std::to_string(length));
+        compare(intact_.substr(0, intact_.size() - length), "cut by " + std::to_string(length));
         cutsWithValve_ += valves_ > 0;
     }
 
@@ -163,7 +163,7 @@ private:
     }
 
     std::string file_;
-    std::string whole_;
+    std::string intact_;
     std::vector<Answer> right_;
     std::size_t files_ = 0, rightAnswers_ = 0, refusals_ = 0, messages_ = 0, wrong_ = 0, cutsWithValve_ = 0,
                 valves_ = 0;

@@ -29,9 +29,9 @@ cleanUp() {
 trap cleanUp EXIT
 
 fail() {
-    local shown
+    local found
     echo "tour: $*" >&2
-    for shown in $(xdotool search --onlyvisible --name . 2>/dev/null); do
+    for found in $(xdotool search --onlyvisible --name . 2>/dev/null); do
         echo "tour: on the display: \"$(xdotool getwindowname "$shown")\"" >&2
     done
     [[ -n $window ]] && takePicture "$pictures/failed.png" && echo "tour: see $pictures/failed.png" >&2

@@ -289,5 +289,7 @@ for name, rows in VALVES.items():
 for name, rows in TANKS.items():
     write(name, ["TankVol", "Pad", "DepadHFP", "DepadLFP"], rows)
 listed = [dict.fromkeys(ENTRIES, "") | duty for duty in duties.all_duties(RANGES, BODIES)]
-write("duties", ENTRIES + ANSWERS,
-      [[*duty.values(), *(Sizing(duty).size().get(answer, "") for answer in ANSWERS)] for duty in listed])
+answered = [[*duty.values(), *(Sizing(duty).size().get(answer, "") for answer in ANSWERS)] for duty in listed]
+# The program expects this last row: without it, the file was cut.
+end = [f"end of {len(listed)} duties", *[""] * (len(answered[0]) - 1)]
+write("duties", ENTRIES + ANSWERS, [*answered, end])

@@ -15,7 +15,7 @@ void Announcer::say(const QString& text)
         return;
     setAccessibleName(text);
     QTimer::singleShot(afterFocus, this, [this] {
-        QAccessibleEvent shown(this, QAccessible::ObjectShow);
-        QAccessible::updateAccessibility(&shown);
+        QAccessibleEvent event(this, QAccessible::ObjectShow);
+        QAccessible::updateAccessibility(&event);
     });
 }

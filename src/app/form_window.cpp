@@ -37,8 +37,8 @@ FormWindow::FormWindow(QWidget& form, QMenuBar& bar)
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setMenuBar(&bar);
     const QSize room = screen()->availableGeometry().size();
-    const QSize whole = form.size() + QSize(0, bar.minimumHeight());
-    if (whole.width() <= room.width() && whole.height() + titleBar <= room.height()) {
+    const QSize full = form.size() + QSize(0, bar.minimumHeight());
+    if (full.width() <= room.width() && full.height() + titleBar <= room.height()) {
         rows->addWidget(&form);
         rows->setSizeConstraint(QLayout::SetFixedSize);
         resize(sizeHint());
@@ -48,8 +48,8 @@ FormWindow::FormWindow(QWidget& form, QMenuBar& bar)
         scrolled->setWidget(&form);
         rows->addWidget(scrolled);
         const int bars = style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2 * scrolled->frameWidth();
-        resize((whole + QSize(bars, bars)).boundedTo(room)); // where no window manager maximizes it
-        setWindowState(Qt::WindowMaximized);                 // with its title bar on the screen
+        resize((full + QSize(bars, bars)).boundedTo(room)); // where no window manager maximizes it
+        setWindowState(Qt::WindowMaximized);                // with its title bar on the screen
     }
     focus->setFocus(); // lost with the form's move into this window
 }

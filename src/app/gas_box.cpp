@@ -27,9 +27,9 @@ void GasBox::setGas(const QString& name)
 void GasBox::fill(const QStringList& names)
 {
     const QSignalBlocker blocker(this);
-    const QString shown = currentText();
+    const QString text = currentText();
     addItems(names); // shows the first entry
-    setGas(shown);
+    setGas(text);
 }
 
 void GasBox::wheelEvent(QWheelEvent* event)

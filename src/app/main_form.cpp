@@ -163,9 +163,9 @@ std::string MainForm::caption(Label label) const
     return controls_.get<QLabel>(controlOf(label)).text().toStdString();
 }
 
-void MainForm::setCaption(Label label, const std::string& shown)
+void MainForm::setCaption(Label label, const std::string& text)
 {
-    setLabelCaption(controlOf(label), shown);
+    setLabelCaption(controlOf(label), text);
     if (label == Label::lblComments) // the reason of an unreadable file stands there as long as its comment
         controls_.get<QLabel>(controlOf(label)).setToolTip({});
 }
@@ -202,8 +202,8 @@ void MainForm::tellOutcome()
 {
     announcer_.say(outcome());
     if (hasValve()) // the last of them, should they not all fit
-        for (const MainControl shown : {MainControl("lblPercentValveCapacity"), MainControl("lblCVlbl")})
-            scrollIntoView(controls_.get<QWidget>(shown));
+        for (const MainControl result : {MainControl("lblPercentValveCapacity"), MainControl("lblCVlbl")})
+            scrollIntoView(controls_.get<QWidget>(result));
     if (!caption(Label::lblComments).empty())
         scrollIntoView(controls_.get<QWidget>("frmComments"));
 }
@@ -247,12 +247,12 @@ void MainForm::setPrintEnabled(bool enabled)
     button.setEnabled(enabled);
 }
 
-void MainForm::setLabelCaption(MainControl name, const std::string& shown)
+void MainForm::setLabelCaption(MainControl name, const std::string& text)
 {
     auto& label = controls_.get<QLabel>(name);
-    ::setLabelCaption(label, QString::fromStdString(shown));
+    ::setLabelCaption(label, QString::fromStdString(text));
     // Without any name Qt would have the title of the label's frame read out.
-    label.setAccessibleName(shown.empty() ? QStringLiteral(" ") : QString());
+    label.setAccessibleName(text.empty() ? QStringLiteral(" ") : QString());
     const int besideComments = controls_.get<QWidget>("frmComments").x() - 4;
     for (const std::vector<QLabel*>& row : rows_)
         keepApart(row, row.front()->parentWidget() == this ? besideComments : row.front()->parentWidget()->width() - 4);

@@ -26,7 +26,7 @@ public:
 
     std::string text(Box box) const override;
     std::string caption(Label label) const override;
-    void setCaption(Label label, const std::string& shown) override;
+    void setCaption(Label label, const std::string& text) override;
     void refusedAt(Box box) override;
     void modClearData() override;
     void setPrintEnabled(bool enabled) override;
@@ -72,7 +72,7 @@ private:
     /// tank volume says nothing of the flash or boiling point and keeps its note.)
     void emptyResultLabels(bool keepPointNote);
 
-    void setLabelCaption(MainControl name, const std::string& shown);
+    void setLabelCaption(MainControl name, const std::string& text);
     void setText(MainControl box, const std::string& entry);
     /// Hides the boxes that the choices do not ask for, with their captions and units.
     void hideUnasked();

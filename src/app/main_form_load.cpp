@@ -39,12 +39,12 @@ void MainForm::load()
     const struct
     {
         MainControl name;
-        const std::string& shown;
+        const std::string& text;
     } choices[] = {{"lblValveModel", state.ValveModel},       {"lblValveType", state.ValveType},
                    {"lblSizingMethod", state.SizingMethod},   {"lblPressureUnits", state.PressUnits},
                    {"lblPumpRateUnits", state.PumpRateUnits}, {"lblVolumeUnits", state.VolUnits}};
-    for (const auto& [name, shown] : choices)
-        setLabelCaption(name, shown);
+    for (const auto& [name, text] : choices)
+        setLabelCaption(name, text);
 
     const bool directDisplacement = state.SizingMethod == choice::directDisplacement;
     if (directDisplacement)

@@ -51,7 +51,7 @@ public:
     virtual ~MainScreen() = default;
     virtual std::string text(Box box) const = 0;
     virtual std::string caption(Label label) const = 0;
-    virtual void setCaption(Label label, const std::string& shown) = 0;
+    virtual void setCaption(Label label, const std::string& text) = 0;
 
     /// Which box a refusal of this click is about; of several, the last. It has the focus when the click is over.
     virtual void refusedAt(Box box) = 0;

@@ -16,8 +16,8 @@ std::int32_t tableFlow(const SizingContext& sizing, double flow)
 
 void showSelectedCv(SizingContext& sizing)
 {
-    const double shown = Round1Place(sizing, static_cast<double>(sizing.state.SelectedCv));
-    sizing.screen.setCaption(Label::lblCV, sizing.numbers.general(shown));
+    const double rounded = Round1Place(sizing, static_cast<double>(sizing.state.SelectedCv));
+    sizing.screen.setCaption(Label::lblCV, sizing.numbers.general(rounded));
 }
 
 void setValveBodySize(SizingContext& sizing, const std::string& bodySize)

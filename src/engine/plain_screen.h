@@ -18,7 +18,7 @@ struct PlainScreen : MainScreen
 
     std::string text(Box box) const override { return valueOf(boxes, box); }
     std::string caption(Label label) const override { return valueOf(captions, label); }
-    void setCaption(Label label, const std::string& shown) override { captions[label] = shown; }
+    void setCaption(Label label, const std::string& text) override { captions[label] = text; }
 
     void refusedAt(Box box) override { current = box; }
 

@@ -30,7 +30,7 @@ using Fields = std::vector<std::string>;
 struct Table
 {
     std::string name; ///< of the file
-    bool isWhole = false;
+    bool isReadable = false;
     std::string text;
 };
 
@@ -48,7 +48,8 @@ Table describeTables(const std::string& file)
                 (checksum.empty() ? ", without checksum" : ", checksum " + checksum)};
 }
 
-/// The header and the rows below it, each with as many fields.
+/// The header and the duties below it, each with as many fields. The last row of the file says how many they are, so
+/// that a file that was cut is noticed.
 std::vector<Fields> readList(const std::string& file)
 {
     std::ifstream in(pathOf(file), std::ios::binary);
@@ -61,8 +62,9 @@ std::vector<Fields> readList(const std::string& file)
             throw std::runtime_error(file + ':' + std::to_string(row.line) + ": not a row of this list");
         rows.push_back(row.fields);
     }
-    if (rows.size() < 2)
-        throw std::runtime_error(file + ": no duties");
+    if (rows.size() < 3 || rows.back().front() != "end of " + std::to_string(rows.size() - 2) + " duties")
+        throw std::runtime_error(file + ": rows are missing");
+    rows.pop_back();
     return rows;
 }
 
@@ -138,7 +140,7 @@ Verification verifyProgram(const VerificationPlace& place)
         const auto entries = static_cast<std::size_t>(std::ranges::find(header, firstAnswer) - header.begin());
         if (entries == header.size())
             throw std::runtime_error("the list of duties has no answers");
-        if (!site.isWhole)
+        if (!site.isReadable)
             throw std::runtime_error("the tables of this site cannot be read");
         if (place.decimalComma)
             for (Fields& row : rows)

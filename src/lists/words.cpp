@@ -89,9 +89,9 @@ std::size_t slipsBetween(std::string_view one, std::string_view other)
 }
 
 /// Whether every word is the beginning of the one at its place, as in "Spec. Grav.".
-bool areCutShort(const std::vector<std::string>& words, const std::vector<std::string>& whole)
+bool areCutShort(const std::vector<std::string>& words, const std::vector<std::string>& name)
 {
-    return std::ranges::equal(words, whole, [](const std::string& word, const std::string& other) {
+    return std::ranges::equal(words, name, [](const std::string& word, const std::string& other) {
         return word.size() >= 2 && other.starts_with(word);
     });
 }

@@ -120,8 +120,8 @@ void paintPage(const SummaryForm& page, QPainter& painter)
 QTransform placeSummary(const QSizeF& paper, const QRectF& printable)
 {
     const double scale = std::min({1.0, printable.width() / summaryWidth, printable.height() / summaryHeight});
-    const auto start = [scale](double whole, double from, double to, int length) {
-        return std::clamp((whole - scale * length) / 2, from, std::max(from, to - scale * length));
+    const auto start = [scale](double available, double from, double to, int length) {
+        return std::clamp((available - scale * length) / 2, from, std::max(from, to - scale * length));
     };
     return QTransform(scale, 0, 0, scale, start(paper.width(), printable.left(), printable.right(), summaryWidth),
                       start(paper.height(), printable.top(), printable.bottom(), summaryHeight));

@@ -13,7 +13,7 @@ using Sizes = std::map<float, const CapacityRow*>;
 
 std::string sizeText(float cv, const CapacityRow& row)
 {
-    return "Bodysize " + shown(row.bodySize) + " of " + cvText(cv);
+    return "Bodysize " + messageText(row.bodySize) + " of " + cvText(cv);
 }
 
 constexpr Rule sizeIsADate{Severity::error, "a body size that a spreadsheet has made a date",
@@ -39,7 +39,7 @@ void checkTable(const ValveTable& table, const Sizes& sizes, Findings& findings)
         const auto inchesBefore = before != nullptr ? inchesOf(before->bodySize) : std::nullopt;
         if (inches && inchesBefore && *inches < *inchesBefore)
             report(sizeShrinks, *row, sizeText(cv, *row),
-                   "at least the " + shown(before->bodySize) + " of " + cvText(static_cast<float>(before->cv)) +
+                   "at least the " + messageText(before->bodySize) + " of " + cvText(static_cast<float>(before->cv)) +
                        lineText(before->line));
         before = row;
     }
@@ -92,6 +92,6 @@ void checkBodySizes(const std::vector<ValveTable>& tables, Findings& findings)
                 continue;
             findings.report(isSameSize(row->bodySize, differing->bodySize) ? sizesDiffer : sizeTextsDiffer,
                             tables[at].read->source, row->line, sizeText(cv, *row),
-                            shown(differing->bodySize) + " as in " + std::string(tables[where].spec.name));
+                            messageText(differing->bodySize) + " as in " + std::string(tables[where].spec.name));
         }
 }

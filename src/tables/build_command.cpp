@@ -161,7 +161,8 @@ int build(Arguments given, std::ostream& messages)
 /// The end of a closing line: "; " and the label of the tables.
 std::string labelText(const std::optional<TablesLabel>& label)
 {
-    return label ? "; its tables are labelled \"" + shown(label->label, mostOfLabel) + "\", " + shown(label->date)
+    return label ? "; its tables are labelled \"" + messageText(label->label, mostOfLabel) + "\", " +
+                       messageText(label->date)
                  : "; its tables have no label";
 }
 
@@ -212,7 +213,7 @@ int exportTables(const fs::path& file, const fs::path& directory, bool decimalCo
             fs::remove(path, failure);
     std::string done = textOf(directory) + " holds the tables of " + textOf(file) + labelText(tables.label);
     if (tables.label)
-        done += "; build with --label " + shellText(shown(tables.label->label, mostOfLabel)) + " to keep that";
+        done += "; build with --label " + shellText(messageText(tables.label->label, mostOfLabel)) + " to keep that";
     return close(findings, messages, done, "nothing is written");
 }
 

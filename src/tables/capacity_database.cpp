@@ -94,9 +94,9 @@ bool isReadable(CapacityStore& store, const std::filesystem::path& file, Finding
     try {
         store.query("SELECT value FROM Checksum", {});
     } catch (const SilentFailure& failure) {
-        const bool isWhole = store.whyUnreadable().empty();
-        findings.report(isWhole ? hasNoChecksum : cannotBeRead, textOf(file), 0, reasonOf(failure));
-        return isWhole;
+        const bool isReadable = store.whyUnreadable().empty();
+        findings.report(isReadable ? hasNoChecksum : cannotBeRead, textOf(file), 0, reasonOf(failure));
+        return isReadable;
     }
     return true;
 }
@@ -110,7 +110,7 @@ public:
         : store_(store), name_(std::move(name)), findings_(findings)
     {
         table_.source = source;
-        table_.isWhole = true;
+        table_.isReadable = true;
     }
 
     /// Throws SilentFailure when the program cannot read it.
@@ -139,7 +139,7 @@ private:
         CapacityRows rows = store_.query(sql + " FROM " + name_, {});
         for (std::size_t line = 1; !rows.atEnd(); rows.next(), ++line)
             readRow(rows, line);
-        if (table_.isWhole && table_.rows.empty())
+        if (table_.isReadable && table_.rows.empty())
             findings_.report(tableIsEmpty, table_.source, 0, "");
     }
 
@@ -152,7 +152,7 @@ private:
             const auto readInto = [&](auto member) { return readValue(stored, column.name, row.*member, line); };
             good = std::visit(readInto, column.member) && good;
         }
-        table_.isWhole &= good;
+        table_.isReadable &= good;
         if (good)
             table_.rows.push_back(std::move(row));
     }

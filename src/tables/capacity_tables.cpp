@@ -81,7 +81,7 @@ bool checkValue(double value, const char* column, std::string_view file, std::si
     if (std::isfinite(value) && !std::signbit(value))
         return true;
     findings.report(isNoNumber, file, line,
-                    std::string(column) + ' ' + (std::isfinite(value) ? shown(numberText(value)) : "not finite"),
+                    std::string(column) + ' ' + (std::isfinite(value) ? messageText(numberText(value)) : "not finite"),
                     digitsOnly);
     return false;
 }

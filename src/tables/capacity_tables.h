@@ -78,9 +78,9 @@ constexpr std::span<const Column<Row>> columnsOf()
 template <typename Row>
 struct Table
 {
-    std::string source;    ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
-    std::vector<Row> rows; ///< in the order they were read in
-    bool isWhole = false;  ///< at most a tenth of its rows could not be read
+    std::string source;      ///< what its findings name: "psi_Pad.csv", or "psi_Pad" in a data file
+    std::vector<Row> rows;   ///< in the order they were read in
+    bool isReadable = false; ///< at most a tenth of its rows could not be read
 };
 
 /// All tables by name, and their label if they have one.

@@ -83,7 +83,7 @@ void completeTable(const ValveTableSpec& table, Table<CapacityRow>& read, Findin
         findings.report(tooManyRows, read.source, 0,
                         std::to_string(curves.size()) + " CVs at " + std::to_string(pressures.size()) + " pressures",
                         atMostRows);
-        read.isWhole = false;
+        read.isReadable = false;
         return;
     }
     std::vector<CapacityRow> added;
@@ -112,6 +112,6 @@ void completeTable(const ValveTableSpec& table, Table<CapacityRow>& read, Findin
 void completeTables(CapacityTables& tables, Findings& findings)
 {
     for (const ValveTableSpec& table : valveTableSpecs())
-        if (Table<CapacityRow>& read = tables.valves.at(std::string(table.name)); read.isWhole)
+        if (Table<CapacityRow>& read = tables.valves.at(std::string(table.name)); read.isReadable)
             completeTable(table, read, findings);
 }

@@ -19,7 +19,7 @@ const char* nameOf(const Rule& rule)
 
 } // namespace
 
-std::string shown(std::string_view value, std::size_t most)
+std::string messageText(std::string_view value, std::size_t most)
 {
     std::string text(value);
     if (text.size() > most)
@@ -51,9 +51,9 @@ void Findings::report(const Rule& rule, std::string_view file, std::size_t line,
         out << ':' << line;
     out << ": " << nameOf(rule) << ": " << rule.fault;
     if (!found.empty())
-        out << ": " << shown(found, std::string::npos);
+        out << ": " << messageText(found, std::string::npos);
     if (!expected.empty())
-        out << "; expected " << shown(expected, std::string::npos);
+        out << "; expected " << messageText(expected, std::string::npos);
     out << (*rule.remedy != '\0' ? "; " : "") << rule.remedy << '\n';
 }
 

@@ -23,7 +23,7 @@ struct Rule
 };
 
 /// A value as messages show it: cut to `most` bytes, with "?" for control characters.
-std::string shown(std::string_view value, std::size_t most = 60);
+std::string messageText(std::string_view value, std::size_t most = 60);
 
 /// Writes findings as they come, one a line ("psi_Pad.csv:17: error: a flow of 0: flow 0; expected
 /// more than 0; correct it"), and counts them. Of each kind, the first ten of a file are written.

@@ -153,7 +153,7 @@ void checkLargeTankTables(const CapacityTables& tables, Findings& findings)
         Volumes rows;
         for (const LargeTankRow& row : read.rows)
             rows.emplace(row.tankVol, &row);
-        if (!read.isWhole || rows.empty())
+        if (!read.isReadable || rows.empty())
             continue;
         checkEnds(table, read, rows, findings);
         checked.push_back({table, std::move(rows), read.source});

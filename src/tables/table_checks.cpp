@@ -42,7 +42,7 @@ void checkTables(const CapacityTables& tables, Findings& findings)
     std::map<std::string_view, std::vector<ValveTable>> types;
     for (const ValveTableSpec& spec : valveTableSpecs()) {
         ValveTable table = checkValveTable(spec, tables.valves.at(std::string(spec.name)), findings);
-        if (table.isWhole)
+        if (table.isUsable)
             types[spec.valveType].push_back(std::move(table));
     }
     for (const auto& [type, ofType] : types) {

@@ -12,12 +12,12 @@ struct ValveTable
     const Table<CapacityRow>* read;
     Curves curves;
     Rounding rounding;
-    bool isWhole = false; ///< it was read as a whole, and has rows that the program finds
+    bool isUsable = false; ///< it is readable and has rows that the program finds
 };
 
 /// Checks that the program's lookups work on the figures of all tables, and that capacities can
 /// have such figures. `tables` has an entry for every table of the program. Of a table that is not
-/// whole, only single rows are checked.
+/// usable, only single rows are checked.
 void checkTables(const CapacityTables& tables, Findings& findings);
 
 /// Checks one valve table by itself.

@@ -21,7 +21,7 @@ constexpr Rule quotingBroken{Severity::error, "broken quoting", "write a text wi
 
 std::string quotedText(const std::string& text)
 {
-    return inQuotes(shown(text));
+    return inQuotes(messageText(text));
 }
 
 template <typename Row>
@@ -47,7 +47,7 @@ public:
                     readRows();
             } catch (const CsvProblem& problem) {
                 report(fileTooLarge, problem.line, problem.what());
-                table_.isWhole = false;
+                table_.isReadable = false;
             }
         }
         return std::move(table_);
@@ -117,10 +117,10 @@ private:
             report(numbersIn(rows_[at]) > 1 ? figuresBeforeHeader : titlePassedOver, rows_[at].line,
                    quotedText(rows_[at].fields.empty() ? rows_[at].broken : rows_[at].fields.front()));
         const CsvRow& header = rows_[layout_.header];
-        table_.isWhole = checkHeader(header);
+        table_.isReadable = checkHeader(header);
         if (layout_.hasUnitsRow)
             checkUnits(rows_[layout_.header + 1]);
-        if (!table_.isWhole) // without its columns a row means nothing
+        if (!table_.isReadable) // without its columns a row means nothing
             return;
         rows_.erase(rows_.begin(),
                     rows_.begin() + static_cast<std::ptrdiff_t>(layout_.header + 1) + layout_.hasUnitsRow);
@@ -128,7 +128,7 @@ private:
         for (CsvRow& row : rows_) {
             if (table_.rows.size() >= mostRows) {
                 report(tooManyRows, row.line, "there are more", atMostRows);
-                table_.isWhole = false;
+                table_.isReadable = false;
                 return;
             }
             unread_ += !readRow(row);
@@ -146,7 +146,7 @@ private:
         else if (!lastLineHasEnd_)
             report(lastLineHasNoEnd, rows_.back().line,
                    rows_.back().fields.empty() ? "" : "the field " + quotedText(rows_.back().fields.back()));
-        table_.isWhole = 10 * unread_ <= std::ssize(rows_) && !table_.rows.empty();
+        table_.isReadable = 10 * unread_ <= std::ssize(rows_) && !table_.rows.empty();
     }
 
     static std::ptrdiff_t numbersIn(const CsvRow& row)
@@ -187,14 +187,14 @@ private:
                 seen.push_back(field.column);
             checkUnit(field, field.unit, header.line);
         }
-        bool isWhole = true;
+        bool hasAll = true;
         for (std::size_t at = 0; at < columns_.size(); ++at)
             if ((at == 0 || !layout_.isByCv) && std::ranges::find(seen, at) == seen.end()) {
                 report(columnsUnclear, header.line, "column " + std::string(columns_[at].name) + " is missing",
                        namesOfColumns());
-                isWhole = false;
+                hasAll = false;
             }
-        return isWhole;
+        return hasAll;
     }
 
     void checkUnits(const CsvRow& row)

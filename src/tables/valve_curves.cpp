@@ -113,7 +113,7 @@ std::string roughly(double value)
 
 std::string numeral(double value)
 {
-    return shown(numberText(value));
+    return messageText(numberText(value));
 }
 
 std::string cvText(float cv)

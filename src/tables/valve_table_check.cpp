@@ -26,8 +26,8 @@ public:
             for (auto row = curve.begin(); row != curve.end(); ++row)
                 if (!isOnLine(curve, row)) // a row on the line is computed, not rounded
                     table_.rounding.add(row->second->flow);
-        table_.isWhole = table_.read->isWhole && !table_.curves.empty();
-        if (table_.isWhole) {
+        table_.isUsable = table_.read->isReadable && !table_.curves.empty();
+        if (table_.isUsable) {
             checkPressures();
             checkRange();
             for (const auto& [cv, curve] : table_.curves)
@@ -178,8 +178,8 @@ private:
         const CapacityRow* before = nullptr;
         for (const auto& [pressure, row] : curve) {
             if (row->bodySize != first.bodySize)
-                report(twoSizesOfOneCv, row->line, "Bodysize " + shown(row->bodySize) + " of " + cvText(cv),
-                       shown(first.bodySize) + " as elsewhere" + lineText(first.line));
+                report(twoSizesOfOneCv, row->line, "Bodysize " + messageText(row->bodySize) + " of " + cvText(cv),
+                       messageText(first.bodySize) + " as elsewhere" + lineText(first.line));
             if (before != nullptr)
                 checkGrowth(cv, *before, *row);
             before = row;

@@ -173,8 +173,8 @@ class Listener:
         subprocess.run(["xdotool", "key", keys], check=True)
         focus_window("--name", BOX)
         self.wait_for_focus("OK")
-        shown = [child.name for child in self.focused[-1].parent.parent]
-        expect(text in shown, f"the message says {shown}")
+        names = [child.name for child in self.focused[-1].parent.parent]
+        expect(text in names, f"the message says {names}")
         expect(not self.announced, f"beside the message: announced {self.announced}")
         subprocess.run(["xdotool", "key", "Return"], check=True)
         wait_for("the end of the message", lambda: not windows("--name", BOX))

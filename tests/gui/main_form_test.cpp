@@ -210,7 +210,7 @@ TEST_F(MainFormTest, HelpNamesTheRangeAndTheModelsRule)
 TEST_F(MainFormTest, KeyboardReachesEverything)
 {
     openDepad();
-    EXPECT_EQ(tabRoad(13),
+    EXPECT_EQ(tabStops(13),
               "txtPumpRate txtPressure txtTankVolume cmbBlanketingGas txtSpecGrav txtBoilingPoint txtFlashPoint "
               "txtStoredMaterial cmdCalcFlowRate cmdPrint cmdClear cmdNewCalc cmdExit ");
     std::string visited; // the tank volume and the vented gas share V
@@ -276,14 +276,14 @@ TEST_F(MainFormTest, NoFormGoesWhileAMessageStandsOnIt)
             form->findChild<QPushButton*>(QLatin1String(goOn))->click();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         };
-        bool shown = false;
+        bool isOpen = false;
         QTimer::singleShot(0, form, [&] {
-            shown = QApplication::activeModalWidget() != nullptr;
+            isOpen = QApplication::activeModalWidget() != nullptr;
             press();
             QApplication::activeModalWidget()->close();
         });
         form->actions().last()->trigger(); // About
-        EXPECT_TRUE(shown);
+        EXPECT_TRUE(isOpen);
         EXPECT_EQ(others.form(), form);
         QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(5, 5), form->mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(form, &menu);

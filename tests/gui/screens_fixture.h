@@ -94,14 +94,14 @@ protected:
     std::string focus() { return QApplication::focusWidget()->objectName().toStdString(); }
 
     /// Presses Tab `steps` times and gives the names of the controls it leaves.
-    std::string tabRoad(int steps)
+    std::string tabStops(int steps)
     {
-        std::string road;
+        std::string names;
         for (int step = 0; step < steps; ++step) {
-            road += focus() + " ";
+            names += focus() + " ";
             key(Qt::Key_Tab);
         }
-        return road;
+        return names;
     }
 
     /// What a control shows: caption, text, or the selected entry.

@@ -148,8 +148,8 @@ TEST_F(SetupFormTest, AUnitIsAlwaysSelected)
 TEST_F(SetupFormTest, TabGoesThroughInOrder)
 {
     activate();
-    EXPECT_EQ(tabRoad(14), "optSeries61 optPad optAPI2000 optUSUnits txtCustomerName txtCustomerLocation txtCustTagNo "
-                           "txtNotes txtORMRep lstPressure lstFlow lstTemp lstVolume cmdContinue ");
+    EXPECT_EQ(tabStops(14), "optSeries61 optPad optAPI2000 optUSUnits txtCustomerName txtCustomerLocation txtCustTagNo "
+                            "txtNotes txtORMRep lstPressure lstFlow lstTemp lstVolume cmdContinue ");
     EXPECT_EQ(focus(), "optSeries61");
     key(Qt::Key_Backtab, Qt::ShiftModifier);
     key(Qt::Key_Return);

@@ -60,8 +60,8 @@ TEST_F(SummaryTest, IsSavedAndResultsAreCopied)
     EXPECT_TRUE(pressCtrlS("txtStoredMaterial"));
     QFile saved(file + ".pdf");
     EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
-    const QByteArray whole = saved.readAll();
-    EXPECT_TRUE(whole.startsWith("%PDF"));
+    const QByteArray pdf = saved.readAll();
+    EXPECT_TRUE(pdf.startsWith("%PDF"));
     saved.close();
 
     activate();
@@ -71,7 +71,7 @@ TEST_F(SummaryTest, IsSavedAndResultsAreCopied)
     }
     EXPECT_EQ(messages.texts, std::vector<std::string>{"The summary is not saved: File too large"});
     EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(saved.readAll() == whole);
+    EXPECT_TRUE(saved.readAll() == pdf);
     EXPECT_EQ(QDir(directory).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("TK-1.pdf"))
         << "and nothing else";
 

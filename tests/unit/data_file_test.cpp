@@ -17,7 +17,7 @@ const std::string refusal = "You have exceeded the maximum available valve capac
 /// A file is whole or it is no file, nothing beside it changes, and no answer takes long.
 TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
 {
-    const std::string whole = contents(file);
+    const std::string intact = contents(file);
     const auto write = [&](const std::string& bytes) { std::ofstream(file, std::ios::binary) << bytes; };
     const auto beside = [&](const char* ending) { return file.string() + ending; };
     const auto keepJournal = [&] { // as after a crash in the middle of a change
@@ -60,8 +60,8 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
               "is no file"},
              {"empty", [&] { write(""); }, refusal, "is empty"},
              {"not SQLite", [&] { write(std::string(8192, 'x')); }, refusal, "is damaged: file is not a database"},
-             {"one byte short", [&] { write(whole.substr(0, whole.size() - 1)); }},
-             {"short of its last page", [&] { write(whole.substr(0, whole.size() - 4095)); }},
+             {"one byte short", [&] { write(intact.substr(0, intact.size() - 1)); }},
+             {"short of its last page", [&] { write(intact.substr(0, intact.size() - 4095)); }},
              {"a figure changed", [&] { sql("UPDATE USLargeTank SET Pad = 24999 WHERE Pad = 25000"); }, refusal,
               "is damaged: it is not as it was built"},
              {"a body size changed", [&] { sql("UPDATE psi_Pad SET Bodysize = '9'"); }},
@@ -125,7 +125,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
          }) {
         std::filesystem::remove_all(directory);
         std::filesystem::create_directory(directory);
-        write(whole);
+        write(intact);
         fault.make();
         std::error_code none; // the last change is long ago: nobody is to be waited for
         std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - 1h, none);
@@ -164,9 +164,9 @@ struct BusyScreen : PlainScreen
     Label when = Label::lblComments;
     std::function<void()> act;
 
-    void setCaption(Label label, const std::string& shown) override
+    void setCaption(Label label, const std::string& text) override
     {
-        PlainScreen::setCaption(label, shown);
+        PlainScreen::setCaption(label, text);
         if (label == when)
             std::exchange(act, [] {})();
     }
@@ -174,13 +174,13 @@ struct BusyScreen : PlainScreen
 
 TEST_F(DataFile, AClickIsSizedOnTheFileThatItBeganWith)
 {
-    const std::string whole = contents(file);
+    const std::string intact = contents(file);
     const auto write = [&](const std::string& bytes) { std::ofstream(file, std::ios::binary) << bytes; };
     for (const Label label : {Label::lblPRFlow, Label::lblCV, Label::lblMaxValveCapacity}) {
-        write(whole);
+        write(intact);
         BusyScreen busy;
         busy.when = label;
-        busy.act = [&] { write(whole.substr(0, whole.size() - 4096)); };
+        busy.act = [&] { write(intact.substr(0, intact.size() - 4096)); };
         busy.boxes = {{Box::txtPumpRate, "100"},
                       {Box::txtPressure, "150"},
                       {Box::txtSpecGrav, "0.97"},
@@ -222,13 +222,13 @@ TEST_F(DataFile, AFileInTheMiddleOfAChangeIsWaitedForAWhile)
 /// As a copy over the file does it: first it is empty, then cut, then whole.
 TEST_F(DataFile, ACopyOnItsWayIsWaitedFor)
 {
-    const std::string whole = contents(file);
-    for (const std::size_t there : {std::size_t{0}, whole.size() / 2}) {
+    const std::string intact = contents(file);
+    for (const std::size_t there : {std::size_t{0}, intact.size() / 2}) {
         std::ofstream copy(file, std::ios::binary | std::ios::trunc);
-        copy << whole.substr(0, there) << std::flush;
+        copy << intact.substr(0, there) << std::flush;
         std::thread end([&] {
             std::this_thread::sleep_for(100ms);
-            copy << whole.substr(there) << std::flush;
+            copy << intact.substr(there) << std::flush;
         });
         EXPECT_EQ(size(), "20 64") << there;
         end.join();

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -30,6 +31,13 @@ struct Shipped
         write(duties);
     }
 
+    /// The same with the row that ends a list of `count` duties.
+    static std::string ended(const std::string& text, int count)
+    {
+        const auto separators = std::count(text.begin(), text.begin() + text.find('\n'), ',');
+        return text + "\nend of " + std::to_string(count) + " duties" + std::string(separators, ',') + '\n';
+    }
+
     void write(const std::string& text) const
     {
         std::ofstream(directory.path / "duties.csv", std::ios::binary) << text;
@@ -43,10 +51,10 @@ TEST(Verification, AgreesOnlyWhenEveryDutyDoesAndEveryFileIsThere)
     Shipped shipped;
     for (const bool comma : {false, true}) {
         shipped.place.decimalComma = comma;
-        const Verification whole = verifyProgram(shipped.place);
-        EXPECT_TRUE(whole.agrees) << whole.report;
-        EXPECT_NE(whole.report.find("verification.mdb\n                       of no valve ("), std::string::npos)
-            << whole.report;
+        const Verification untouched = verifyProgram(shipped.place);
+        EXPECT_TRUE(untouched.agrees) << untouched.report;
+        EXPECT_NE(untouched.report.find("verification.mdb\n                       of no valve ("), std::string::npos)
+            << untouched.report;
     }
     const std::string firstRow = shipped.duties.substr(0, shipped.duties.find('\n', shipped.duties.find("pump flow")));
     const struct
@@ -54,13 +62,16 @@ TEST(Verification, AgreesOnlyWhenEveryDutyDoesAndEveryFileIsThere)
         std::string duties;
         std::string reported;
     } faults[] = {
-        {firstRow + '\n', "1 of 1 duties agree"}, // the one that agrees: without this the others prove nothing
-        {std::string(firstRow).replace(firstRow.find(",800,"), 5, ",801,"),
+        {Shipped::ended(firstRow, 1),
+         "1 of 1 duties agree"}, // the one that agrees: without this the others prove nothing
+        {Shipped::ended(std::string(firstRow).replace(firstRow.find(",800,"), 5, ",801,"), 1),
          "0 of 1 duties agree\n\npump flow, pad, US\n    Valve Model: Series 61\n"},
-        {std::string(firstRow).replace(firstRow.find(",800,"), 5, ",801,"),
+        {Shipped::ended(std::string(firstRow).replace(firstRow.find(",800,"), 5, ",801,"), 1),
          "  Pump-Rate Flow: expected \"801\", found \"800\""},
         {firstRow + ",", "duties.csv:2: not a row of this list"},
-        {firstRow.substr(0, firstRow.find('\n')), "duties.csv: no duties"},
+        {Shipped::ended(firstRow.substr(0, firstRow.find('\n')), 0), "duties.csv: rows are missing"},
+        {shipped.duties.substr(0, shipped.duties.find("\nend of ")), "duties.csv: rows are missing"},
+        {Shipped::ended(firstRow, 2), "duties.csv: rows are missing"},
     };
     for (const auto& fault : faults) {
         shipped.write(fault.duties);
@@ -68,7 +79,7 @@ TEST(Verification, AgreesOnlyWhenEveryDutyDoesAndEveryFileIsThere)
         EXPECT_EQ(found.agrees, &fault == faults) << found.report;
         EXPECT_NE(found.report.find(fault.reported), std::string::npos) << fault.reported << "\n" << found.report;
     }
-    shipped.write(firstRow);
+    shipped.write(Shipped::ended(firstRow, 1));
     const auto isWithout = [&](const std::string& file, const std::string& reported) {
         std::filesystem::remove(shipped.directory.path / file);
         const Verification found = verifyProgram(shipped.place);
