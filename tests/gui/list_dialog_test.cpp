@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QToolTip>
 #include <QtTest>
 
 #include <fstream>
@@ -176,7 +175,7 @@ TEST_F(ListEntriesTest, CopiedRowsGiveWayToTheirSizingsOnBothForms)
         EXPECT_NE(copied.find("\t82\tSCFH\t0.2\t"), std::string::npos) << copied;
         const QString outcome = "1 of 2 rows sized, 1 refused: paste them beside the list.";
         EXPECT_TRUE(screens.form()->findChild<Announcer*>()->accessibleName().startsWith(outcome));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return QToolTip::text().contains(outcome); }));
+        EXPECT_TRUE(bubbleText().contains(outcome));
         EXPECT_EQ(captions() + focus(), before);
 
         trigger("Size Copied &Rows");

@@ -8,7 +8,6 @@
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QSettings>
-#include <QToolTip>
 
 #include <sqlite3.h>
 
@@ -161,7 +160,7 @@ TEST_F(SummaryTest, IsNotMadeWhereTheDataFileCannotBeRead)
     press("cmdCalcFlowRate");
     const std::string reason = "capacities.mdb is damaged: database disk image is malformed";
     EXPECT_EQ(get<QLabel>("lblComments").toolTip().toStdString(), reason);
-    EXPECT_TRUE(QToolTip::text().contains(QString::fromStdString(reason)));
+    EXPECT_TRUE(bubbleText().contains(QString::fromStdString(reason)));
     EXPECT_TRUE(screens.form()->findChild<Announcer*>()->accessibleName().endsWith(
         QString::fromStdString("pressure. " + reason + ".")));
     get<QWidget>("txtStoredMaterial").setFocus();
@@ -181,7 +180,7 @@ TEST_F(SummaryTest, PrintsTheLastSizingAndExits)
     press("cmdPrint");
     ASSERT_TRUE(printers.printed);
     EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "1500");
-    EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text().contains("Sent to Laser_1."); }));
+    EXPECT_TRUE(bubbleText().contains("Sent to Laser_1."));
     auto& form = dynamic_cast<MainScreen&>(*screens.form());
     form.setPrintEnabled(false);
     EXPECT_FALSE(get<QPushButton>("cmdPrint").isEnabled());
