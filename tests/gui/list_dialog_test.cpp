@@ -123,6 +123,10 @@ TEST_F(ListDialogTest, WritesSummariesAndSaysWhatStopsIt)
     ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(answer); }));
     EXPECT_EQ(files(), "tanks.csv tanks_sized.csv tanks_summaries");
     EXPECT_EQ(QDir(QString::fromStdString((home.path / "tanks_summaries").string())).entryList(QDir::Files).size(), 11);
+    ASSERT_TRUE(QTest::qWaitFor([] { return focus() == "Close"; }));
+    dialog->findChild<QCheckBox*>()->click(); // once more, in another way
+    QTest::keyClick(dialog, Qt::Key_S, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(home.path / "tanks_sized (2).csv"); }));
     delete dialog;
 }
 

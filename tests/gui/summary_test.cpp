@@ -142,6 +142,7 @@ TEST_F(SummaryTest, VerifyShowsItsReportAndTakesNoKey)
         if (button->text() == QStringLiteral("&Copy"))
             button->click();
     EXPECT_EQ(QApplication::clipboard()->text(), report);
+    EXPECT_TRUE(bubbleText().contains("Report copied."));
     QTest::keyClick(dialog, Qt::Key_Escape);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(dialog.isNull());
