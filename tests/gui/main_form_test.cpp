@@ -37,6 +37,7 @@ TEST_F(MainFormTest, ClearKeepsTheGas)
     set("txtSpecGrav", "1.52");
     set("txtStoredMaterial", "oil");
     set("txtPumpRate", "1");
+    set("txtTankVolume", "20");
     press("cmdCalcFlowRate");
     press("cmdClear");
     EXPECT_EQ(results() + shown("lblHFPLFP") + shown("lblComments") + shown("lblSGGas2"), "");
@@ -44,6 +45,11 @@ TEST_F(MainFormTest, ClearKeepsTheGas)
          {"txtPumpRate", "txtPressure", "txtBoilingPoint", "txtFlashPoint", "txtStoredMaterial"})
         EXPECT_EQ(entered(box), "") << box;
     EXPECT_EQ(entered("txtTankVolume") + gas() + entered("txtSpecGrav"), "0Dry CO21.52");
+    for (const auto& [box, before] :
+         {std::pair{"txtPumpRate", "1"}, {"txtTankVolume", "20"}, {"txtStoredMaterial", "oil"}}) {
+        get<QLineEdit>(box).undo();
+        EXPECT_EQ(entered(box), before);
+    }
 }
 
 TEST_F(MainFormTest, GravityNamesItsGasKeyByKey)
