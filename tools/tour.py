@@ -24,6 +24,7 @@ from print_check import TOOLS, check, scheduler
 RESULTS = "400x50+90+350"  # pixels of the main window: Cv, body size, capacity and share, empty until a valve is chosen
 CARET = 3 * 50  # bytes, three a pixel: more than a blinking cursor, less than any result
 ANY_FORM = "^Halvor-ORM "
+LEFT = "pad-setup.png pad-sizing.png depad-setup.png depad-sizing.png summary.png summary.pdf failed.png".split()
 
 
 def look(window, area):
@@ -38,7 +39,7 @@ def differ(one, other):
 
 
 def come_to_rest(window, picture):
-    """Takes pictures until the window looks the same after one as before, and is not still of one colour."""
+    """Takes pictures until the window is painted and looks the same before and after one."""
     def is_still():
         before = look(window, None)
         run("import", "-silent", "-window", window, f"png:{picture}")
@@ -89,8 +90,8 @@ def main(program, pictures):
     need(*TOOLS, "import", "pdftoppm")
     program, pictures = Path(program).resolve(), Path(pictures).resolve()
     pictures.mkdir(parents=True, exist_ok=True)
-    for old in "pad-setup pad-sizing depad-setup depad-sizing summary failed".split():
-        (pictures / f"{old}.png").unlink(missing_ok=True)
+    for old in LEFT:
+        (pictures / old).unlink(missing_ok=True)
     with home(), display():
         with opened(program, pictures / "failed.png") as started:
             set_up(pictures / "pad-setup.png")
