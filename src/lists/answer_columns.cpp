@@ -52,10 +52,14 @@ std::string commentsOf(const AnswerParts& parts)
 
 std::string messagesOf(const AnswerParts& parts)
 {
-    std::string text;
+    std::vector<std::string> messages;
     if (parts.duty.sizing)
-        for (const std::string& message : parts.duty.sizing->messages.texts)
-            text += (text.empty() ? "" : " | ") + message;
+        messages = parts.duty.sizing->messages.texts;
+    if (!parts.duty.summary.empty())
+        messages.push_back(parts.duty.summary);
+    std::string text;
+    for (const std::string& message : messages)
+        text += (text.empty() ? "" : " | ") + message;
     return text;
 }
 

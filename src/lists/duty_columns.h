@@ -29,37 +29,36 @@ enum class Choice
 struct ListColumn
 {
     const char* name;
-    const char* word; ///< of the name: alone, it means this column
     bool isNumber;
     std::variant<Choice, Box, std::string SizingState::*> target;
 };
 
 /// The column of a text about the customer.
-constexpr ListColumn customerColumn(std::string SizingState::*text, const char* word = "")
+constexpr ListColumn customerColumn(std::string SizingState::*text)
 {
-    return {std::ranges::find(customerFields, text, &CustomerField::text)->name, word, false, text};
+    return {std::ranges::find(customerFields, text, &CustomerField::text)->name, false, text};
 }
 
 /// All of them. A list may have them in any order.
 inline constexpr ListColumn listColumns[] = {
-    customerColumn(&SizingState::CustTagNo, "Tag"),
-    {"Valve Model", "Model", false, Choice::valveModel},
-    {"Valve Type", "Type", false, Choice::valveType},
-    {"Sizing Method", "Method", false, Choice::sizingMethod},
-    {"Units of Measure", "Units", false, Choice::unitSystem},
-    {"Units of Pressure", "", false, Choice::pressUnits},
-    {"Pump Rate", "Rate", true, Box::txtPumpRate},
-    {"Pressure", "", true, Box::txtPressure},
-    {"Tank Volume", "Volume", true, Box::txtTankVolume},
-    {"Gas", "", false, Box::cmbBlanketingGas},
-    {"Specific Gravity", "Gravity", true, Box::txtSpecGrav},
-    {"Boiling Point", "Boiling", true, Box::txtBoilingPoint},
-    {"Flash Point", "Flash", true, Box::txtFlashPoint},
-    {"Material", "", false, Box::txtStoredMaterial},
+    customerColumn(&SizingState::CustTagNo),
+    {"Valve Model", false, Choice::valveModel},
+    {"Valve Type", false, Choice::valveType},
+    {"Sizing Method", false, Choice::sizingMethod},
+    {"Units of Measure", false, Choice::unitSystem},
+    {"Units of Pressure", false, Choice::pressUnits},
+    {"Pump Rate", true, Box::txtPumpRate},
+    {"Pressure", true, Box::txtPressure},
+    {"Tank Volume", true, Box::txtTankVolume},
+    {"Gas", false, Box::cmbBlanketingGas},
+    {"Specific Gravity", true, Box::txtSpecGrav},
+    {"Boiling Point", true, Box::txtBoilingPoint},
+    {"Flash Point", true, Box::txtFlashPoint},
+    {"Material", false, Box::txtStoredMaterial},
     customerColumn(&SizingState::CustomerName),
     customerColumn(&SizingState::CustomerLocation),
     customerColumn(&SizingState::Notes),
-    customerColumn(&SizingState::Representative, "Representative"),
+    customerColumn(&SizingState::Representative),
 };
 
 /// What a row has for every one of `listColumns`; "" where the list has no such column.

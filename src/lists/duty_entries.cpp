@@ -127,7 +127,8 @@ const Offer& chosenOffer(const Entries& entries, const ListHeader& header)
 /// Whether a text is a number with thousands separators. Long ones are none, and may be more than the search can take.
 bool hasThousandsSeparators(const std::string& text)
 {
-    static const std::regex separated("[+-]?[0-9]{1,3}(([ '.,]|\u2019|\u00A0|\u2009|\u202F)[0-9]{3})+([.,][0-9]+)?");
+    static const std::regex separated(
+        "[+-]?[0-9]{1,3}(([ '`.,]|\u00B4|\u2018|\u2019|\u00A0|\u2009|\u202F)[0-9]{3})+([.,][0-9]+)?");
     return text.size() < 50 && std::regex_match(text, separated);
 }
 

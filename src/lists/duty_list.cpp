@@ -79,6 +79,12 @@ void DutyList::expectDataFile()
     throw std::runtime_error("the valve tables cannot be read: " + reason);
 }
 
+std::string DutyList::tagNumber(const SizedDuty& duty) const
+{
+    const std::size_t place = header_.places[columnOf(&SizingState::CustTagNo)];
+    return place < duty.row.fields.size() ? duty.row.fields[place] : "";
+}
+
 std::optional<SizedDuty> DutyList::next()
 {
     SizedDuty duty;

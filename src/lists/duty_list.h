@@ -54,6 +54,9 @@ public:
     /// What the routines of the engine and the report reach of a sizing of this list.
     SizingContext context(FreshSizing& sizing) { return sizing.context(numbers_, store_); }
 
+    /// What a row has for a tag number; "" when it has none or does not fit the header.
+    std::string tagNumber(const SizedDuty& duty) const;
+
     /// The next row, sized; nullopt at the end.
     std::optional<SizedDuty> next();
 

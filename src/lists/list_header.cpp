@@ -52,6 +52,8 @@ ListHeader::ListHeader(const CsvRow& row)
         names.pop_back();
     if (names.empty())
         throw CsvProblem(std::max<std::size_t>(row.line, 1), "there is no header row with the names of the columns");
+    if (names.size() == 1 && equalsInAnyCase(std::string_view(names.front()).substr(0, 4), "sep="))
+        throw CsvProblem(row.line, "delete this line; the separator is found without it");
     places.fill(nowhere);
     const std::vector<std::size_t> ofAnswer = answerPlaces(names);
     std::vector<std::string> faults;

@@ -70,12 +70,10 @@ bool ListRun::next()
         about(files_.answer, [&] { files_.replacesAnswer ? answer_->putInPlace() : answer_->putInFreePlace(); });
         return false;
     }
-    if (summaries_ && duty->status == SizedDuty::Status::sized) {
-        const std::string failure = summaries_->write(*list_, *duty);
-        if (!failure.empty())
-            duty->sizing->messages.show(failure);
-        ++(failure.empty() ? summariesWritten_ : withoutSummary_);
-    }
+    if (summaries_)
+        duty->summary = summaries_->write(*list_, *duty);
+    if (summaries_ && duty->status == SizedDuty::Status::sized)
+        ++(duty->summary.empty() ? summariesWritten_ : withoutSummary_);
     about(files_.answer, [&] { answer_->write(list_->answer(*duty)); });
     ++counts_[static_cast<std::size_t>(duty->status)];
     return true;
@@ -92,6 +90,9 @@ std::string ListRun::outcome() const
         text += ' ' + std::to_string(summaries_->left()) + " summaries were there and say the same.";
     if (withoutSummary_ > 0)
         text += ' ' + std::to_string(withoutSummary_) + " summaries are not written, see Messages.";
+    if (summaries_ && summaries_->outdated() > 0)
+        text += ' ' + std::to_string(summaries_->outdated()) +
+                " summaries of an earlier run stay beside rows that are not sized now, see Messages.";
     if (list_->isDataFileReplaced())
         text += " The data file was changed meanwhile; all rows are sized on the earlier one.";
     return text;

@@ -154,13 +154,10 @@ Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool q
     Progress progress(list.rowCount(), !quiet && !results.goToTerminal());
     results.write(list.answerHeader());
     while (std::optional<SizedDuty> duty = list.next()) {
-        if (summaries != nullptr && duty->status == SizedDuty::Status::sized) {
-            const std::string failure = summaries->write(list, *duty);
-            if (!failure.empty()) {
-                ++counts.withoutSummary;
-                duty->sizing->messages.show(failure);
-            }
-        }
+        if (summaries != nullptr)
+            duty->summary = summaries->write(list, *duty);
+        if (duty->status == SizedDuty::Status::sized && !duty->summary.empty())
+            ++counts.withoutSummary;
         if (isInterrupted())
             throw Stopped("interrupted after " + std::to_string(counts.rows()) + " rows; " + results.afterStop());
         counts.add(duty->status);
@@ -191,6 +188,9 @@ int run(const Options& options, const SizeCommandSystem& system)
             std::cerr << "size_valves: " << summaries->left() << " summaries were there and say the same\n";
         if (counts.withoutSummary > 0)
             std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
+        if (summaries && summaries->outdated() > 0)
+            std::cerr << "size_valves: " << summaries->outdated()
+                      << " summaries of an earlier run stay beside rows that are not sized now, see Messages\n";
         if (list.isDataFileReplaced())
             std::cerr << "size_valves: the data file was changed meanwhile; all rows are sized on the earlier one\n";
         return counts.refused + counts.failed + counts.withoutSummary == 0 ? 0 : 1;

@@ -19,5 +19,6 @@ struct SizedDuty
     CsvRow row;                        ///< as the list has it; what an earlier answer filled in is empty again
     std::optional<FreshSizing> sizing; ///< nullopt: the row cannot be entered
     Status status = Status::refused;
-    std::string reason; ///< why it cannot be entered
+    std::string reason;  ///< why it cannot be entered
+    std::string summary; ///< what is to be told of its summary
 };

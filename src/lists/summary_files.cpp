@@ -105,9 +105,16 @@ void SummaryFiles::save(const SummaryForm& page, const std::optional<TablesLabel
 
 std::string SummaryFiles::write(DutyList& list, const SizedDuty& duty)
 {
+    const fs::path path = nextPath(list.tagNumber(duty), duty.row.line); // of every row, so that names stay
+    if (duty.status != SizedDuty::Status::sized) {
+        std::error_code unknown;
+        if (!fs::exists(path, unknown))
+            return "";
+        ++outdated_;
+        return "the summary " + textOf(path) + " is of an earlier run";
+    }
     FreshSizing printed = *duty.sizing; // a page that fails clears the screen
     printed.messages.texts.clear();
-    const fs::path path = nextPath(printed.state.CustTagNo, duty.row.line);
     try {
         if (const auto page = summaryOfSizing(list.context(printed), today_))
             save(*page, list.tables(), path);

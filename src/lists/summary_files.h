@@ -26,12 +26,15 @@ public:
     SummaryFiles(std::filesystem::path directory, MakePdf makePdf, std::string today, bool overwrite);
 
     /// Prints the summary of a sized duty of `list` into a file of its own, named by the tag number or, without one, by
-    /// the line. A summary that an earlier run has written there and that says the same is left. Gives what went wrong;
-    /// "" when nothing did.
+    /// the line. A summary that an earlier run has written there and that says the same is left. Of any other duty,
+    /// nothing is written, and a file that is there is left. Gives what the user must know; "" when there is nothing.
     std::string write(DutyList& list, const SizedDuty& duty);
 
     /// How many were left because they are there and say the same.
     std::size_t left() const { return left_; }
+
+    /// How many files are there for duties that are not sized.
+    std::size_t outdated() const { return outdated_; }
 
 private:
     void save(const SummaryForm& page, const std::optional<TablesLabel>& tables, const std::filesystem::path& path);
@@ -42,6 +45,7 @@ private:
     std::string today_;
     bool overwrite_;
     std::size_t left_ = 0;
+    std::size_t outdated_ = 0;
     /// By the hash of each name of this run, for there may be many: the last number it was tried with.
     std::unordered_map<std::size_t, std::size_t> taken_;
 };

@@ -4,12 +4,41 @@
 #include "lists/duty_columns.h"
 
 #include <algorithm>
+#include <array>
 
 namespace
 {
 
 constexpr std::size_t longestHeader = 80; // bytes; more is no name
 constexpr std::size_t unlike = 9;         // more slips than are taken for one name
+
+/// What lists call the columns, too. Most of these columns have a default: when such a column was carried through, the
+/// valve would be sized for the default. A single word means the column only alone: "Pump Model" is no valve's.
+constexpr struct
+{
+    std::size_t column;
+    std::array<const char*, 11> names;
+} otherNames[] = {
+    {columnOf(&SizingState::CustTagNo), {"Tag", "Tag No"}},
+    {columnOf(Choice::valveModel), {"Model", "Model No", "Model Number", "Series", "Valve Series"}},
+    {columnOf(Choice::valveType), {"Type", "Pad Depad", "Pad or Depad"}},
+    {columnOf(Choice::sizingMethod), {"Method", "Calculation Method", "Sizing Standard"}},
+    {columnOf(Choice::unitSystem),
+     {"Units", "UoM", "Unit System", "System of Units", "Units of Measurement", "Measurement Units", "Units of Flow",
+      "Units of Volume", "Volume Units", "Units of Temperature", "Temperature Units"}},
+    {columnOf(Choice::pressUnits), {"Pressure Units"}},
+    {columnOf(Box::txtPumpRate), {"Rate", "Flow", "Flow Rate", "Pump Flow", "Pump Capacity", "Fill Rate"}},
+    {columnOf(Box::txtPressure), {"Supply Pressure of Blanketing Gas", "Blanketing Gas Pressure"}},
+    {columnOf(Box::txtTankVolume), {"Volume", "Capacity", "Tank Capacity"}},
+    {columnOf(Box::cmbBlanketingGas),
+     {"Blanketing Gas Name", "Vented Gas Name", "Blanketing Medium", "Medium", "Fluid"}},
+    {columnOf(Box::txtSpecGrav),
+     {"Gravity", "SpGr", "Density", "Gas Density", "Relative Density", "Gas Relative Density"}},
+    {columnOf(Box::txtBoilingPoint), {"Boiling", "Boiling Pt", "Boiling Temperature"}},
+    {columnOf(Box::txtFlashPoint), {"Flash", "Flash Pt", "Flash Temperature"}},
+    {columnOf(Box::txtStoredMaterial), {"Material to be Stored"}},
+    {columnOf(&SizingState::Representative), {"Representative"}},
+};
 
 /// The words of a name in small letters. "of" says nothing.
 std::vector<std::string> wordsOf(std::string_view name)
@@ -82,8 +111,7 @@ std::size_t distance(const std::vector<std::string>& words, const ListColumn& co
     const std::size_t slips = slipsBetween(joined(words), text);
     if (slips <= (text.size() > 3 ? 2 : 1))
         return slips;
-    if (areCutShort(words, name) || joined(words) == joined(wordsOf(column.word)) ||
-        (column.isNumber && isInitials(joined(words), name)))
+    if (areCutShort(words, name) || (column.isNumber && isInitials(joined(words), name)))
         return 3;
     const bool hasAll = std::ranges::all_of(
         name, [&](const std::string& word) { return std::ranges::find(words, word) != words.end(); });
@@ -96,6 +124,17 @@ std::size_t distance(const std::vector<std::string>& words, const ListColumn& co
             return 6;
     }
     return unlike;
+}
+
+/// The same for one of `otherNames`.
+std::size_t distance(const std::vector<std::string>& words, std::string_view otherName)
+{
+    const std::vector<std::string> name = wordsOf(otherName);
+    const std::string text = joined(name);
+    const std::size_t slips = slipsBetween(joined(words), text);
+    const bool isOther =
+        slips == 0 || (slips <= 2 && text.size() >= 10) || (name.size() > 1 && areCutShort(words, name));
+    return isOther ? std::min<std::size_t>(slips, 3) : unlike;
 }
 
 } // namespace
@@ -126,11 +165,17 @@ std::optional<std::size_t> resembledColumn(std::string_view header)
     const std::vector<std::string> words = wordsOf(header);
     std::optional<std::size_t> nearest;
     std::size_t least = unlike;
-    for (std::size_t column = 0; !words.empty() && column < std::size(listColumns); ++column)
-        if (const std::size_t far = distance(words, listColumns[column]); far < least) {
+    const auto compare = [&](std::size_t column, std::size_t far) {
+        if (far < least) {
             least = far;
             nearest = column;
         }
+    };
+    for (std::size_t column = 0; !words.empty() && column < std::size(listColumns); ++column)
+        compare(column, distance(words, listColumns[column]));
+    for (const auto& [column, names] : otherNames)
+        for (const char* const name : names)
+            compare(column, name == nullptr ? unlike : distance(words, name));
     const std::size_t apart = header.find_first_of("[(,/"); // before a unit, known or not, as in "S.G. (air=1)"
     return nearest || apart == 0 || apart == std::string_view::npos ? nearest
                                                                     : resembledColumn(header.substr(0, apart));

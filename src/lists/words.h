@@ -13,5 +13,5 @@ std::string listed(const std::vector<std::string>& names, const char* lastOne = 
 std::string sentences(const std::vector<std::string>& notes);
 
 /// The column of `listColumns` that a header resembles, which is not its name: up to two slips, other signs or case, a
-/// word more, words cut short, first letters, or the one word that says it. nullopt when it resembles none.
+/// word more, words cut short, first letters, or another usual name. nullopt when it resembles none.
 std::optional<std::size_t> resembledColumn(std::string_view header);
