@@ -4,8 +4,8 @@
 usage: slow_scheduler_check.py PROGRAM [FAULT...]     a fault: a number of answers before the silence (a print asks nine
                                                questions), late, drip, noise
 
-Each must end in the message of a failed print, with a window that works and nothing left running. Exit
-status 77 (skipped) where a tool is missing, 1 on a fault and, in CI, on a missing tool.
+Each must end in the message of a failed print, with a window that works and nothing left running. Exit status 77
+(skipped) where a tool is missing, 1 on a fault and, in CI, on a missing tool.
 """
 
 import os

@@ -3,8 +3,8 @@
 
 usage: speech_check.py PROGRAM
 
-It has a display, a session bus and an accessibility bus of its own. Exit status 77 (skipped) where a tool is missing, 1 on
-a fault and, in CI, on a missing tool.
+It has a display, a session bus and an accessibility bus of its own. Exit status 77 (skipped) where a tool is missing, 1
+on a fault and, in CI, on a missing tool.
 """
 
 import os
