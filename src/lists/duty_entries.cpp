@@ -105,9 +105,9 @@ std::string canBeIn(std::size_t step, std::string_view entry, const Texts& texts
 {
     const Texts all = textsOf(allOffers(), step);
     if (all.size() == texts.size())
-        return "it is " + listedOf(all);
-    const std::string here = "for " + listedOf(chosen, " and ") + " it is " + listedOf(texts);
-    return meant(entry, all) != nullptr ? here : "it is " + listedOf(all) + "; " + here;
+        return "it must be " + listedOf(all);
+    const std::string here = "for " + listedOf(chosen, " and ") + " it must be " + listedOf(texts);
+    return meant(entry, all) != nullptr ? here : "it must be " + listedOf(all) + "; " + here;
 }
 
 /// The choices are made in the order of the setup screen; its defaults are the first of each.
@@ -168,6 +168,9 @@ void enterGas(std::string_view gas, const std::string& gravity, const NumberText
         gravityBox = gravity;
         gasBox = gasOf(numbers.leading(gravity));
     }
+    if (isListed && !gasBox.empty() && gasBox != listedGas->name && !gravity.empty())
+        throw CannotBeEntered(entryOf(columnOf(Box::cmbBlanketingGas), gas) + ": the Specific Gravity " + gravity +
+                              " is that of " + gasBox);
     if (!trimmed(gas).empty())
         gasBox = isListed ? listedGas->name : std::string(gas);
 }
@@ -200,7 +203,7 @@ FreshSizing enteredOn(const Entries& entries, const ListHeader& header, const Nu
     const Offer& offer = chosenOffer(entries, header);
     const Texts methods = {choice::api2000, choice::directDisplacement};
     const char* const method = choose(Choice::sizingMethod, entries, header, methods,
-                                      [&](std::string_view) { return "it is " + listedOf(methods); });
+                                      [&](std::string_view) { return "it must be " + listedOf(methods); });
     FreshSizing sizing(offer, method, numbers);
     enter(entries, numbers, sizing);
     return sizing;

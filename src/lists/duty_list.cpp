@@ -192,7 +192,7 @@ void DutyList::sizeRow(SizedDuty& duty)
     noteTaken(entries, sizing);
     noteOtherGravity(entries, duty.row.line);
     sizing.click(numbers_, store_);
-    if (const std::string reason = store_.whyUnreadable(); !reason.empty())
+    if (const std::string reason = store_.trouble(); !reason.empty())
         sizing.messages.show(reason);
     duty.status = !sizing.messages.texts.empty() ? SizedDuty::Status::failed
                   : sizing.screen.hasValve()     ? SizedDuty::Status::sized
@@ -269,7 +269,7 @@ std::vector<std::string> DutyList::notes() const
         own.resize(namedOwn + 1);
     }
     if (!own.empty())
-        lines.push_back("not of a duty and carried through: " + listed(own, ", "));
+        lines.push_back("copied unchanged, for the program does not use them: " + listed(own, ", "));
     return lines;
 }
 

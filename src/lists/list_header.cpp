@@ -97,7 +97,7 @@ void ListHeader::addDuty(const std::string& header, const NamedColumn& named, st
         faults.push_back(header + ": " + listColumns[named.number].name + " stands twice");
     places[named.number] = columns.size();
     if (!named.unit)
-        faults.push_back(header + ": its unit is " + unitsFor(named.number));
+        faults.push_back(header + ": its unit must be " + unitsFor(named.number));
     else
         addUnit(header, *named.unit, faults);
     if (!named.unitText.empty())
