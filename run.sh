@@ -1,6 +1,6 @@
 #!/bin/bash
 # Installs what is missing, builds the program into build/ and opens it. Without a display it is taken on a tour instead:
-# see tools/tour.sh.
+# see tools/tour.py.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
 
@@ -20,4 +20,4 @@ if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then
     exec build/bin/blanketing-valve-sizing
 fi
 echo "== There is no display (DISPLAY and WAYLAND_DISPLAY are empty): running the program on a virtual one"
-tools/tour.sh build/bin/blanketing-valve-sizing build/tour
+tools/tour.py build/bin/blanketing-valve-sizing build/tour

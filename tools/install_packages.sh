@@ -16,6 +16,7 @@ build   cmark-gfm         makes the user guide a page that a browser shows
 build   python3           runs the end-to-end checks; looked for as soon as the build is configured
 run     fonts-liberation  the typefaces that the fixed layouts of screens and report are measured for
 wayland qt6-wayland       windows on a Wayland session without an X server
+tour    python3           works the program
 tour    xvfb              the virtual display
 tour    xdotool           presses the keys
 tour    imagemagick       takes and compares the pictures

@@ -2,39 +2,102 @@
 
 #include "app/modifier_keys.h"
 
+#include <QApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QScreen>
+#include <QTimer>
 #include <QToolTip>
-#include <QWidget>
+
+#include <algorithm>
 
 namespace
 {
 
+QPointer<QLabel> shown;
+
 /// The toolkit wraps rich text only.
 QString wrapped(const QString& text)
 {
-    return text.isEmpty()
-               ? text
-               : QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
+    return QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
+}
+
+/// Below the control, or above it where the screen ends.
+QPoint placeOf(const QWidget& control, QSize size)
+{
+    const QRect room = control.screen()->availableGeometry();
+    const QPoint below = control.mapToGlobal(control.rect().bottomLeft()) + QPoint(0, 2);
+    const QPoint above = control.mapToGlobal(QPoint()) - QPoint(0, size.height() + 2);
+    const bool fits = below.y() + size.height() <= room.bottom();
+    return {std::max(std::min(below.x(), room.right() - size.width()), room.left()), (fits ? below : above).y()};
+}
+
+void hideBubble()
+{
+    delete shown;
+    QToolTip::hideText();
+}
+
+/// Whether an event begins what the user does next. Every key begins with an override, that of a shortcut, too.
+bool isNextAct(const QObject& watched, const QEvent& event)
+{
+    switch (event.type()) {
+        case QEvent::ShortcutOverride:
+            return !isModifier(static_cast<const QKeyEvent&>(event).key());
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+            return true;
+        case QEvent::WindowDeactivate:
+        case QEvent::Move:
+        case QEvent::Hide:
+            return shown != nullptr && &watched == shown->parentWidget()->window();
+        default:
+            return false;
+    }
 }
 
 } // namespace
 
 void showBubble(QWidget& control, const QString& text)
 {
-    // A place outside of the rectangle makes a bubble that is being closed a new one.
-    const QPoint below = control.rect().bottomLeft() + QPoint(0, 1);
-    QToolTip::showText(control.mapToGlobal(below), wrapped(text), &control, control.rect());
+    constexpr int leastTime = 10'000; // milliseconds, as a tooltip's
+    constexpr int timeOfCharacter = 40;
+    hideBubble();
+    if (text.isEmpty())
+        return;
+    // Not a tooltip of the toolkit, which goes when the mouse moves, when it lies below, and when a dialog closes.
+    shown = new QLabel(wrapped(text), &control, Qt::ToolTip | Qt::WindowTransparentForInput);
+    shown->setAttribute(Qt::WA_ShowWithoutActivating);
+    shown->setFont(QToolTip::font());
+    shown->setPalette(QToolTip::palette());
+    shown->setForegroundRole(QPalette::ToolTipText);
+    shown->setBackgroundRole(QPalette::ToolTipBase);
+    shown->setAutoFillBackground(true);
+    shown->setFrameStyle(QFrame::Box | QFrame::Plain);
+    shown->setMargin(2);
+    shown->setWordWrap(true);
+    shown->adjustSize();
+    shown->move(placeOf(control, shown->size()));
+    shown->show();
+    QTimer::singleShot(leastTime + timeOfCharacter * static_cast<int>(text.size()), shown, &QObject::deleteLater);
+}
+
+QString bubbleText()
+{
+    return shown != nullptr ? shown->text() : QString();
 }
 
 bool BubbleFilter::eventFilter(QObject* watched, QEvent* event)
 {
-    // Every key begins so, that of a shortcut, too.
-    if (event->type() == QEvent::ShortcutOverride && !isModifier(static_cast<QKeyEvent*>(event)->key()))
-        QToolTip::hideText();
+    if (isNextAct(*watched, *event))
+        hideBubble();
     auto* const control = event->type() == QEvent::ToolTip ? qobject_cast<QWidget*>(watched) : nullptr;
-    if (control == nullptr || control->toolTip().isEmpty())
+    if (control == nullptr || (control->toolTip().isEmpty() && shown == nullptr))
         return false;
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), wrapped(control->toolTip()), control);
+    if (shown == nullptr) // else both would lie on one another
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), wrapped(control->toolTip()), control);
     return true;
 }

@@ -9,8 +9,10 @@ class QWidget;
 /// closes it and does what it would have done without it. Left alone, it closes by itself.
 void showBubble(QWidget& control, const QString& text);
 
-/// Closes bubbles and tooltips at the next key, which the toolkit does only at a click and when the focus moves, and
-/// wraps the text of tooltips. Installed on the application.
+/// What the bubble shows now, in HTML; "" when there is none.
+QString bubbleText();
+
+/// Closes bubbles and tooltips at the next key or click, and wraps the text of tooltips. Installed on the application.
 class BubbleFilter : public QObject
 {
 public:

@@ -11,6 +11,8 @@
 namespace
 {
 
+constexpr int titleBar = 40; // pixels: the highest of the usual desktops
+
 /// Turns off what would give the bar the focus.
 class StillStyle : public QProxyStyle
 {
@@ -28,7 +30,6 @@ public:
 
 FormWindow::FormWindow(QWidget& form, QMenuBar& bar)
 {
-    constexpr int titleBar = 40; // pixels: the highest of the usual desktops
     QWidget* const focus = form.focusWidget();
     setWindowTitle(form.windowTitle());
     constexpr int quarters = 4; // scales are multiples of 1/4: so the form begins at a whole pixel of the screen
@@ -69,6 +70,7 @@ QString askIn(QFileDialog& dialog, QWidget* window)
     for (QLineEdit* const edit : dialog.findChildren<QLineEdit*>())
         edit->setCompleter(nullptr);
     dialog.setParent(window, dialog.windowFlags());
+    dialog.resize(dialog.size().boundedTo(window->screen()->availableSize() - QSize(0, titleBar)));
     const bool isAccepted = dialog.exec() == QDialog::Accepted;
     dialog.setParent(nullptr, dialog.windowFlags()); // and does not go with the window
     return isAccepted ? dialog.selectedFiles().value(0) : QString();

@@ -118,6 +118,7 @@ ListDialog::ListDialog(QWidget* parent, const QString& list, std::string dataFil
     connect(&size_, &QPushButton::clicked, this, &ListDialog::start);
     connect(&close_, &QPushButton::clicked, this, &ListDialog::reject);
     connect(&slices_, &QTimer::timeout, this, &ListDialog::slice);
+    connect(&wantsSummaries_, &QCheckBox::toggled, this, &ListDialog::allowAgain);
     setList(list);
     size_.setFocus();
 }
@@ -174,6 +175,14 @@ void ListDialog::chooseSummaries()
         return;
     summaries_->setText(QDir::toNativeSeparators(directory));
     wantsSummaries_.setChecked(true);
+    allowAgain();
+}
+
+/// Another run is wanted. An answer that is there already keeps its name, unless the user has agreed to replace it.
+void ListDialog::allowAgain()
+{
+    if (!replacesAnswer_ && QFileInfo::exists(answer_->text()))
+        answer_->setText(QDir::toNativeSeparators(answerTo(list_->text())));
     size_.setEnabled(true);
 }
 

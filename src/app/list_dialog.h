@@ -35,6 +35,7 @@ private:
     void chooseList();
     void chooseAnswer();
     void chooseSummaries();
+    void allowAgain();
 
     void start();
     void slice();

@@ -233,9 +233,10 @@ QString MainForm::outcome() const
 
 void MainForm::modClearData()
 {
-    for (const Box box : clearedBoxes)
-        setText(controlOf(box), "");
-    setText("txtTankVolume", "0");
+    for (const Box box : clearedBoxes) // as by hand, so that a box can undo it
+        controls_.get<QLineEdit>(controlOf(box)).clear();
+    controls_.get<QLineEdit>("txtTankVolume").selectAll();
+    controls_.get<QLineEdit>("txtTankVolume").insert(QStringLiteral("0"));
     empty(allLabels);
 }
 

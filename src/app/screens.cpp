@@ -15,6 +15,8 @@
 #include "base/locale_info.h"
 #include "base/message_box.h"
 #include "capacity/tables_label.h"
+#include "files/replacement_file.h"
+#include "files/system.h"
 #include "lists/copied_rows.h"
 #include "platform/about.h"
 #include "platform/pdf_summary.h"
@@ -30,13 +32,11 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
-#include <QSaveFile>
 #include <QShortcut>
 #include <QStandardPaths>
 #include <QTimer>
 
 #include <stdexcept>
-#include <string_view>
 
 namespace
 {
@@ -54,23 +54,6 @@ QString askForPdf(QWidget& form, const std::string& tagNumber)
     const std::string name = fileNameOf(tagNumber);
     dialog->selectFile(QString::fromStdString((name.empty() ? "Valve Sizing Summary" : name) + ".pdf"));
     return askIn(*dialog, form.window());
-}
-
-void writeFile(const QString& name, std::string_view bytes)
-{
-    QSaveFile file(name);
-    const auto require = [&file](bool success) {
-        if (!success)
-            throw std::runtime_error(file.errorString().toStdString());
-    };
-    require(
-        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)); // with a buffer, commit() would not see a full disk
-    while (!bytes.empty()) {                                      // a full disk takes a part; the next write says why
-        const qint64 taken = file.write(bytes.data(), static_cast<qint64>(bytes.size()));
-        require(taken > 0);
-        bytes.remove_prefix(static_cast<std::size_t>(taken));
-    }
-    require(file.commit());
 }
 
 } // namespace
@@ -140,7 +123,9 @@ void Screens::saveSummary(MainForm& mainForm)
         const QString file = askForPdf(mainForm, state_.CustTagNo);
         if (file.isEmpty())
             return;
-        writeFile(file, summaryPdf(*page, tablesLabel(store_)));
+        ReplacementFile pdf(pathOf(file.toStdString()), ordinaryMode());
+        pdf.write(summaryPdf(*page, tablesLabel(store_)));
+        pdf.putInPlace();
         tellOutcome(*mainForm.focusWidget(), QStringLiteral("Saved as %1.").arg(QFileInfo(file).fileName()));
     } catch (const std::exception& reason) {
         messageBox_.show(std::string("The summary is not saved: ") + reason.what());

@@ -1,5 +1,7 @@
 #include "app/verification_dialog.h"
 
+#include "app/announcer.h"
+#include "app/outcome.h"
 #include "lists/verification.h"
 #include "platform/about.h"
 #include "platform/user_locale.h"
@@ -31,8 +33,12 @@ void showVerification(QWidget& form, const std::string& dataFile)
     report->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     report->setAccessibleName(QStringLiteral("Report"));
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
-    QObject::connect(buttons->addButton(QStringLiteral("&Copy"), QDialogButtonBox::ActionRole), &QPushButton::clicked,
-                     report, [report] { QGuiApplication::clipboard()->setText(report->toPlainText()); });
+    auto* const copy = buttons->addButton(QStringLiteral("&Copy"), QDialogButtonBox::ActionRole);
+    new Announcer(*dialog);
+    QObject::connect(copy, &QPushButton::clicked, report, [report, copy] {
+        QGuiApplication::clipboard()->setText(report->toPlainText());
+        tellOutcome(*copy, QStringLiteral("Report copied."));
+    });
     QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::close);
     auto* const rows = new QVBoxLayout(dialog);
     rows->addWidget(report);

@@ -60,13 +60,16 @@ ReplacementFile::ReplacementFile(const fs::path& place, fs::perms newMode)
     } catch (const fs::filesystem_error& failure) {
         expectNone(failure.code());
     }
-    fs::path free;
-    do
-        free = fs::path(target) += ".new-" + randomEnding();
-    while ((file = openNewFile(free)) == nullptr && errno == EEXIST);
-    if (file == nullptr)
-        expectNone(lastError());
-    temporary = free;
+    file = openNamelessFile(target.parent_path());
+    if (file == nullptr) {
+        fs::path free;
+        do
+            free = freeName();
+        while ((file = openNewFile(free)) == nullptr && errno == EEXIST);
+        if (file == nullptr)
+            expectNone(lastError());
+        temporary = free;
+    }
     if (const std::error_code failure = takeAttributes(file, target, newMode)) {
         discard(); // a constructor that throws runs no destructor
         expectNone(failure);
@@ -87,6 +90,12 @@ void ReplacementFile::discard()
         fs::remove(std::exchange(temporary, {}), stays);
 }
 
+/// A name beside the target that probably no file has.
+fs::path ReplacementFile::freeName() const
+{
+    return fs::path(target) += ".new-" + randomEnding();
+}
+
 void ReplacementFile::write(std::string_view bytes)
 {
     if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size())
@@ -99,6 +108,13 @@ void ReplacementFile::finish()
     if (std::fflush(file) != 0)
         expectNone(lastError());
     expectNone(writeToDisk(file));
+    while (temporary.empty()) {
+        const fs::path free = freeName();
+        if (const std::error_code failure = nameFile(file, free); !failure)
+            temporary = free;
+        else if (failure != std::errc::file_exists)
+            expectNone(failure);
+    }
     if (std::fclose(std::exchange(file, nullptr)) != 0)
         expectNone(lastError());
 }

@@ -8,12 +8,13 @@
 /// after any failure, the other file is unchanged. A link is followed: the file that it points to
 /// is replaced. Every failure throws std::runtime_error with the operating system's reason.
 ///
-/// No other file is ever removed. A file FILE.new-XXXXXX of a killed run stays: its name does not
-/// prove who made it.
+/// Where the file system can, the new file has no name until it is whole: nothing stays of a killed
+/// run. Elsewhere it is FILE.new-XXXXXX, and stays then: its name does not prove who made it. No
+/// other file is ever removed.
 class ReplacementFile
 {
 public:
-    /// Opens a file beside `file` under a new name. It has the mode, owner and group of `file`, or
+    /// Opens a file beside `file`. It has the mode, owner and group of `file`, or
     /// `newMode` when there is no `file`.
     explicit ReplacementFile(const std::filesystem::path& file,
                              std::filesystem::perms newMode = std::filesystem::perms(0644));
@@ -34,8 +35,9 @@ public:
 private:
     void discard();
     void finish();
+    std::filesystem::path freeName() const;
 
     std::filesystem::path target;
-    std::filesystem::path temporary; ///< empty: there is none
+    std::filesystem::path temporary; ///< empty: it has no name
     std::FILE* file = nullptr;       ///< nullptr: it is closed
 };

@@ -31,6 +31,13 @@ std::filesystem::perms ordinaryMode();
 /// when there is a file of this name.
 std::FILE* openNewFile(const std::filesystem::path& file);
 
+/// Opens a new file in a directory that has no name yet, and so goes with the process however that ends. nullptr where
+/// the file system or the operating system has no such files.
+std::FILE* openNamelessFile(const std::filesystem::path& directory);
+
+/// Gives that file a name in its directory; EEXIST when there is a file of this name.
+std::error_code nameFile(std::FILE* file, const std::filesystem::path& name);
+
 /// Gives an open file the mode, owner and group of `other`, or `newMode` when there is no `other`.
 std::error_code takeAttributes(std::FILE* file, const std::filesystem::path& other, std::filesystem::perms newMode);
 

@@ -12,6 +12,8 @@
 namespace
 {
 
+constexpr const char* ownFiles = "/proc/self/fd/"; // by number
+
 volatile std::sig_atomic_t interrupted = 0;
 
 std::error_code lastError()
@@ -80,6 +82,21 @@ std::FILE* openNewFile(const std::filesystem::path& file)
 {
     const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     return descriptor < 0 ? nullptr : fdopen(descriptor, "w");
+}
+
+std::FILE* openNamelessFile(const std::filesystem::path& directory)
+{
+    if (access(ownFiles, X_OK) != 0)
+        return nullptr;
+    const int descriptor = open(directory.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600);
+    return descriptor < 0 ? nullptr : fdopen(descriptor, "w");
+}
+
+std::error_code nameFile(std::FILE* file, const std::filesystem::path& name)
+{
+    const std::string own = ownFiles + std::to_string(fileno(file));
+    return linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0 ? std::error_code()
+                                                                                         : lastError();
 }
 
 std::error_code takeAttributes(std::FILE* file, const std::filesystem::path& other, std::filesystem::perms newMode)

@@ -79,6 +79,16 @@ std::FILE* openNewFile(const std::filesystem::path& file)
     return errno != 0 ? nullptr : _fdopen(descriptor, "wb");
 }
 
+std::FILE* openNamelessFile(const std::filesystem::path&)
+{
+    return nullptr;
+}
+
+std::error_code nameFile(std::FILE*, const std::filesystem::path&)
+{
+    return std::make_error_code(std::errc::not_supported);
+}
+
 std::error_code takeAttributes(std::FILE*, const std::filesystem::path&, std::filesystem::perms)
 {
     return {};

@@ -4,8 +4,8 @@
 usage: slow_scheduler_check.py PROGRAM [FAULT...]     a fault: a number of answers before the silence (a print asks nine
                                                questions), late, drip, noise
 
-Each must end in the message of a failed print within some seconds, with a window that works and nothing left running. Exit
-status 77 (skipped) where a tool is missing, 1 on a fault and, in CI, on a missing tool.
+Each must end in the message of a failed print, with a window that works and nothing left running. Exit status 77
+(skipped) where a tool is missing, 1 on a fault and, in CI, on a missing tool.
 """
 
 import os
@@ -16,12 +16,11 @@ import time
 from contextlib import suppress
 from pathlib import Path
 
-from print_check import (CUSTOMER, MAIN, MESSAGE, PAD, SETUP, add_queue, display, expect, focus, is_shown, jobs, press, run,
-                         scheduler, sized, skip_status, wait_for)
+from driver import MESSAGE, SETUP, close_message, display, expect, focus, home, need, press, run, wait_for, windows
+from print_check import CUSTOMER, PAD, TOOLS, add_queue, jobs, scheduler, sized
 
 QUESTIONS = 9  # of one print
 FAULTS = ["0", "6", "late", "drip"]  # the others by hand
-PATIENCE = 8  # seconds: the program's own five, and a slow machine
 
 
 class Between:
@@ -75,12 +74,14 @@ class Between:
 
 
 def left_running(process):
-    threads = len(list(Path(f"/proc/{process}/task").iterdir()))
-    children = 0
-    for status in Path("/proc").glob("[0-9]*/stat"):
-        with suppress(OSError):  # a process that has just gone
-            children += status.read_text().rpartition(")")[2].split()[1] == str(process)
-    return threads, children
+    """The names of its threads and children. Threads of the toolkit's pool are left out: they end some time later."""
+    names = []
+    for status in [*Path(f"/proc/{process}/task").glob("*/stat"), *Path("/proc").glob("[0-9]*/stat")]:
+        with suppress(OSError):  # one that has just gone
+            name, _, rest = status.read_text().partition("(")[2].rpartition(")")
+            if "task" in status.parts and "pooled" not in name or rest.split()[1] == str(process):
+                names.append(name)
+    return sorted(names)
 
 
 def check(program, fault):
@@ -91,17 +92,14 @@ def check(program, fault):
         running = left_running(started.pid)
         start = time.monotonic()
         press("alt+t")
-        wait_for("the end of the print", lambda: is_shown(MESSAGE) or len(jobs()) > len(before))
+        wait_for("the end of the print", lambda: windows("--name", MESSAGE) or len(jobs()) > len(before))
         seconds = time.monotonic() - start
-        outcome = "a message" if is_shown(MESSAGE) else "a page"
+        outcome = "a message" if windows("--name", MESSAGE) else "a page"
         expect(outcome == "a message" or fault.isdigit() and int(fault) >= QUESTIONS, f"printed with the fault {fault}")
-        expect(seconds < PATIENCE, f"{fault}: {outcome} only after {seconds:.1f} s")
         if outcome == "a message":
             focus(MESSAGE)
-            press("Return")
-            wait_for("the end of the message", lambda: not is_shown(MESSAGE))
-        expect(left_running(started.pid) == running, f"{fault}: left running {left_running(started.pid)}, was {running}")
-        focus(MAIN)
+            close_message()
+        wait_for(f"nothing to be left running but {running}", lambda: left_running(started.pid) == running)
         press("alt+n")
         focus(SETUP)
         print(f"ok: {fault}: {outcome} after {seconds:.1f} s", flush=True)
@@ -110,10 +108,9 @@ def check(program, fault):
 
 
 def main(program, *faults):
-    if (status := skip_status()) is not None:
-        return status
+    need(*TOOLS)
     program = Path(program).resolve()
-    with scheduler(), display():
+    with home(), scheduler(), display():
         add_queue("letter")
         run("lpadmin", "-d", "letter")
         for fault in faults or FAULTS:

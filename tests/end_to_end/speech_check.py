@@ -3,29 +3,26 @@
 
 usage: speech_check.py PROGRAM
 
-It has a display, a session bus and an accessibility bus of its own. Exit status 77 (skipped) where a tool is missing, 1 on
-a fault and, in CI, on a missing tool.
+It has a display, a session bus and an accessibility bus of its own. Exit status 77 (skipped) where a tool is missing, 1
+on a fault and, in CI, on a missing tool.
 """
 
 import os
-import pathlib
 import shutil
 import subprocess
 import sys
-import tempfile
-import time
+from pathlib import Path
+
+from driver import (MAIN, MESSAGE, PATIENCE, SETUP, close_message, display, enter, expect, focus, home, need, opened,
+                    press, run, wait_for, windows)
 
 TOOLS = "dbus-run-session Xvfb xdotool".split()
 PYTHON = "/usr/bin/python3"  # the system's own, which its package of pyatspi is for
-PATIENCE = 30  # seconds for any one thing to happen
-SETUP = "^Halvor-ORM  Blanketing Valve Sizing Application"
-MAIN = "^Halvor-ORM Blanketing Valve Sizing Application"
-BOX = "^Halvor-ORM Blanketing Valve Sizing$"
 
 # Keys, and what is said then: name and description of the control that gets the focus ("" when it stays), and the
 # beginning of an announcement. A slow display gives all waiting keys one time, and the same key twice at one time is a
-# held one: no key comes twice in a row. While somebody listens, Qt hands typed keys on later than shortcuts: no step has a
-# shortcut behind typed keys.
+# held one: no key comes twice in a row. While somebody listens, Qt asks the registry before it hands on a key, but
+# not before a shortcut acts: no step has a shortcut behind typed keys, or a typed key behind one that opens a menu.
 SETUP_WALK = [
     ("alt+3", "Series 63", "", ""),  # refills lists, which do not have the focus
     ("alt+o", "Notes", "Printed on the summary.", ""),
@@ -48,7 +45,8 @@ MAIN_WALK = [
     ("shift+F10", "User Guide", "", ""),
     ("Escape", "", "", ""),
     ("ctrl+shift+c", "", "", "Results copied."),
-    ("alt+e r", "", "", "Nothing is sized: row 1 of the copied ones, "),  # results are no list
+    ("alt+e", "Save Summary as PDF...", "", ""),
+    ("r", "", "", "Nothing is sized: row 1 of the copied ones, "),  # results are no list
 ]
 BAD_WALK = [
     ("alt+c", "Clear Current", "Empties entries and results", "Entries and results are cleared."),
@@ -73,29 +71,6 @@ esac
 """
 
 
-def expect(holds, otherwise):
-    if not holds:
-        sys.exit(f"FAULT: {otherwise}")
-
-
-def windows(*wanted):
-    found = subprocess.run(["xdotool", "search", "--onlyvisible", *wanted], text=True, stdout=subprocess.PIPE)
-    return found.stdout.split()
-
-
-def wait_for(what, condition, meanwhile=lambda: time.sleep(0.05)):
-    end = time.monotonic() + PATIENCE
-    while not condition():
-        expect(time.monotonic() < end, f"waited in vain for {what}")
-        meanwhile()
-
-
-def focus_window(*wanted):
-    found = []  # a search ends with nothing when a bubble goes in the middle of it
-    wait_for(f"the window {wanted}", lambda: found.extend(windows(*wanted)) or found)
-    subprocess.run(["xdotool", "windowfocus", "--sync", found[-1]], check=True)
-
-
 class Listener:
     """Keeps which controls were said to have got the focus, and what was announced."""
 
@@ -104,7 +79,6 @@ class Listener:
         from gi.repository import Atspi, GLib
         Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)
         self.desktop = pyatspi.Registry.getDesktop(0)
-        self.process = None
         self.context = GLib.MainContext.default()
         self.focused, self.announced = [], []
         pyatspi.Registry.registerEventListener(self.on_showing, "object:state-changed:showing")
@@ -118,126 +92,118 @@ class Listener:
         if event.detail1 and event.source.getRoleName() == "notification":
             self.announced.append(event.source.name)
 
-    def listen(self, seconds):
-        end = time.monotonic() + seconds
-        while self.context.iteration(False) or time.monotonic() < end:
-            time.sleep(0.001)
+    def listen(self):
+        while self.context.iteration(False):
+            pass
 
-    def wait_for_program(self, process):
+    def hear(self, what, condition):
+        wait_for(what, lambda: self.listen() or condition())
+
+    def wait_for_program(self, started):
         """What a program does before it is among those that screen readers know, nobody is told."""
-        self.process = process
-        wait_for("the program", lambda: process in [one.get_process_id() for one in self.desktop if one],
-                 lambda: self.listen(0.1))
+        def is_known():
+            self.programs = [one for one in self.desktop if one and one.get_process_id() == started.pid]
+            return self.programs
+        self.process = str(started.pid)
+        self.hear("the program", is_known)
 
     def wait_for_focus(self, name):
-        wait_for(f"the focus on {name}", lambda: self.focused and self.focused[-1].name == name, lambda: self.listen(0.1))
+        self.hear(f"the focus on {name}", lambda: self.focused and self.focused[-1].name == name)
+
+    def take_turns(self):
+        """Asks the program, the registry and the program again. Each answers after it has done what came before."""
+        for one in (self.programs[0], self.desktop, self.programs[0]):
+            one.get_state_set()
+        self.listen()
+
+    def take_announcement(self, keys, beginning):
+        """What is announced beside it is found here or in a later step."""
+        self.hear(f"what is said after {keys}", lambda: self.announced or not beginning)
+        self.take_turns()
+        said = self.announced.pop(0) if beginning else ""
+        expect(said.startswith(beginning) and not self.announced, f"after {keys}: announced {[said, *self.announced]}")
+        return said
 
     def press(self, keys, name, description, announcement):
-        if self.focused:  # its answer comes after all that it has said until now
-            self.focused[-1].get_state_set()
-            self.listen(0)
         self.focused.clear()
-        self.announced.clear()
-        subprocess.run(["xdotool", "key", "--delay", "20", *keys.split()], check=True)
+        alt = keys.startswith("alt+")
+        if alt:  # Qt has to hand it on before the other key comes: Alt closes a menu that is open
+            run("xdotool", "keydown", "alt")
+            self.take_turns()
+        press(*keys.removeprefix("alt+").split(), *["keyup", "alt"] * alt)
         if keys == "Escape":
-            wait_for("the end of the help", lambda: len(windows("--pid", str(self.process))) == 1)
+            wait_for("the end of the help", lambda: len(windows("--pid", self.process)) == 1)
         if name:
             self.wait_for_focus(name)
-        wait_for(f"what is said after {keys}", lambda: self.announced or not announcement, lambda: self.listen(0.1))
-        self.listen(0.3)
+        announced = self.take_announcement(keys, announcement)
         said = [source.name for source in self.focused if source.name]
         expect(not name or said[-1] == name and len(set(said)) <= 2, f"after {keys}: heard of {said}")
         heard = self.focused[-1].description if name else ""
         expect(heard.startswith(description), f"after {keys}: described as {heard!r}")
-        expect(len(self.announced) == bool(announcement), f"after {keys}: announced {self.announced}")
-        expect("".join(self.announced).startswith(announcement), f"after {keys}: announced {self.announced}")
-        print(f"ok: {keys}: {name} {heard} {' '.join(self.announced)}", flush=True)
+        print(f"ok: {keys}: {name} {heard} {announced}", flush=True)
+        return announced
 
     def save(self, file):
-        self.announced.clear()
-        subprocess.run(["xdotool", "key", "ctrl+s"], check=True)
-        focus_window("--name", "^Save Summary as PDF")
+        press("ctrl+s")
+        focus("^Save Summary as PDF")
         self.wait_for_focus("File name:")
-        subprocess.run(["xdotool", "type", str(file)], check=True)
-        subprocess.run(["xdotool", "key", "Return"], check=True)
-        wait_for("the file", file.exists, lambda: self.listen(0.1))
-        focus_window("--name", MAIN)
-        wait_for("what is said", lambda: self.announced, lambda: self.listen(0.1))
-        self.listen(0.3)
-        expect(self.announced == [f"Saved as {file.name}."], f"after saving: announced {self.announced}")
-        print(f"ok: saved: {self.announced[0]}", flush=True)
+        enter(str(file))
+        press("Return")
+        self.hear("the file", file.exists)
+        focus(MAIN)
+        print("ok:", self.take_announcement("saving", f"Saved as {file.name}."), flush=True)
 
     def answer_message(self, keys, text):
         self.focused.clear()
-        self.announced.clear()
-        subprocess.run(["xdotool", "key", keys], check=True)
-        focus_window("--name", BOX)
+        press(keys)
+        focus(MESSAGE)
         self.wait_for_focus("OK")
         names = [child.name for child in self.focused[-1].parent.parent]
         expect(text in names, f"the message says {names}")
-        expect(not self.announced, f"beside the message: announced {self.announced}")
-        subprocess.run(["xdotool", "key", "Return"], check=True)
-        wait_for("the end of the message", lambda: not windows("--name", BOX))
-        focus_window("--name", MAIN)
+        self.take_announcement(keys, "")
+        close_message()
         print(f"ok: {keys}: {text}", flush=True)
 
 
 def walk(program):
-    directory = pathlib.Path(program).parent
     listener = Listener()
-    with subprocess.Popen([program]) as started:
-        try:
-            listener.wait_for_program(started.pid)
-            focus_window("--name", SETUP)
-            for step in SETUP_WALK:
-                listener.press(*step)
-            subprocess.run(["xdotool", "key", "alt+1", "alt+c"], check=True)
-            focus_window("--name", MAIN)
-            listener.wait_for_focus("Pump-Out Rate")
-            window = listener.focused[-1].parent.parent.parent
-            expect(window.getRoleName() == "frame", f"the window is a {window.getRoleName()}")
-            subprocess.run(["xdotool", "type", "101"], check=True)
-            for step in MAIN_WALK:
-                listener.press(*step)
-            listener.save(directory / "saved.pdf")
-            (directory / "print_queue.mode").write_text("bad")
-            listener.answer_message("alt+t", "cmdPrint: A printing error has occurred")
-            for step in BAD_WALK:
-                listener.press(*step)
-            os.truncate(directory / "capacities.mdb", 100)
-            listener.press(*UNREADABLE)
-            expect("damaged" in listener.announced[0], f"the reason is not said: {listener.announced}")
-            (directory / "print_queue.mode").write_text("none")
-            listener.answer_message("alt+t", "There is no printer installed on this computer.")
-        finally:
-            started.terminate()
+    with opened(program) as started:
+        listener.wait_for_program(started)
+        focus(SETUP)
+        for step in SETUP_WALK:
+            listener.press(*step)
+        press("alt+1", "alt+c")
+        focus(MAIN)
+        listener.wait_for_focus("Pump-Out Rate")
+        window = listener.focused[-1].parent.parent.parent
+        expect(window.getRoleName() == "frame", f"the window is a {window.getRoleName()}")
+        enter("101")
+        for step in MAIN_WALK:
+            listener.press(*step)
+        listener.save(Path("saved.pdf").absolute())
+        Path("print_queue.mode").write_text("bad")
+        listener.answer_message("alt+t", "cmdPrint: A printing error has occurred")
+        for step in BAD_WALK:
+            listener.press(*step)
+        os.truncate("capacities.mdb", 100)
+        reason = listener.press(*UNREADABLE)
+        expect("damaged" in reason, f"the reason is not said: {reason}")
+        Path("print_queue.mode").write_text("none")
+        listener.answer_message("alt+t", "There is no printer installed on this computer.")
 
 
 def main(program):
-    missing = [tool for tool in TOOLS if not shutil.which(tool)]
-    missing += ["pyatspi"] * subprocess.run([PYTHON, "-c", "import pyatspi"], stderr=subprocess.DEVNULL).returncode
-    if missing:
-        print(f"skipped: this check needs {', '.join(missing)}")
-        return 1 if os.environ.get("CI") else 77
-    for name in [name for name in os.environ if name.startswith(("LANG", "QT_"))]:
-        del os.environ[name]
-    display = f":{1000 + os.getpid() % 50000}"
-    os.environ.update(LC_ALL="C.UTF-8", DISPLAY=display, QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
-                      NO_AT_BRIDGE="1", SPEECH_CHECK_WALKS="1")
-    server = subprocess.Popen(["Xvfb", display, "-displayfd", "1", "-screen", "0", "1024x768x24", "-noreset", "-r"],
-                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-    try:
-        expect(server.stdout.readline(), "the display does not start")
-        with tempfile.TemporaryDirectory() as directory:  # whose files the walk may spoil
-            copy = pathlib.Path(directory) / pathlib.Path(program).name
-            shutil.copy(program, copy)
-            shutil.copy(pathlib.Path(program).with_name("capacities.mdb"), directory)
-            copy.with_name("print_queue").write_text(PRINT_QUEUE)
-            copy.with_name("print_queue").chmod(0o755)
-            copy.with_name("print_queue.mode").write_text("good")
-            return subprocess.run(["dbus-run-session", "--", PYTHON, __file__, copy]).returncode
-    finally:
-        server.terminate()
+    absent = subprocess.run([PYTHON, "-c", "import pyatspi"], stderr=subprocess.DEVNULL).returncode
+    need(*TOOLS, *["pyatspi"] * absent)
+    program, check = Path(program).resolve(), Path(__file__).resolve()
+    with home(), display():  # the walk may spoil the files there
+        os.environ.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", NO_AT_BRIDGE="1", SPEECH_CHECK_WALKS="1")
+        shutil.copy(program, program.name)
+        shutil.copy(program.with_name("capacities.mdb"), "capacities.mdb")
+        Path("print_queue").write_text(PRINT_QUEUE)
+        Path("print_queue").chmod(0o755)
+        Path("print_queue.mode").write_text("good")
+        return subprocess.run(["dbus-run-session", "--", PYTHON, check, Path(program.name).absolute()]).returncode
 
 
 if __name__ == "__main__":

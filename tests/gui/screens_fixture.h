@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/bubble.h"
 #include "app/form_layout.h"
 #include "app/screens.h"
 #include "support/cases.h"

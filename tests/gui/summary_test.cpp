@@ -8,7 +8,6 @@
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QSettings>
-#include <QToolTip>
 
 #include <sqlite3.h>
 
@@ -143,6 +142,7 @@ TEST_F(SummaryTest, VerifyShowsItsReportAndTakesNoKey)
         if (button->text() == QStringLiteral("&Copy"))
             button->click();
     EXPECT_EQ(QApplication::clipboard()->text(), report);
+    EXPECT_TRUE(bubbleText().contains("Report copied."));
     QTest::keyClick(dialog, Qt::Key_Escape);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(dialog.isNull());
@@ -161,7 +161,7 @@ TEST_F(SummaryTest, IsNotMadeWhereTheDataFileCannotBeRead)
     press("cmdCalcFlowRate");
     const std::string reason = "capacities.mdb is damaged: database disk image is malformed";
     EXPECT_EQ(get<QLabel>("lblComments").toolTip().toStdString(), reason);
-    EXPECT_TRUE(QToolTip::text().contains(QString::fromStdString(reason)));
+    EXPECT_TRUE(bubbleText().contains(QString::fromStdString(reason)));
     EXPECT_TRUE(screens.form()->findChild<Announcer*>()->accessibleName().endsWith(
         QString::fromStdString("pressure. " + reason + ".")));
     get<QWidget>("txtStoredMaterial").setFocus();
@@ -181,7 +181,7 @@ TEST_F(SummaryTest, PrintsTheLastSizingAndExits)
     press("cmdPrint");
     ASSERT_TRUE(printers.printed);
     EXPECT_EQ(printers.printed->shown("lblMaxValveCap").text, "1500");
-    EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text().contains("Sent to Laser_1."); }));
+    EXPECT_TRUE(bubbleText().contains("Sent to Laser_1."));
     auto& form = dynamic_cast<MainScreen&>(*screens.form());
     form.setPrintEnabled(false);
     EXPECT_FALSE(get<QPushButton>("cmdPrint").isEnabled());

@@ -100,12 +100,23 @@ TEST_F(BuildCapacities, AnInterruptedListKeepsNoResults)
         std::raise(SIGTERM);
         return std::string("page");
     };
-    const SizeCommandSystem system{testTables(), interrupt, "today", {}};
+    SizeCommandSystem system{testTables(), interrupt, "today", {}};
     const auto work = [&] {
         std::signal(SIGTERM, SIG_DFL);
         std::_Exit(sizeValves({"-o", results, "--summaries", pages, list}, system)); // the other tests' tables stay
     };
     EXPECT_EXIT(work(), testing::ExitedWithCode(2), "^size_valves: interrupted after 0 rows; no results are kept\n$");
+    EXPECT_EQ(filesBesideOutput(), 1);
+    std::FILE* const nameless = openNamelessFile(root);
+    if (nameless == nullptr)
+        GTEST_SKIP() << "this file system has no files without a name: what is killed leaves one";
+    std::fclose(nameless);
+    fs::remove_all(pages);
+    system.makePdf = [](const SummaryForm&, const std::optional<TablesLabel>&) {
+        std::raise(SIGKILL);
+        return std::string("page");
+    };
+    EXPECT_EXIT(work(), testing::KilledBySignal(SIGKILL), "");
     EXPECT_EQ(filesBesideOutput(), 1);
 }
 
