@@ -125,7 +125,10 @@ char findSeparator(std::istream& in, std::streampos start, CsvKind (*kindOf)(std
         }
     }
     if (mostKnown == 0 && mostFields == 1)
-        throw CsvProblem(header.line, "the columns are separated neither by commas nor by semicolons or tabs");
+        throw CsvProblem(header.line,
+                         header.fields.empty()
+                             ? "broken quoting of the header; a quotation mark belongs on both sides of a name"
+                             : "the columns are separated neither by commas nor by semicolons or tabs");
     return best;
 }
 
