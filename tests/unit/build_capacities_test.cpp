@@ -10,10 +10,10 @@ namespace
 {
 
 /// A valve table with flows multiplied, "x~FACTOR~CV~DIGITS~": of the Cvs that the regular expression matches, or all;
-/// rounded to four significant digits, or as many.
+/// rounded to four significant digits, or as many; in steps of 5 of the last one with "~5~" at the end.
 std::string multiplied(const std::string& edit, const std::string& nominal)
 {
-    static const std::regex parts("x~([^~]*)~(?:([^~]+)~)?(?:~(\\d)~)?");
+    static const std::regex parts("x~([^~]*)~(?:([^~]+)~)?(?:~(\\d)~(5~)?)?");
     static const std::regex row("(\n[^,\n]*,)([^,\n]*)(,[^\n]*,)([^,\n]*)");
     std::smatch part;
     std::regex_match(edit, part, parts);
@@ -23,7 +23,10 @@ std::string multiplied(const std::string& edit, const std::string& nominal)
     for (std::sregex_iterator one(nominal.begin(), nominal.end(), row), none; one != none; ++one) {
         char flow[32];
         const double factor = std::regex_match((*one)[4].str(), cv) ? std::stod(part[1]) : 1;
-        std::snprintf(flow, sizeof flow, "%.*g", digits, std::stod((*one)[2]) * factor);
+        double value = std::stod((*one)[2]) * factor;
+        if (const double step = 5 * std::pow(10, std::floor(std::log10(value)) - digits + 1); part[4].matched)
+            value = std::round(value / step) * step;
+        std::snprintf(flow, sizeof flow, "%.*g", digits, value);
         edited += (*one)[1].str() + flow + (*one)[3].str() + (*one)[4].str();
     }
     return edited + '\n';
