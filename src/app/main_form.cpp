@@ -186,7 +186,7 @@ void MainForm::selectValve()
         refused_ != nullptr && !refused_->text().isEmpty() && !sizing_.numbers.parse(refused_->text().toStdString());
     if (!isNoNumber) // about such an entry the comments say nothing
         tellOutcome();
-    if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) {
+    if (const std::string reason = sizing_.store.trouble(); !reason.empty()) {
         std::cerr << reason << std::endl;
         auto& comments = controls_.get<QLabel>("lblComments");
         comments.setToolTip(QString::fromStdString(reason));
@@ -222,7 +222,7 @@ QString MainForm::outcome() const
 {
     const auto spoken = [this](MainControl control) { return controls_.get<QLabel>(control).text(); };
     const QString comments = spoken("lblComments");
-    if (const std::string reason = sizing_.store.whyUnreadable(); !reason.empty()) // beside older figures, perhaps
+    if (const std::string reason = sizing_.store.trouble(); !reason.empty()) // beside older figures, perhaps
         return comments + u' ' + QString::fromStdString(reason) + u'.';
     if (!hasValve())
         return comments;

@@ -118,7 +118,7 @@ void Screens::saveSummary(MainForm& mainForm)
             mainForm.tellOutcome();
             return;
         }
-        if (const std::string reason = store_.whyUnreadable(); !reason.empty())
+        if (const std::string reason = store_.trouble(); !reason.empty())
             throw std::runtime_error(reason); // figures of an earlier click are still shown
         const QString file = askForPdf(mainForm, state_.CustTagNo);
         if (file.isEmpty())

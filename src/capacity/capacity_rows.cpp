@@ -36,15 +36,16 @@ CapacityRows::CapacityRows(sqlite3* file, CapacityClick& click, const std::strin
         sqlite3_bind_double(statement_.get(), 1, *parameter);
     for (const char* const column : columns)
         if (positions_.push_back(position(statement_.get(), column)); positions_.back() < 0)
-            throw SilentFailure(std::string("no column ") + column);
+            throw click.misses(std::string("no column ") + column);
     step();
 }
 
 /// What is missing in a whole file (SQLITE_ERROR: no such table, column or index) is a failure of this lookup alone.
 void CapacityRows::fail(sqlite3* file) const
 {
-    if (sqlite3_errcode(file) != SQLITE_ERROR)
-        time_.click.unreadable = whyFailed(file);
+    if (sqlite3_errcode(file) == SQLITE_ERROR)
+        throw time_.click.misses(sqlite3_errmsg(file));
+    time_.click.unreadable = whyFailed(file);
     throw SilentFailure(sqlite3_errmsg(file));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/failure.h"
 #include "base/sqlite.h"
 
 #include <chrono>
@@ -19,6 +20,16 @@ struct CapacityClick
     Clock::duration timeLeft = std::chrono::seconds(2); ///< beyond it a file is hostile or broken
     Clock::time_point deadline;                         ///< of the walk under way
     std::string unreadable;                             ///< "": it can be read so far
+    std::string missing;       ///< a table, column or index that a whole file does not have; "": none
+    bool givesFigures = false; ///< the table under way: the label does not
+
+    /// A failure of one lookup alone.
+    SilentFailure misses(const std::string& what)
+    {
+        if (givesFigures)
+            missing = what;
+        return SilentFailure(what);
+    }
 };
 
 /// As long as it lives, its time is taken from that of the click.

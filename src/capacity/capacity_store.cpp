@@ -76,6 +76,13 @@ std::string CapacityStore::whyUnreadable() const
     return click_.unreadable.empty() ? "" : textOf(pathOf(file_).filename()) + ' ' + click_.unreadable;
 }
 
+std::string CapacityStore::trouble() const
+{
+    const bool isWhole = click_.unreadable.empty();
+    return !isWhole || click_.missing.empty() ? whyUnreadable()
+                                              : textOf(pathOf(file_).filename()) + " has " + click_.missing;
+}
+
 /// Reads and checks the file, unless this click has done so.
 void CapacityStore::read()
 {
@@ -116,15 +123,16 @@ sqlite3* CapacityStore::open(const std::string& table)
     read();
     if (!click_.unreadable.empty())
         throw SilentFailure(whyUnreadable());
+    click_.givesFigures = !equalsInAnyCase(table, "Label");
     const auto isWanted = [&](const std::string& name) { return equalsInAnyCase(name, table); };
     if (std::ranges::any_of(contents_.notPlain, isWanted)) {
         const std::string reason = "has no plain table " + table;
-        if (!equalsInAnyCase(table, "Label")) // which no figure comes from
+        if (click_.givesFigures)
             click_.unreadable = reason;
         throw SilentFailure(reason);
     }
     if (std::ranges::none_of(contents_.plain, isWanted)) // missing in a whole file: a failure of this lookup alone
-        throw SilentFailure("no table " + table);
+        throw click_.misses("no table " + table);
     return open_.get();
 }
 

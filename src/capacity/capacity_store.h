@@ -34,6 +34,10 @@ public:
     /// Why this click cannot read the file: "capacities.mdb is missing"; "" when it can, or has not tried to.
     std::string whyUnreadable() const;
 
+    /// The same, and where the file is whole, what a lookup of this click has missed in it: "capacities.mdb has no
+    /// table USLargeTank". Such a lookup gives nothing or 0, as one that finds no row, and the valve may be too small.
+    std::string trouble() const;
+
     /// The rows of a capacity table, from the first, in the order of its index "Index": Pressure, then flow. The index
     /// of table T is the SQLite index "T.Index"; without it the table cannot be walked.
     CapacityRows table(const std::string& name, const Columns& columns);

@@ -29,7 +29,7 @@ void endRow(int, void* row)
     static_cast<RowInProgress*>(row)->complete = true;
 }
 
-// RFC 4180 counts spaces as part of a field; the parser would trim them.
+// In RFC 4180, spaces are part of a field; without this, the parser would remove them.
 int noSpace(unsigned char)
 {
     return 0;
@@ -40,7 +40,7 @@ struct Mark
 {
     std::string text;       ///< the first number with the mark
     std::size_t line = 0;   ///< of that number; 0: no number has the mark
-    bool isDecimal = false; ///< in some number, a thousands separator could not stand at its place
+    bool isDecimal = false; ///< in some number it cannot be a thousands separator
 };
 
 /// What the numbers of a text say about its decimal mark.
@@ -125,11 +125,14 @@ char findSeparator(std::istream& in, std::streampos start, CsvKind (*kindOf)(std
         }
     }
     if (mostKnown == 0 && mostFields == 1)
-        throw CsvProblem(header.line, "the columns are separated neither by commas nor by semicolons or tabs");
+        throw CsvProblem(header.line,
+                         header.fields.empty()
+                             ? "broken quoting of the header; a quotation mark belongs on both sides of a name"
+                             : "the columns are separated neither by commas nor by semicolons or tabs");
     return best;
 }
 
-/// Looks at the first bytes; the line ends are found there, too.
+/// Finds the byte order mark and the line ends in the first bytes. Throws CsvProblem for UTF-16.
 CsvFormat lookAtStart(std::istream& in)
 {
     std::array<char, 4096> block{};
@@ -181,7 +184,7 @@ CsvFormat findCsvFormat(std::istream& in, CsvKind (*kindOf)(std::string_view nam
     return format;
 }
 
-/// The byte that is next in the text, which stays there; the end of file of the streams at its end.
+/// The next byte of the text, which is not taken; eof() at the end of the text.
 int CsvReader::nextByte()
 {
     try {
@@ -225,8 +228,8 @@ bool CsvReader::hasLine(std::size_t at)
     return at < lines.size() || readLine();
 }
 
-/// Reads the row that begins `lines`, more than one of them when a quoted field contains line ends. Gives the number of
-/// lines it takes, 0 when its quoting is broken.
+/// Reads the row at the beginning of `lines`. It has more than one line when a quoted field contains line ends. Gives
+/// the number of its lines; 0 when its quoting is broken.
 std::size_t CsvReader::readRow(std::vector<std::string>& fields)
 {
     csv_parser parser;

@@ -16,7 +16,7 @@ struct CsvRow
 {
     std::size_t line = 0;            ///< the physical line it begins on, from 1
     std::vector<std::string> fields; ///< empty when the quoting is broken
-    std::string broken;              ///< then the line as it stands
+    std::string broken;              ///< in this case, the line as it is
 };
 
 /// Why a CSV text as a whole cannot be read.
@@ -59,27 +59,27 @@ enum class CsvKind
 };
 
 /// Finds how the rest of `in` is written: separated by commas, semicolons or tabs, and in the last two with a decimal
-/// point or comma. The separator is the one that finds most known columns in the header. Where no number has a decimal
-/// mark, it is the one that spreadsheets have beside that separator. Throws CsvProblem when the text can be read in no
-/// way or in more than one: another encoding or separator, both decimal marks, one that may separate thousands. A text
-/// that no decimal mark makes a number, like "1.2.3", says nothing; who reads the row refuses it. Reads to the end.
+/// point or comma. The separator is the one that gives most known columns in the header. When no number has a decimal
+/// mark, the mark is the one that spreadsheets use with this separator. Throws CsvProblem when the text cannot be read,
+/// or can be read in two ways: another encoding or separator, both decimal marks, a mark that may separate thousands. A
+/// text like "1.2.3", which no decimal mark makes a number, does not count here: its row is refused later. Reads to the
+/// end.
 CsvFormat findCsvFormat(std::istream& in, CsvKind (*kindOf)(std::string_view name), const CsvKnown& known = {});
 
-/// The rows of an RFC 4180 text, one after the other; lines end in LF, CRLF or CR, and a UTF-8 byte order mark is
-/// passed over. Line ends in a quoted field are kept as they are. Rows without any text (a blank line, ",,,") are left
-/// out. A row with broken quoting comes without fields, and reading goes on with the line after the one it begins on.
-/// Holds one row at a time.
+/// The rows of an RFC 4180 text, one after the other. Lines end in LF, CRLF or CR; a UTF-8 byte order mark is ignored.
+/// Line ends in a quoted field are kept as they are. Rows without any text (a blank line, ",,,") are left out. A row
+/// with broken quoting is one line and comes without fields; the next line is read as a row of its own. One row is in
+/// memory at a time.
 class CsvReader
 {
 public:
     /// Reads from where `text` stands, which must outlive the reader.
     explicit CsvReader(std::istream& text, char separatedBy = ',') : in(text), separator(separatedBy) {}
 
-    /// Whether there was another row. Throws CsvProblem at a line that is beyond all measure, not in UTF-8 or cannot be
-    /// read.
+    /// Whether there was another row. Throws CsvProblem at a line that is too long, is not in UTF-8 or cannot be read.
     bool next(CsvRow& row);
 
-    /// Whether the text read last ended in a line end, as a whole file does.
+    /// Whether the last line that was read has a line end. A file that was cut often ends without one.
     bool lastLineHasEnd() const { return hasEnd; }
 
 private:

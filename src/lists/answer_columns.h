@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// A choice, the gas or its gravity: a row may leave it out, and the answer fills in what it was sized for.
+/// A choice, the gas or its gravity. A row may leave it out; then the answer fills in what the row was sized with.
 struct FilledColumn
 {
     std::size_t column; ///< in `listColumns`
@@ -25,12 +25,12 @@ struct AnswerParts
     const std::string& tables;   ///< their label
 };
 
-/// A column that only the answer has. A list that is an answer has them too: they are made anew.
+/// A column of the results. In a list that is an earlier answer, its fields are made anew.
 struct AnswerColumn
 {
     const char* name;
     std::string (*text)(const AnswerParts& parts);
-    std::optional<Box> unitOf; ///< it says the unit of this box, which the header may say itself
+    std::optional<Box> unitOf; ///< the column says the unit of this box; left out when the header says it
 };
 
 /// All of them, in their order.
@@ -39,6 +39,6 @@ std::span<const AnswerColumn> answerColumns();
 inline constexpr const char* filledInName = "Filled In";
 inline constexpr const char* commentsName = "Comments";
 
-/// Adds what the column "Filled In" says of one field. `betweenParts` is between two of them.
+/// Adds the name and the text of one field that was filled in. `betweenParts` separates two fields.
 void addFilledIn(std::string& all, std::size_t column, std::string_view text);
 inline constexpr std::string_view betweenParts = " | ";

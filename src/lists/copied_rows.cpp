@@ -13,9 +13,9 @@ namespace
 constexpr char tab = '\t';
 constexpr std::size_t mostRows = 5'000; // about a second, in which the window waits
 
-/// The length of the quoted cell that a text begins with, 0 when there is none. Spreadsheets put a cell with a line
-/// break in quotation marks and double those inside, but some leave one like "A" tank as it is. A cell has no tab, so
-/// such a one never swallows its neighbours.
+/// The length of the quoted cell at the beginning of a text; 0 when there is none. Spreadsheets put a cell with a line
+/// break in quotation marks and double the quotation marks inside. Some leave a cell like "A" tank as it is: a tab
+/// always ends a cell, so that such a cell does not run on into the next one.
 std::size_t quotedLength(std::string_view text)
 {
     if (!text.starts_with('"'))
@@ -26,12 +26,12 @@ std::size_t quotedLength(std::string_view text)
             continue;
         if (!after.starts_with('"'))
             return after.empty() || after.find_first_of("\t\r\n") == 0 ? at + 1 : 0;
-        ++at; // one of two
+        ++at; // the second of a doubled quotation mark
     }
     return 0;
 }
 
-/// Takes the cell that a text begins with off it. Line breaks in it become blanks, so that a row is one line.
+/// Removes the first cell from a text and gives it. Line breaks in it become blanks, so that a row is one line.
 std::string takeCell(std::string_view& text)
 {
     const std::size_t quoted = quotedLength(text);
@@ -63,7 +63,7 @@ std::string csvOf(std::string_view copied)
 CopiedRows sizeAll(DutyList& list, std::size_t headerLine)
 {
     std::vector<std::string> lacking = list.lacking();
-    if (!lacking.empty() && lacking.front() != "Tank Volume") // which Direct Displacement does without
+    if (!lacking.empty() && lacking.front() != "Tank Volume") // Direct Displacement needs none
         return {"", "Nothing is sized: the first copied row must be the header, and it lacks " +
                         listed(lacking, " and ") + '.'};
     if (list.isAnswer())
@@ -76,7 +76,7 @@ CopiedRows sizeAll(DutyList& list, std::size_t headerLine)
     std::size_t line = headerLine + 1; // the next one in the answer
     std::size_t counts[] = {0, 0, 0};  // by status
     while (const std::optional<SizedDuty> duty = list.next()) {
-        added += std::string(duty->row.line - line, '\n') + list.added(*duty); // empty rows are not handed out
+        added += std::string(duty->row.line - line, '\n') + list.added(*duty); // `next` passes over empty rows
         line = duty->row.line + 1;
         ++counts[static_cast<std::size_t>(duty->status)];
     }

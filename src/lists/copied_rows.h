@@ -10,6 +10,6 @@ struct CopiedRows
 };
 
 /// Sizes the rows of `copied`, UTF-8 as spreadsheets put them on the clipboard: a header, then a line a row, cells
-/// separated by tabs. Empty rows stay empty, so that what is added lines up with the list. Numbers are read and written
-/// as those of the rows are; where none has a decimal mark, with `decimalMark`. Never throws.
+/// separated by tabs. Empty rows stay empty, so that the new columns fit beside the list. Numbers are read and written
+/// with the decimal mark of the rows, or with `decimalMark` when no number has one. Never throws.
 CopiedRows sizeCopiedRows(const std::string& copied, const std::string& dataFile, char decimalMark);

@@ -23,7 +23,7 @@ constexpr struct
     {"celsius", "Celcius"},
 };
 
-/// A unit without what is written in many ways: case, blanks, points, degree signs and raised figures.
+/// A unit in one way of writing: small letters, without blanks, points and degree signs, raised figures as plain ones.
 std::string plain(std::string_view unit)
 {
     constexpr struct
@@ -47,8 +47,8 @@ std::string plain(std::string_view unit)
     return text;
 }
 
-/// What the record calls the unit of a box; nullptr for the pressures, of which there are many, and where there is
-/// none.
+/// The member that names the unit of a box. nullptr for the pressure, which has several units, and for a box without
+/// unit.
 const char* UnitSystem::*unitName(Box box)
 {
     switch (box) {
@@ -81,7 +81,7 @@ std::optional<HeaderUnit> unitOf(const ListColumn& column, std::string_view text
     return std::nullopt;
 }
 
-/// The text in brackets, or behind a comma or a stroke; nullopt when `rest` is written in none of these ways.
+/// The text in brackets, or behind a comma or a slash; nullopt when `rest` has none of these.
 std::optional<std::string_view> setApart(std::string_view rest)
 {
     const std::string_view signs = "[](),/";

@@ -78,7 +78,7 @@ constexpr std::size_t columnOf(Target target)
 struct HeaderUnit
 {
     const UnitSystem* system = nullptr; ///< nullptr: the header says nothing of it
-    const char* pressure = nullptr;     ///< as the setup screen lists it; likewise
+    const char* pressure = nullptr;     ///< as the setup screen lists it; nullptr: the header does not say it
 };
 
 /// The column that a header names.
@@ -93,7 +93,7 @@ struct NamedColumn
 /// case are alike.
 std::optional<NamedColumn> namedColumn(std::string_view header);
 
-/// Whether a header is a unit and nothing else: what a comma has cut off in "Tank Volume, m3".
+/// Whether a header is only a unit: a comma has separated it from its column, as in "Tank Volume, m3".
 bool isUnitAlone(std::string_view header);
 
 /// The units that the header of a column may have: "gpm or m3/Hr".

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// The choices that the offers tell apart, in the order of the setup screen: each leaves fewer for the next.
+/// The choices by which offers differ, in the order of the setup screen. Each choice leaves fewer offers.
 constexpr struct
 {
     Choice choice;
@@ -36,7 +36,7 @@ std::vector<const Offer*> allOffers()
     return all;
 }
 
-/// What offers have for one step.
+/// The different texts that some offers have in one step.
 Texts textsOf(const std::vector<const Offer*>& some, std::size_t step)
 {
     Texts texts;
@@ -51,8 +51,8 @@ std::string listedOf(const Texts& texts, const char* lastOne = " or ")
     return listed({texts.begin(), texts.end()}, lastOne);
 }
 
-/// The text that an entry means, upper and lower case alike; nullptr when it is none of them. Of the unit systems, the
-/// screens show two texts.
+/// The one of `texts` that an entry means; nullptr when it means none. Upper and lower case are alike. A unit system
+/// has two texts on the screens, "US" and "U.S. Units".
 const char* meant(std::string_view entry, const Texts& texts)
 {
     for (const char* const text : texts) {
@@ -69,7 +69,7 @@ std::string entryOf(std::size_t column, std::string_view entry)
     return std::string(listColumns[column].name) + ' ' + inQuotes(std::string(entry));
 }
 
-/// What the header says of a choice; "": nothing.
+/// What the header says of a choice; "" when it says nothing.
 std::string_view saidByHeader(Choice choice, const ListHeader& header)
 {
     if (choice == Choice::unitSystem && header.unit.system != nullptr)
@@ -79,8 +79,8 @@ std::string_view saidByHeader(Choice choice, const ListHeader& header)
     return "";
 }
 
-/// One of the `texts` for a choice, of which an empty entry is what the header says, or else the first. `canBe` says
-/// what it can be, of an entry that is none of them.
+/// The one of `texts` that a row chooses. Where the row has no entry, this is what the header says, or else the first
+/// text. Of an entry that is none of them, `canBe` says what can be chosen.
 template <typename CanBe>
 const char* choose(Choice choice, const Entries& entries, const ListHeader& header, const Texts& texts,
                    const CanBe& canBe)
@@ -105,12 +105,13 @@ std::string canBeIn(std::size_t step, std::string_view entry, const Texts& texts
 {
     const Texts all = textsOf(allOffers(), step);
     if (all.size() == texts.size())
-        return "it is " + listedOf(all);
-    const std::string here = "for " + listedOf(chosen, " and ") + " it is " + listedOf(texts);
-    return meant(entry, all) != nullptr ? here : "it is " + listedOf(all) + "; " + here;
+        return "it must be " + listedOf(all);
+    const std::string here = "for " + listedOf(chosen, " and ") + " it must be " + listedOf(texts);
+    return meant(entry, all) != nullptr ? here : "it must be " + listedOf(all) + "; " + here;
 }
 
-/// The choices are made in the order of the setup screen; its defaults are the first of each.
+/// The offer that a row chooses. The choices are made in the order of the setup screen, and the first text is the
+/// default.
 const Offer& chosenOffer(const Entries& entries, const ListHeader& header)
 {
     std::vector<const Offer*> left = allOffers();
@@ -124,7 +125,7 @@ const Offer& chosenOffer(const Entries& entries, const ListHeader& header)
     return *left.front();
 }
 
-/// Whether a text is a number with thousands separators. Long ones are none, and may be more than the search can take.
+/// Whether a text is a number with thousands separators. A long text is none, and its search might overflow the stack.
 bool hasThousandsSeparators(const std::string& text)
 {
     static const std::regex separated(
@@ -132,7 +133,8 @@ bool hasThousandsSeparators(const std::string& text)
     return text.size() < 50 && std::regex_match(text, separated);
 }
 
-/// A number as it is entered, "" where the row has none.
+/// The text that is entered for a number; "" when the row has none. Throws CannotBeEntered for a text that is no
+/// number.
 std::string numberEntry(std::size_t column, std::string_view entry, const NumberText& numbers)
 {
     std::string text(trimmed(entry));
@@ -145,8 +147,9 @@ std::string numberEntry(std::size_t column, std::string_view entry, const Number
     throw CannotBeEntered(entryOf(column, text) + " is not a number; here one is written like " + written);
 }
 
-/// Picking a listed gas fills in its gravity, typing a gravity names the gas; what the row itself has comes last. A gas
-/// that is not listed would be sized at the gravity of the one before: it needs its own.
+/// Enters gas and gravity as on the screen: a listed gas fills in its gravity, and a gravity fills in its gas. What the
+/// row says itself is kept. A gas that is not listed needs a gravity: else it would be sized with that of the default
+/// gas.
 void enterGas(std::string_view gas, const std::string& gravity, const NumberText& numbers, PlainScreen& screen)
 {
     std::string& gasBox = screen.boxes[Box::cmbBlanketingGas];
@@ -168,11 +171,14 @@ void enterGas(std::string_view gas, const std::string& gravity, const NumberText
         gravityBox = gravity;
         gasBox = gasOf(numbers.leading(gravity));
     }
+    if (isListed && !gasBox.empty() && gasBox != listedGas->name && !gravity.empty())
+        throw CannotBeEntered(entryOf(columnOf(Box::cmbBlanketingGas), gas) + ": the Specific Gravity " + gravity +
+                              " is that of " + gasBox);
     if (!trimmed(gas).empty())
         gasBox = isListed ? listedGas->name : std::string(gas);
 }
 
-/// Fills the boxes of both screens. Entries for boxes that are not shown are passed over; empty ones leave the default.
+/// Fills the boxes of both screens. An entry for a hidden box is ignored. An empty entry leaves the default.
 void enter(const Entries& entries, const NumberText& numbers, FreshSizing& sizing)
 {
     const std::string sizingCase = sizingCaseOf(sizing.state);
@@ -200,7 +206,7 @@ FreshSizing enteredOn(const Entries& entries, const ListHeader& header, const Nu
     const Offer& offer = chosenOffer(entries, header);
     const Texts methods = {choice::api2000, choice::directDisplacement};
     const char* const method = choose(Choice::sizingMethod, entries, header, methods,
-                                      [&](std::string_view) { return "it is " + listedOf(methods); });
+                                      [&](std::string_view) { return "it must be " + listedOf(methods); });
     FreshSizing sizing(offer, method, numbers);
     enter(entries, numbers, sizing);
     return sizing;

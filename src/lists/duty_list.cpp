@@ -21,7 +21,7 @@ std::string tooManyFields(std::size_t count)
     return std::to_string(count) + " fields are more than the header has columns";
 }
 
-/// How the reader of CSV texts takes a header.
+/// What kind of column the reader of CSV texts finds under a header.
 CsvKind kindOf(std::string_view header)
 {
     const auto named = namedColumn(header);
@@ -63,11 +63,11 @@ DutyList::DutyList(std::istream& list, std::string dataFile, const CsvKnown& kno
 ListHeader DutyList::readHeader()
 {
     CsvRow row;
-    reader_.next(row); // without a row, a header without names
+    reader_.next(row); // of an empty list, `row` stays empty, and ListHeader refuses it
     return ListHeader(row);
 }
 
-/// Without a data file every row would fail.
+/// Throws when no table can be read: every row would fail.
 void DutyList::expectDataFile()
 {
     std::string reason;
@@ -76,7 +76,7 @@ void DutyList::expectDataFile()
         try {
             store_.table(offer.valveTable, {});
             return;
-        } catch (const SilentFailure& failure) { // of this table alone, or of the file
+        } catch (const SilentFailure& failure) { // the next table may be readable
             reason = failure.what();
         }
     }
@@ -121,8 +121,8 @@ void DutyList::expectNoUnits(const CsvRow& row) const
     }
 }
 
-/// Why the fields of a row do not stand below the columns, "" when they do. Such a row becomes one text. In an answer,
-/// a row that has nothing but this text is refused for the same.
+/// Why the fields of a row do not fit the columns; "" when they do. Such a row is written to the answer as one text. In
+/// an answer that is read again, such a text is refused for the same reason.
 std::string DutyList::misfit(CsvRow& row) const
 {
     std::vector<std::string>& fields = row.fields;
@@ -148,7 +148,7 @@ std::string DutyList::misfit(CsvRow& row) const
     return reason;
 }
 
-/// Whether the first field is the only one of the list's own with a text.
+/// Whether only the first of the list's own fields has a text.
 bool DutyList::hasOneText(const std::vector<std::string>& fields) const
 {
     for (std::size_t at = 0; at < fields.size(); ++at)
@@ -157,8 +157,8 @@ bool DutyList::hasOneText(const std::vector<std::string>& fields) const
     return true;
 }
 
-/// In a row of an answer, what the program had filled in is no entry, unless it was changed since. A spreadsheet may
-/// have written the answer anew with another decimal mark.
+/// Empties the fields of an answer's row that the program had filled in, unless the user has changed them. Points and
+/// commas are taken as alike: a spreadsheet may have changed the decimal mark.
 void DutyList::emptyWhatWasFilledIn(std::vector<std::string>& fields) const
 {
     if (filledInAt_ >= fields.size())
@@ -183,7 +183,7 @@ void DutyList::sizeRow(SizedDuty& duty)
 {
     const std::vector<std::string>& fields = duty.row.fields;
     Entries entries;
-    for (std::size_t column = 0; column < entries.size(); ++column) // a row may end early: what is missing is empty
+    for (std::size_t column = 0; column < entries.size(); ++column) // a row may have fewer fields than the header
         if (header_.places[column] < fields.size())
             entries[column] = fields[header_.places[column]];
 
@@ -192,14 +192,15 @@ void DutyList::sizeRow(SizedDuty& duty)
     noteTaken(entries, sizing);
     noteOtherGravity(entries, duty.row.line);
     sizing.click(numbers_, store_);
-    if (const std::string reason = store_.whyUnreadable(); !reason.empty())
+    if (const std::string reason = store_.trouble(); !reason.empty())
         sizing.messages.show(reason);
     duty.status = !sizing.messages.texts.empty() ? SizedDuty::Status::failed
                   : sizing.screen.hasValve()     ? SizedDuty::Status::sized
                                                  : SizedDuty::Status::refused;
 }
 
-/// A row of an answer has units that its figures do not go by: whoever changed one there meant another duty.
+/// Throws when a unit in a row of an answer is not the one that the row is sized in: the user has changed it there and
+/// means another duty.
 void DutyList::expectUnits(const SizedDuty& duty) const
 {
     const AnswerParts parts{duty, "", tablesText_};
@@ -214,7 +215,8 @@ void DutyList::expectUnits(const SizedDuty& duty) const
     }
 }
 
-/// A default is taken for granted; a unit of the header is not, nor a gas by its gravity or a gravity by its gas.
+/// Counts the defaults that a row is sized with. What the header says is no default, nor is a gas that its gravity
+/// gives or a gravity that its gas gives.
 void DutyList::noteTaken(const Entries& entries, const FreshSizing& sizing)
 {
     constexpr std::size_t gravity = columnOf(Box::txtSpecGrav);
@@ -269,7 +271,7 @@ std::vector<std::string> DutyList::notes() const
         own.resize(namedOwn + 1);
     }
     if (!own.empty())
-        lines.push_back("not of a duty and carried through: " + listed(own, ", "));
+        lines.push_back("copied unchanged, for the program does not use them: " + listed(own, ", "));
     return lines;
 }
 
@@ -302,7 +304,7 @@ std::vector<std::string> DutyList::answerFields(const SizedDuty& duty) const
     const AnswerParts parts{duty, filledIn, tablesText_};
     for (std::size_t at = 0; at < fields.size(); ++at)
         if (const ListHeader::Column& column = header_.columns[at]; column.kind == ListHeader::Kind::answer)
-            if (duty.sizing || !answerColumns()[column.number].unitOf) // what is wrong with a unit is left to be mended
+            if (duty.sizing || !answerColumns()[column.number].unitOf) // a wrong unit stays, for the user to correct
                 fields[at] = answerColumns()[column.number].text(parts);
     return fields;
 }

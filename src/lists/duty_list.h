@@ -20,8 +20,8 @@
 // 1. `size_valves` (lists/size_valves.cpp) hands its arguments to `sizeValves` (lists/size_command), which opens the
 //    list and the file of the results (lists/results).
 // 2. `DutyList` (below) finds how the list is written (files/csv_reader: separator, decimal mark, line ends) and reads
-//    its header (lists/list_header) by the columns and units that there are (lists/duty_columns), and by what looks
-//    like one of them (lists/words).
+//    its header (lists/list_header). The known columns and units are in lists/duty_columns; lists/words finds headers
+//    that resemble one of them.
 // 3. For each row, `enteredOn` (lists/duty_entries) makes the choices of the setup screen and fills the boxes of the
 //    main form, or refuses the row. Then comes one click (engine/sizing_driver.h).
 // 4. `answer` writes the row back, filled in with the choices that it left out, and with what the main form shows now
@@ -31,15 +31,16 @@
 // All rows are sized on the data file as it is when the list is opened. The screens do the same: "Size a List..." by
 // lists/list_run, "Size Copied Rows" by lists/copied_rows.
 
-/// A list of duties as CSV, headed by the names on the screens, read and sized row by row. Missing columns and fields
-/// and empty ones take the defaults of the screens, and the answer says which; values of boxes that the main form hides
-/// for a row are passed over. A number that cannot be one refuses its row. An answer is a list again: what it filled in
-/// is worked out anew, and so are its results.
+/// A list of duties as CSV, which is read and sized row by row. Its header has the names on the screens. A missing or
+/// empty field takes the default of the screens, and the answer says so. Values of boxes that the main form hides for a
+/// row are ignored. A text that is no number refuses its row. An answer can be read as a list: what was filled in is
+/// worked out anew, and so are the results.
 class DutyList
 {
 public:
-    /// Reads how the list is written and its header, twice over `list`, which can be rewound and must outlive this.
-    /// Throws CsvProblem when the list or its header cannot be read, std::runtime_error when the data file cannot.
+    /// Finds how the list is written, then reads its header. For this, `list` is read twice: it must be seekable. It
+    /// must outlive this object. Throws CsvProblem when the list or its header cannot be read, std::runtime_error when
+    /// the data file cannot.
     DutyList(std::istream& list, std::string dataFile, const CsvKnown& known = {});
     DutyList(const DutyList&) = delete; // the reader and the store refer to it
 
@@ -48,10 +49,10 @@ public:
     /// The label of the tables that the rows are sized on.
     const std::optional<TablesLabel>& tables() const { return tables_; }
 
-    /// Whether the data file is another one by now.
+    /// Whether the data file was replaced or changed since the list was opened.
     bool isDataFileReplaced() const { return store_.isReplaced(); }
 
-    /// What the routines of the engine and the report reach of a sizing of this list.
+    /// The context in which the engine and the report work on a sizing of this list.
     SizingContext context(FreshSizing& sizing) { return sizing.context(numbers_, store_); }
 
     /// What a row has for a tag number; "" when it has none or does not fit the header.
@@ -60,11 +61,11 @@ public:
     /// The next row, sized; nullopt at the end.
     std::optional<SizedDuty> next();
 
-    /// The header of the answer: that of the list, the choices that it lacks, what a sizing gives.
+    /// The header of the answer: the columns of the list, of the choices that it lacks, and of the results.
     std::string answerHeader() const;
 
-    /// One row of the answer in the format of the list: its fields as they came, those it left out filled in, then the
-    /// captions of the main form.
+    /// One row of the answer in the format of the list: the fields of the list as they came, what it left out filled
+    /// in, then the captions of the main form.
     std::string answer(const SizedDuty& duty) const;
 
     /// The same without the columns of the list.
@@ -77,8 +78,8 @@ public:
     /// The columns that a row needs and the header lacks: "Pump Rate", "Pressure"; by API-2000 "Tank Volume".
     std::vector<std::string> lacking() const;
 
-    /// What the user is told at the end, a line each: what was taken for granted in the rows so far, and which columns
-    /// are the user's own.
+    /// What the user is told at the end, one line each: the defaults that were taken for the rows so far, and the
+    /// columns that are the user's own.
     std::vector<std::string> notes() const;
 
 private:
@@ -102,12 +103,12 @@ private:
     CsvReader reader_;
     ListHeader header_;
     std::optional<CsvRow> first_; ///< the row below the header, until it is sized
-    std::size_t filledInAt_;      ///< of the columns with these names; `ListHeader::nowhere` without them
+    std::size_t filledInAt_;      ///< places of these two columns; `ListHeader::nowhere` when there is none
     std::size_t commentsAt_;
     std::optional<TablesLabel> tables_;
     std::string tablesText_; ///< what the answer says of them
     std::map<std::size_t, std::map<std::string, std::size_t, std::less<>>>
-        taken_;                                           ///< by column and text: in how many rows
+        taken_;                                           ///< defaults by column and text: for how many rows
     std::size_t otherGravities_ = 0;                      ///< rows whose listed gas has another gravity
     std::size_t firstOtherGravity_ = ListHeader::nowhere; ///< the line of the first
 };

@@ -9,8 +9,8 @@
 namespace
 {
 
-/// The places of the columns that an answer has made; of columns with one name, the last. None are in a list that has
-/// not most of them: there, such columns are the user's own.
+/// For each column, its number in `answerColumns()`, or `nowhere`. Of two columns with the same name, the last is the
+/// answer's. A list without most of these columns is no answer: there, such columns are the user's own.
 std::vector<std::size_t> answerPlaces(const std::vector<std::string>& names)
 {
     std::vector<std::size_t> places(names.size(), ListHeader::nowhere);
@@ -97,7 +97,7 @@ void ListHeader::addDuty(const std::string& header, const NamedColumn& named, st
         faults.push_back(header + ": " + listColumns[named.number].name + " stands twice");
     places[named.number] = columns.size();
     if (!named.unit)
-        faults.push_back(header + ": its unit is " + unitsFor(named.number));
+        faults.push_back(header + ": its unit must be " + unitsFor(named.number));
     else
         addUnit(header, *named.unit, faults);
     if (!named.unitText.empty())
@@ -119,7 +119,8 @@ void ListHeader::addUnit(const std::string& header, const HeaderUnit& found, std
     }
 }
 
-/// What a row leaves out is added where the list has no column for it, unless its header says it; then the results.
+/// Adds columns for the choices that the list has no column for, unless its header says them; then those of the
+/// results.
 void ListHeader::addWhatIsLacking()
 {
     for (const FilledColumn& filled : filledColumns())

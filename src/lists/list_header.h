@@ -26,17 +26,17 @@ struct ListHeader
 
     static constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
 
-    std::vector<Column> columns;                              ///< of the answer: those of the list, then what it lacks
+    std::vector<Column> columns;                              ///< of the answer: those of the list first
     std::size_t given = 0;                                    ///< how many of them the list has
     std::array<std::size_t, std::size(listColumns)> places{}; ///< of each duty column in `columns`, or `nowhere`
-    std::size_t firstGiven = 0;                               ///< of `columns`, the first that is not made anew
+    std::size_t firstGiven = 0;                               ///< the first of `columns` that is not made anew
 
-    HeaderUnit unit;        ///< that columns of the list name
+    HeaderUnit unit;        ///< what the columns of the list say
     std::string systemBy;   ///< the header that says the unit system
     std::string pressureBy; ///< the header that says the unit of pressure
 
-    /// Throws CsvProblem that names all faults: columns that resemble one of a duty or stand twice, units that are none
-    /// or of two systems, no column of a duty at all.
+    /// Throws a CsvProblem that names all faults: columns that resemble one of a duty, columns that stand twice,
+    /// unknown units, units of two systems, or no column of a duty.
     explicit ListHeader(const CsvRow& row);
 
     /// Whether the list itself has the column.

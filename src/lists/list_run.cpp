@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/// Has a failure name the file that it is about.
+/// Runs `action`. The message of a failure begins with the name of `file`.
 template <typename Action>
 auto about(const fs::path& file, const Action& action)
 {
@@ -22,7 +22,7 @@ auto about(const fs::path& file, const Action& action)
     }
 }
 
-/// The same where the list is read, whose rows have lines.
+/// The same while the list is read: the message names the line, too.
 template <typename Action>
 auto reading(const fs::path& list, const Action& action)
 {

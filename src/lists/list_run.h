@@ -17,11 +17,11 @@ struct ListFiles
     std::filesystem::path list;
     std::filesystem::path answer;
     bool replacesAnswer = false;                    ///< the user has agreed to it
-    std::optional<std::filesystem::path> summaries; ///< a directory; those that are there stay
+    std::optional<std::filesystem::path> summaries; ///< a directory; files that are there stay
 };
 
-/// Sizes a list row by row into files, as `size_valves` does. Until the last row is done there is no answer; what is
-/// given up before leaves none. Summaries are in place one by one. Every failure throws std::runtime_error.
+/// Sizes a list row by row into files, as `size_valves` does. The answer is put in place after the last row; a run that
+/// is given up leaves none. Each summary is in place at once. Every failure throws std::runtime_error.
 class ListRun
 {
 public:

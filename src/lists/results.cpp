@@ -11,7 +11,8 @@
 namespace
 {
 
-/// Nothing stays in a buffer, which would be written at the end of the program, whoever waits for that.
+/// Writes without a buffer. A buffer would be written when the program ends, and after an interruption that might wait
+/// for a full pipe.
 void writeOut(std::string_view text)
 {
     while (!text.empty()) {

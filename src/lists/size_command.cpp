@@ -65,7 +65,7 @@ std::optional<Options> optionsOf(Arguments given)
     return isRight ? std::optional(options) : std::nullopt;
 }
 
-/// The list, which can be read twice: what comes through a pipe is read into memory.
+/// Opens the list. It must be read twice, so a list that comes through a pipe is read into memory.
 std::unique_ptr<std::istream> openList(const std::string& name)
 {
     auto file = std::make_unique<std::ifstream>();
@@ -82,7 +82,7 @@ std::unique_ptr<std::istream> openList(const std::string& name)
     std::streambuf* const pipe = (name == "-" ? std::cin : *file).rdbuf();
     try {
         std::string text(std::istreambuf_iterator<char>(pipe), {});
-        if (name == "-" && std::ferror(stdin) != 0) // a part is no list
+        if (name == "-" && std::ferror(stdin) != 0) // an incomplete list is not sized
             throw Stopped("standard input: " + std::string(std::strerror(errno)));
         return std::make_unique<std::istringstream>(std::move(text));
     } catch (const std::ios_base::failure& failure) {
@@ -90,7 +90,7 @@ std::unique_ptr<std::istream> openList(const std::string& name)
     }
 }
 
-/// How far the work is, on one line of a terminal.
+/// Shows how far the work is, on one line of a terminal.
 class Progress
 {
 public:

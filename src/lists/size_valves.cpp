@@ -11,12 +11,12 @@
 int main(int argc, char* argv[])
 {
     holdStandardStreams();
-    // What Qt warns of is nothing that a user of a list could mend; what ends the program must be said.
+    // A user of lists cannot do anything about Qt's warnings. Only a message that ends the program is written.
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
         if (type == QtFatalMsg)
             std::fprintf(stderr, "size_valves: %s\n", qPrintable(text));
     });
-    // The fonts of the summaries want an application with windows, but no display. The arguments are not Qt's.
+    // The fonts of the summaries need a QGuiApplication, but no display. Qt must not read the arguments.
     paintWithoutDisplay();
     int count = 1;
     char* program[] = {argv[0], nullptr};

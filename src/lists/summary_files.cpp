@@ -22,15 +22,15 @@ namespace
 
 constexpr const char* ending = ".pdf";
 
-/// A name by which those are found that differ in upper and lower case alone, which some systems take for one.
+/// A hash of a name, the same for upper and lower case: some systems take such names for the same.
 std::size_t hashOf(std::string name)
 {
     std::ranges::transform(name, name.begin(), lowerCase);
     return std::hash<std::string>()(name);
 }
 
-/// What a page says, as the last line of its file, which readers of PDF pass over. The day of the page does not count:
-/// a run that is gone on with on the next day finds its summaries.
+/// A hash of what a page says, as the last line of its file. Readers of PDF ignore this line. The date of the page is
+/// left out, so that a run that goes on the next day finds its summaries.
 std::string markOf(const SummaryForm& page, const std::optional<TablesLabel>& tables)
 {
     std::uint64_t hash = 14695981039346656037U; // FNV-1a of 64 bits
@@ -65,7 +65,7 @@ SummaryFiles::SummaryFiles(fs::path directory, MakePdf makePdf, std::string toda
         throw std::runtime_error(textOf(directory_) + ": " + failure.message());
 }
 
-/// The first name for a tag number that this run has not taken, upper and lower case alike.
+/// The first name for a tag number that this run has not used. Upper and lower case are alike.
 fs::path SummaryFiles::nextPath(const std::string& tagNumber, std::size_t line)
 {
     std::string name = fileNameOf(tagNumber);
@@ -105,7 +105,8 @@ void SummaryFiles::save(const SummaryForm& page, const std::optional<TablesLabel
 
 std::string SummaryFiles::write(DutyList& list, const SizedDuty& duty)
 {
-    const fs::path path = nextPath(list.tagNumber(duty), duty.row.line); // of every row, so that names stay
+    // A row that is not sized uses up its name, too: so the names are the same in every run.
+    const fs::path path = nextPath(list.tagNumber(duty), duty.row.line);
     if (duty.status != SizedDuty::Status::sized) {
         std::error_code unknown;
         if (!fs::exists(path, unknown))
@@ -113,7 +114,7 @@ std::string SummaryFiles::write(DutyList& list, const SizedDuty& duty)
         ++outdated_;
         return "the summary " + textOf(path) + " is of an earlier run";
     }
-    FreshSizing printed = *duty.sizing; // a page that fails clears the screen
+    FreshSizing printed = *duty.sizing; // a copy: a failure clears the screen
     printed.messages.texts.clear();
     try {
         if (const auto page = summaryOfSizing(list.context(printed), today_))

@@ -26,8 +26,8 @@ public:
     SummaryFiles(std::filesystem::path directory, MakePdf makePdf, std::string today, bool overwrite);
 
     /// Prints the summary of a sized duty of `list` into a file of its own, named by the tag number or, without one, by
-    /// the line. A summary that an earlier run has written there and that says the same is left. Of any other duty,
-    /// nothing is written, and a file that is there is left. Gives what the user must know; "" when there is nothing.
+    /// the line. A summary of an earlier run that says the same is left as it is. For a duty that is not sized, nothing
+    /// is written or deleted. Gives what the user must know; "" when there is nothing.
     std::string write(DutyList& list, const SizedDuty& duty);
 
     /// How many were left because they are there and say the same.
@@ -46,6 +46,6 @@ private:
     bool overwrite_;
     std::size_t left_ = 0;
     std::size_t outdated_ = 0;
-    /// By the hash of each name of this run, for there may be many: the last number it was tried with.
+    /// By the hash of each name of this run: the last number behind this name. Hashes need less memory than names.
     std::unordered_map<std::size_t, std::size_t> taken_;
 };

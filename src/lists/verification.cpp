@@ -97,7 +97,7 @@ Fields fieldsOf(const std::string& line, char separator)
     return row.fields;
 }
 
-/// What the answer says under each name of the list: the entries as they are there, then what was found.
+/// A row like `row`: its entries, then the results of the answer in the order of `header`.
 Fields foundUnder(const Fields& header, std::size_t entries, const Fields& row, const Fields& names,
                   const Fields& answer)
 {
@@ -109,7 +109,7 @@ Fields foundUnder(const Fields& header, std::size_t entries, const Fields& row, 
     return found;
 }
 
-/// A duty whose answer is another one, with all its entries; "" when the answers agree.
+/// The report of a duty whose answer differs, with all its entries; "" when the answers agree.
 std::string difference(const Fields& header, std::size_t entries, const Fields& expected, const Fields& found)
 {
     if (found == expected)

@@ -21,5 +21,5 @@ struct Verification
 };
 
 /// Sizes every duty of the verification list as "&Select Valve Size" does, and compares what the screen shows with the
-/// answers expected, which were worked out without this program.
+/// expected answers. These were worked out without this program.
 Verification verifyProgram(const VerificationPlace& place);

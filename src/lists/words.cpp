@@ -9,11 +9,11 @@
 namespace
 {
 
-constexpr std::size_t longestHeader = 80; // bytes; more is no name
-constexpr std::size_t unlike = 9;         // more slips than are taken for one name
+constexpr std::size_t longestHeader = 80; // bytes; a longer header is no name
+constexpr std::size_t unlike = 9;         // a distance: the names do not resemble each other
 
-/// What lists call the columns, too. Most of these columns have a default: when such a column was carried through, the
-/// valve would be sized for the default. A single word means the column only alone: "Pump Model" is no valve's.
+/// Other usual names of the columns. Most of these columns have a default: if such a column was carried through, the
+/// valve would be sized with the default. A single word counts only alone: "Pump Model" is not the model of the valve.
 constexpr struct
 {
     std::size_t column;
@@ -40,7 +40,7 @@ constexpr struct
     {columnOf(&SizingState::Representative), {"Representative"}},
 };
 
-/// The words of a name in small letters. "of" says nothing.
+/// The words of a name in small letters, without "of".
 std::vector<std::string> wordsOf(std::string_view name)
 {
     std::vector<std::string> words(1);
@@ -67,7 +67,7 @@ std::string joined(const std::vector<std::string>& words)
 /// How many slips make `one` of `other`: a letter more, less or another one, or two neighbours exchanged.
 std::size_t slipsBetween(std::string_view one, std::string_view other)
 {
-    // Of the table of distances between the beginnings of both, the last three rows are kept.
+    // The distances between all beginnings of both texts would be a table. Its last three rows are enough.
     std::vector<std::size_t> beforeLast;
     std::vector<std::size_t> last;
     for (std::size_t i = 0; i <= one.size(); ++i) {
@@ -88,7 +88,7 @@ std::size_t slipsBetween(std::string_view one, std::string_view other)
     return last.back();
 }
 
-/// Whether every word is the beginning of the one at its place, as in "Spec. Grav.".
+/// Whether every word is the beginning of the word at the same place, as in "Spec. Grav.".
 bool areCutShort(const std::vector<std::string>& words, const std::vector<std::string>& name)
 {
     return std::ranges::equal(words, name, [](const std::string& word, const std::string& other) {
@@ -96,14 +96,14 @@ bool areCutShort(const std::vector<std::string>& words, const std::vector<std::s
     });
 }
 
-/// Whether a header is the first letters of a name of more words, as "S.G." and "FP" are.
+/// Whether a header is the initials of a name of two or more words, as "S.G." and "FP" are.
 bool isInitials(const std::string& header, const std::vector<std::string>& name)
 {
     return name.size() > 1 && std::ranges::equal(header, name, {}, {}, [](const std::string& word) { return word[0]; });
 }
 
-/// How far a header is from a column's name, so that the nearest can be told: the number of slips, then words cut short
-/// or left out, words more, a word more with a slip. `unlike` when it is none of these.
+/// How far a header is from a column's name; the nearest column is told. In this order: the number of slips, words cut
+/// short or initials, additional words, an additional word and a slip. `unlike` when it is none of these.
 std::size_t distance(const std::vector<std::string>& words, const ListColumn& column)
 {
     const std::vector<std::string> name = wordsOf(column.name);
@@ -115,7 +115,7 @@ std::size_t distance(const std::vector<std::string>& words, const ListColumn& co
         return 3;
     const bool hasAll = std::ranges::all_of(
         name, [&](const std::string& word) { return std::ranges::find(words, word) != words.end(); });
-    if (hasAll && (name.size() > 1 || words.size() == 2)) // "Gas" alone is in many a name
+    if (hasAll && (name.size() > 1 || words.size() == 2)) // "Gas" is part of many other names
         return 5 - name.size();
     for (std::size_t more = 0; words.size() > 1 && more < words.size(); ++more) {
         std::vector<std::string> others = words;
@@ -176,7 +176,7 @@ std::optional<std::size_t> resembledColumn(std::string_view header)
     for (const auto& [column, names] : otherNames)
         for (const char* const name : names)
             compare(column, name == nullptr ? unlike : distance(words, name));
-    const std::size_t apart = header.find_first_of("[(,/"); // before a unit, known or not, as in "S.G. (air=1)"
+    const std::size_t apart = header.find_first_of("[(,/"); // a unit, known or not, as in "S.G. (air=1)"
     return nearest || apart == 0 || apart == std::string_view::npos ? nearest
                                                                     : resembledColumn(header.substr(0, apart));
 }

@@ -9,9 +9,9 @@
 /// "A", "A or B", "A, B or C".
 std::string listed(const std::vector<std::string>& names, const char* lastOne = " or ");
 
-/// Notes as sentences, each on a line below: "\nNo column Gas: Air taken for 2 rows."
+/// Notes as sentences, each on a new line: "\nNo column Gas: Air taken for 2 rows."
 std::string sentences(const std::vector<std::string>& notes);
 
-/// The column of `listColumns` that a header resembles, which is not its name: up to two slips, other signs or case, a
-/// word more, words cut short, first letters, or another usual name. nullopt when it resembles none.
+/// The column of `listColumns` that a header resembles without having its name: up to two slips, other signs or case,
+/// an additional word, words cut short, initials, or another usual name. nullopt when it resembles none.
 std::optional<std::size_t> resembledColumn(std::string_view header);

@@ -204,7 +204,7 @@ private:
     }
 
     static constexpr Rule unitDiffers{Severity::error, "figures in another unit",
-                                      "multiply them in the spreadsheet; nothing is converted unseen"};
+                                      "convert them in the spreadsheet; nothing is converted unseen"};
 
     void checkUnit(const HeaderField& field, const std::string& unit, std::size_t line)
     {

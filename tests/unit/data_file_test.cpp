@@ -107,8 +107,9 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
               "has too many tables and indexes"},
              {"a table with a very long text",
               [&] { sql("CREATE TABLE t (x DEFAULT '" + std::string(10'000, 'x') + "')" + noChecksum); }},
-             {"no table", [&] { sql("DROP TABLE psi_Pad" + noChecksum); }},
-             {"no index", [&] { sql("DROP INDEX \"psi_Pad.Index\"" + noChecksum); }},
+             {"no table", [&] { sql("DROP TABLE psi_Pad" + noChecksum); }, refusal, "has no table psi_Pad"},
+             {"no index", [&] { sql("DROP INDEX \"psi_Pad.Index\"" + noChecksum); }, refusal,
+              "has no such index: psi_Pad.Index"},
              {"an index on a formula", [&] { sql("CREATE INDEX i ON psi_Pad (flow * 2)" + noChecksum); }, refusal,
               "has an index that is computed"},
              {"an index of some rows", [&] { sql("CREATE INDEX i ON psi_Pad (flow) WHERE flow > 9" + noChecksum); },
@@ -119,9 +120,10 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
              {"a label that is a view", [&] { sql("CREATE VIEW Label AS SELECT 1 AS label, 2 AS date" + noChecksum); },
               "20 64"},
              // What a whole file does not have is a failure of its own lookup alone: no breathing.
-             {"no large tanks", [&] { sql("DROP TABLE USLargeTank" + noChecksum); }, "1 40"},
+             {"no large tanks", [&] { sql("DROP TABLE USLargeTank" + noChecksum); }, "1 40",
+              "has no table USLargeTank"},
              {"no flows of large tanks", [&] { sql("ALTER TABLE USLargeTank RENAME Pad TO Pump" + noChecksum); },
-              "1 40"},
+              "1 40", "has no column Pad"},
          }) {
         std::filesystem::remove_all(directory);
         std::filesystem::create_directory(directory);
@@ -135,8 +137,7 @@ TEST_F(DataFile, AFaultEndsInARefusalAndChangesNothing)
         EXPECT_EQ(size(), fault.answer) << fault.name;
         EXPECT_FALSE(tablesLabel(store).has_value()) << fault.name;
         if (!fault.reason.empty() || fault.answer != refusal) {
-            EXPECT_EQ(store.whyUnreadable(), fault.reason.empty() ? "" : "capacities.mdb " + fault.reason)
-                << fault.name;
+            EXPECT_EQ(store.trouble(), fault.reason.empty() ? "" : "capacities.mdb " + fault.reason) << fault.name;
         }
         EXPECT_LT(sqlite3_memory_highwater(0), 20'000'000) << fault.name;
         EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << fault.name; // on a busy machine

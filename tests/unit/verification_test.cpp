@@ -34,7 +34,8 @@ struct Shipped
     /// The same with the row that ends a list of `count` duties.
     static std::string ended(const std::string& text, int count)
     {
-        const auto separators = std::count(text.begin(), text.begin() + text.find('\n'), ',');
+        const std::string header = text.substr(0, text.find('\n'));
+        const auto separators = static_cast<std::size_t>(std::ranges::count(header, ','));
         return text + "\nend of " + std::to_string(count) + " duties" + std::string(separators, ',') + '\n';
     }
 
