@@ -110,6 +110,9 @@ TEST_F(BuildCapacities, GoesBothWays)
     write(root / "csv" / "kpa_Pad.csv", "mine");
     EXPECT_EQ(command({"--export", database.string(), (root / "csv").string()}), 1);
     EXPECT_TRUE(reported((root / "csv" / "kpa_Pad.csv").string() + ": error", "no table is overwritten")) << messages;
+    const fs::path roundabout = root / "none" / ".." / "csv"; // nothing is there to be seen until it is made
+    EXPECT_EQ(command({"--export", database.string(), roundabout.string()}), 1);
+    EXPECT_TRUE(reported(roundabout.string(), "it exists already")) << messages;
     EXPECT_EQ(contents(root / "csv" / "kpa_Pad.csv"), "mine");
 }
 

@@ -1,10 +1,13 @@
 #include "capacity/data_file.h"
+
+#include "base/failure.h"
 #include "capacity/tables_label.h"
 #include "support/data_file_fixture.h"
 
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <locale>
 #include <thread>
 
 namespace
@@ -234,6 +237,46 @@ TEST_F(DataFile, ACopyOnItsWayIsWaitedFor)
         EXPECT_EQ(size(), "20 64") << there;
         end.join();
     }
+}
+
+/// Acts when streams begin to read for the second time: the data file is read twice.
+struct SecondReading : std::codecvt<char, char, std::mbstate_t>
+{
+    std::function<void()> act;
+    mutable int readings = 0;
+
+    explicit SecondReading(std::function<void()> action) : act(std::move(action)) {}
+    bool do_always_noconv() const noexcept override // asked before each reading
+    {
+        if (++readings == 2)
+            act();
+        return true;
+    }
+};
+
+TEST_F(DataFile, AChangeBetweenTheTwoReadingsIsSeen)
+{
+    const std::string before(20'000, 'a');
+    const std::string after(20'000, 'b');
+    const auto write = [&](const std::string& bytes) {
+        std::ofstream(file) << bytes;
+        std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - 1h);
+    };
+    const auto read = [&](const std::function<void()>& meanwhile) {
+        write(before);
+        const std::locale usual = std::locale::global({std::locale(), new SecondReading(meanwhile)});
+        try {
+            const auto bytes = readDataFile(file, "");
+            std::locale::global(usual);
+            return bytes == before ? "before" : bytes == after ? "after" : "neither";
+        } catch (const SilentFailure&) {
+            std::locale::global(usual);
+            return "nothing";
+        }
+    };
+    EXPECT_STREQ(read([] {}), "before");
+    EXPECT_STREQ(read([&] { write(after); }), "after");
+    EXPECT_STREQ(read([&] { std::ofstream(file.string() + "-journal") << "x"; }), "nothing");
 }
 
 TEST_F(DataFile, ThatAnEarlierVersionBuiltIsRead)

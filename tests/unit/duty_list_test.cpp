@@ -1,7 +1,5 @@
 #include "lists/duty_list.h"
-#include "lists/summary_files.h"
 #include "lists/words.h"
-#include "report/file_name.h"
 #include "support/cases.h"
 #include "support/temporary_directory.h"
 
@@ -237,52 +235,6 @@ TEST(DutyList, EntersTheGasAsTheScreenDoes)
         const PlainScreen screen = list.next()->sizing->screen;
         EXPECT_EQ(screen.text(Box::cmbBlanketingGas) + " " + screen.text(Box::txtSpecGrav), entered);
     }
-}
-
-TEST(SummaryFiles, HaveNamesThatAreSafeAndTheirOwn)
-{
-    EXPECT_EQ(fileNameOf("../T 1/2\"\n"), "_.._T 1_2__"); // no dot first
-    for (const char* const device : {"com1 .x", "CON", "prn.", "Aux.pdf", "nul"})
-        EXPECT_TRUE(fileNameOf(device).starts_with('_')) << device;
-    EXPECT_EQ(fileNameOf("LPT\u00B3"), "_LPT\u00B3");
-    EXPECT_EQ(fileNameOf("COMB"), "COMB");
-    EXPECT_EQ(fileNameOf("T\u00851\u202Efdp\u2069\u00E4"), "T_1_fdp_\u00E4") << "characters that do not show";
-    EXPECT_EQ(fileNameOf("T. "), "T");
-    EXPECT_EQ(fileNameOf("\u200B# -"), "_# -");
-    EXPECT_EQ(fileNameOf("-1") + fileNameOf(" 1"), "_-1_ 1");
-    EXPECT_EQ(fileNameOf(std::string(98, 'a') + "\u20AC"), std::string(98, 'a')) << "a part of a character";
-
-    const TemporaryDirectory temporary;
-    const auto write = [&](SummaryFiles& files, const char* tag, const char* pumpRate = "10") {
-        std::istringstream in(std::string("Tag Number,Pump Rate,Pressure,Tank Volume\n") + tag + ',' + pumpRate +
-                              ",60,100\n");
-        DutyList list(in, testTables());
-        auto duty = list.next();
-        return files.write(list, *duty);
-    };
-    const auto pdf = [](const SummaryForm&, const std::optional<TablesLabel>&) { return std::string("page"); };
-    SummaryFiles files(temporary.path / "new", pdf, "today", false);
-    for (const char* const tag : {"T-1", "t-1", ""})
-        EXPECT_EQ(write(files, tag), "");
-    for (const char* const name : {"T-1.pdf", "t-1 (2).pdf", "line 2.pdf"})
-        EXPECT_TRUE(fs::exists(temporary.path / "new" / name)) << name;
-    std::ofstream(temporary.path / "new" / "T-1.pdf.new-backup") << "somebody's own";
-    const fs::path other = temporary.path / "new" / "other.pdf";
-    const auto slowPdf = [&](const SummaryForm&, const std::optional<TablesLabel>&) {
-        std::ofstream(other) << "somebody's own"; // while it is made, another program writes a file of that name
-        return std::string("page");
-    };
-    SummaryFiles again(temporary.path / "new", slowPdf, "tomorrow", false);
-    for (const char* const tag : {"T-1", "t-1"})
-        EXPECT_EQ(write(again, tag), "");
-    EXPECT_EQ(again.left(), 2U);
-    for (const char* const tag : {"", "other"})
-        EXPECT_NE(write(again, tag, "20").find("it exists already"), std::string::npos) << tag;
-    EXPECT_EQ(fs::file_size(other), 14U);
-    SummaryFiles forced(temporary.path / "new", pdf, "today", true);
-    EXPECT_EQ(write(forced, "T-1"), "");
-    EXPECT_EQ(forced.left(), 0U);
-    EXPECT_TRUE(fs::exists(temporary.path / "new" / "T-1.pdf.new-backup"));
 }
 
 } // namespace
