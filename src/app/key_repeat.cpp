@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event)
 {
@@ -27,21 +28,27 @@ bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event)
             const bool sinceRelease =
                 releasedAt_ > 0 && key->key() == releasedKey_ && key->timestamp() - releasedAt_ <= sameTime;
             isRepeated_ = key->isAutoRepeat() || sinceRelease;
-            if (!isRepeated_)
+            if (!isRepeated_) {
                 beganAt_.clear();
+                hasBegun_ = false;
+            }
             // The gas box opens and closes its list at this event.
             return isRepeated_ && (key->key() == Qt::Key_F4 || key->modifiers().testFlag(Qt::AltModifier));
         }
-        case QEvent::Shortcut:
-            return isRepeated_;
+        case QEvent::Shortcut: {
+            const bool isFirst = !std::exchange(hasBegun_, true);
+            return isRepeated_ && !isFirst;
+        }
         case QEvent::KeyPress: {
             auto* const target = qobject_cast<QWidget*>(watched);
             const int key = static_cast<QKeyEvent*>(event)->key();
             if (target == nullptr || isModifier(key))
                 return false;
-            if (!isRepeated_ && beganAt_.isNull()) // a press that nobody wants goes on to the parents: the first counts
-                beganAt_ = target;
-            return isRepeated_ && isTooFar(*target, key);
+            // While a screen reader listens, a press comes later than its override, and after that of an equal key.
+            const bool isFirst = !std::exchange(hasBegun_, true);
+            if (isFirst)
+                beganAt_ = target; // a press that nobody wants goes on to the parents: the first counts
+            return isRepeated_ && !isFirst && isTooFar(*target, key);
         }
         default:
             return false;

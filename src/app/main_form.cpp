@@ -201,7 +201,7 @@ void MainForm::selectValve()
 void MainForm::tellOutcome()
 {
     announcer_.say(outcome());
-    if (hasValve()) // the last of them, should they not all fit
+    if (hasValve()) // where not all of them fit, the last one counts
         for (const MainControl result : {MainControl("lblPercentValveCapacity"), MainControl("lblCVlbl")})
             scrollIntoView(controls_.get<QWidget>(result));
     if (!caption(Label::lblComments).empty())

@@ -165,7 +165,9 @@ QMenuBar& Screens::addMenus(QWidget& form, MainForm* mainForm)
         add(file, "&Save Summary as PDF...", Qt::CTRL | Qt::Key_S, [this, mainForm] { saveSummary(*mainForm); }),
         add(file, "&Copy Results", Qt::CTRL | Qt::SHIFT | Qt::Key_C, [mainForm] {
             QGuiApplication::clipboard()->setText(mainForm->resultsText());
-            tellOutcome(*mainForm->focusWidget(), QStringLiteral("Results copied."));
+            tellOutcome(*mainForm->focusWidget(), mainForm->hasValve()
+                                                      ? QStringLiteral("Results copied.")
+                                                      : QStringLiteral("Entries copied; no valve is selected."));
         })};
     for (QAction* const action : ofResults)
         action->setEnabled(mainForm != nullptr);

@@ -1,5 +1,5 @@
-// All talking with the print scheduler is done by a small program of its own, print_queue. A scheduler that is silent
-// or talks on and on holds that program only, which is ended when it is late.
+// Only a small program of its own, print_queue, talks with the print scheduler. When the scheduler is silent or never
+// stops, only that program waits; it is ended when it is late.
 
 #include "platform/printers.h"
 

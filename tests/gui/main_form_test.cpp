@@ -335,4 +335,20 @@ TEST_F(MainFormTest, AHeldKeyActsOnce)
     EXPECT_EQ(focus(), "cmdCalcFlowRate") << "Enter again must not clear the form";
 }
 
+/// So they come while a screen reader listens. A lost 0 would size a smaller valve.
+TEST_F(MainFormTest, EqualKeysAreTypedWhenTheirPressesComeLate)
+{
+    openMain();
+    auto& box = get<QLineEdit>("txtPumpRate");
+    box.setFocus();
+    quint64 now = 1000; // milliseconds
+    for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyRelease, QEvent::ShortcutOverride,
+                                    QEvent::KeyPress, QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, Qt::Key_0, Qt::NoModifier, QStringLiteral("0"));
+        event.setTimestamp(++now);
+        QApplication::sendEvent(&box, &event);
+    }
+    EXPECT_EQ(box.text(), "00");
+}
+
 } // namespace
