@@ -59,6 +59,7 @@ windows python3           makes the tables of the tests
 windows zip               makes the portable archive
 wine    openbox           gives the windows their focus
 wine    xclip             reads what the program copies
+wine    fonts-liberation  stands in for Arial
 wine    ghostscript       makes a picture of what reaches it
 format  clang-format      the common source format
 ci      devscripts        hardening-check
