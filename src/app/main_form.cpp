@@ -223,7 +223,7 @@ QString MainForm::outcome() const
     const auto spoken = [this](MainControl control) { return controls_.get<QLabel>(control).text(); };
     const QString comments = spoken("lblComments");
     if (const std::string reason = sizing_.store.trouble(); !reason.empty()) // beside older figures, perhaps
-        return comments + u' ' + QString::fromStdString(reason) + u'.';
+        return QString(comments + u' ' + QString::fromStdString(reason) + u'.').trimmed();
     if (!hasValve())
         return comments;
     return QStringLiteral("Cv %1, body size %2, capacity %3 %4, %5 % utilized. %6")
