@@ -34,7 +34,7 @@ endif()
 file(WRITE ${DIR}/changed.csv "Tag Number,Pump Rate\nTK-101 in,x\nTK-102 in,0\nTK-104 in,x\n")
 execute_process(COMMAND ${SIZE_VALVES} --summaries ${DIR}/summaries ${DIR}/changed.csv
                 OUTPUT_VARIABLE answer ERROR_VARIABLE errors)
-if(NOT answer MATCHES "TK-101 in.pdf is of an earlier run.*TK-102 in.pdf is of an earlier run" OR
+if(NOT answer MATCHES "TK-101 in.pdf is there and not of this run.*TK-102 in.pdf is there and not of this run" OR
    NOT errors MATCHES "\nsize_valves: 2 summaries of an earlier run stay beside rows that are not sized now, see Messages")
     message(SEND_ERROR "summaries of an earlier run: ${answer}${errors}")
 endif()

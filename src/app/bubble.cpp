@@ -12,11 +12,12 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
 
-QPointer<QLabel> shown;
+QPointer<QLabel> bubble;
 
 /// The toolkit wraps rich text only.
 QString wrapped(const QString& text)
@@ -36,7 +37,10 @@ QPoint placeOf(const QWidget& control, QSize size)
 
 void hideBubble()
 {
-    delete shown;
+    if (QLabel* const old = std::exchange(bubble, nullptr)) {
+        old->hide();
+        old->deleteLater(); // the click may be on it
+    }
     QToolTip::hideText();
 }
 
@@ -53,7 +57,7 @@ bool isNextAct(const QObject& watched, const QEvent& event)
         case QEvent::WindowDeactivate:
         case QEvent::Move:
         case QEvent::Hide:
-            return shown != nullptr && &watched == shown->parentWidget()->window();
+            return bubble != nullptr && &watched == bubble->parentWidget()->window();
         default:
             return false;
     }
@@ -69,25 +73,25 @@ void showBubble(QWidget& control, const QString& text)
     if (text.isEmpty())
         return;
     // Not a tooltip of the toolkit, which goes when the mouse moves, when it lies below, and when a dialog closes.
-    shown = new QLabel(wrapped(text), &control, Qt::ToolTip | Qt::WindowTransparentForInput);
-    shown->setAttribute(Qt::WA_ShowWithoutActivating);
-    shown->setFont(QToolTip::font());
-    shown->setPalette(QToolTip::palette());
-    shown->setForegroundRole(QPalette::ToolTipText);
-    shown->setBackgroundRole(QPalette::ToolTipBase);
-    shown->setAutoFillBackground(true);
-    shown->setFrameStyle(QFrame::Box | QFrame::Plain);
-    shown->setMargin(2);
-    shown->setWordWrap(true);
-    shown->adjustSize();
-    shown->move(placeOf(control, shown->size()));
-    shown->show();
-    QTimer::singleShot(leastTime + timeOfCharacter * static_cast<int>(text.size()), shown, &QObject::deleteLater);
+    bubble = new QLabel(wrapped(text), &control, Qt::ToolTip | Qt::WindowTransparentForInput);
+    bubble->setAttribute(Qt::WA_ShowWithoutActivating);
+    bubble->setFont(QToolTip::font());
+    bubble->setPalette(QToolTip::palette());
+    bubble->setForegroundRole(QPalette::ToolTipText);
+    bubble->setBackgroundRole(QPalette::ToolTipBase);
+    bubble->setAutoFillBackground(true);
+    bubble->setFrameStyle(QFrame::Box | QFrame::Plain);
+    bubble->setMargin(2);
+    bubble->setWordWrap(true);
+    bubble->adjustSize();
+    bubble->move(placeOf(control, bubble->size()));
+    bubble->show();
+    QTimer::singleShot(leastTime + timeOfCharacter * static_cast<int>(text.size()), bubble, &QObject::deleteLater);
 }
 
 QString bubbleText()
 {
-    return shown != nullptr ? shown->text() : QString();
+    return bubble != nullptr ? bubble->text() : QString();
 }
 
 bool BubbleFilter::eventFilter(QObject* watched, QEvent* event)
@@ -95,9 +99,9 @@ bool BubbleFilter::eventFilter(QObject* watched, QEvent* event)
     if (isNextAct(*watched, *event))
         hideBubble();
     auto* const control = event->type() == QEvent::ToolTip ? qobject_cast<QWidget*>(watched) : nullptr;
-    if (control == nullptr || (control->toolTip().isEmpty() && shown == nullptr))
+    if (control == nullptr || (control->toolTip().isEmpty() && bubble == nullptr))
         return false;
-    if (shown == nullptr) // else both would lie on one another
+    if (bubble == nullptr) // else both would lie on one another
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), wrapped(control->toolTip()), control);
     return true;
 }

@@ -5,8 +5,8 @@
 class QString;
 class QWidget;
 
-/// Shows a text in a bubble below a control; "" shows nothing. The bubble takes no key and no click: the next one
-/// closes it and does what it would have done without it. Left alone, it closes by itself.
+/// Shows a text in a bubble below a control; "" shows nothing. The bubble takes no key: the next one closes it and
+/// does what it would have done without it, and so does a click beside it. Left alone, it closes by itself.
 void showBubble(QWidget& control, const QString& text);
 
 /// What the bubble shows now, in HTML; "" when there is none.

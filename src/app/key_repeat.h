@@ -22,6 +22,6 @@ private:
     int releasedKey_ = 0;
     quint64 releasedAt_ = 0;    ///< milliseconds of the window system
     bool isRepeated_ = false;   ///< of the key that was pressed last
-    bool hasBegun_ = false;     ///< whether its first press has come to a widget or a shortcut
+    bool hasBegun_ = true;      ///< whether its first press has come to a widget or a shortcut
     QPointer<QWidget> beganAt_; ///< the widget that got its first press; null: a shortcut took it
 };

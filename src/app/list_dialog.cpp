@@ -57,16 +57,22 @@ QString ask(QWidget* parent, const FileQuestion& question, const QString& propos
     return askIn(*dialog, parent);
 }
 
-/// A file name beside the list that is free: "tanks_sized.csv", "tanks_sized (2).csv".
-QString answerTo(const QString& list)
+/// A name that no file has, made of that of `file`: "tanks_sized.csv", "tanks_sized (2).csv".
+QString freeName(const QString& file, const QString& behind = {})
 {
-    const QFileInfo file(list);
-    const QString base = file.dir().filePath(file.completeBaseName() + QStringLiteral("_sized"));
-    const QString ending = file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
+    const QFileInfo named(file);
+    const QString base = named.dir().filePath(named.completeBaseName() + behind);
+    const QString ending = named.suffix().isEmpty() ? QString() : u'.' + named.suffix();
     QString name = base + ending;
     for (int number = 2; QFileInfo::exists(name); ++number)
         name = QStringLiteral("%1 (%2)%3").arg(base).arg(number).arg(ending);
     return name;
+}
+
+/// The name that is proposed for the answer to a list.
+QString answerTo(const QString& list)
+{
+    return freeName(list, QStringLiteral("_sized"));
 }
 
 std::filesystem::path pathIn(const QLineEdit& box)
@@ -178,11 +184,12 @@ void ListDialog::chooseSummaries()
     allowAgain();
 }
 
-/// Another run is wanted. An answer that is there already keeps its name, unless the user has agreed to replace it.
+/// Another run is wanted. The answer of the run before stays: the next one gets a free name beside it, unless the user
+/// has agreed to replace it.
 void ListDialog::allowAgain()
 {
-    if (!replacesAnswer_ && QFileInfo::exists(answer_->text()))
-        answer_->setText(QDir::toNativeSeparators(answerTo(list_->text())));
+    if (!replacesAnswer_)
+        answer_->setText(QDir::toNativeSeparators(freeName(QDir::fromNativeSeparators(answer_->text()))));
     size_.setEnabled(true);
 }
 

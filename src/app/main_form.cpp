@@ -222,13 +222,13 @@ QString MainForm::outcome() const
 {
     const auto spoken = [this](MainControl control) { return controls_.get<QLabel>(control).text(); };
     const QString comments = spoken("lblComments");
-    if (const std::string reason = sizing_.store.trouble(); !reason.empty()) // beside older figures, perhaps
-        return QString(comments + u' ' + QString::fromStdString(reason) + u'.').trimmed();
-    if (!hasValve())
-        return comments;
-    return QStringLiteral("Cv %1, body size %2, capacity %3 %4, %5 % utilized. %6")
+    const std::string reason = sizing_.store.trouble();
+    const QString tables = reason.empty() ? QString() : QStringLiteral(" %1.").arg(QString::fromStdString(reason));
+    if (!hasValve() || !sizing_.store.whyUnreadable().empty()) // older figures, perhaps
+        return comments + tables;
+    return QStringLiteral("Cv %1, body size %2, capacity %3 %4, %5 % utilized. %6%7")
         .arg(spoken("lblCV"), spoken("lblValveBodySize"), spoken("lblMaxValveCapacity"),
-             QString::fromStdString(sizing_.state.FlowUnits), spoken("lblPercentValveCapacity"), comments);
+             QString::fromStdString(sizing_.state.FlowUnits), spoken("lblPercentValveCapacity"), comments, tables);
 }
 
 void MainForm::modClearData()

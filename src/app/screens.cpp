@@ -119,7 +119,7 @@ void Screens::saveSummary(MainForm& mainForm)
             return;
         }
         if (const std::string reason = store_.trouble(); !reason.empty())
-            throw std::runtime_error(reason); // figures of an earlier click are still shown
+            throw std::runtime_error(reason); // the figures shown are of an earlier click, or lack a table
         const QString file = askForPdf(mainForm, state_.CustTagNo);
         if (file.isEmpty())
             return;

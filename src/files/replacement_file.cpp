@@ -60,6 +60,8 @@ ReplacementFile::ReplacementFile(const fs::path& place, fs::perms newMode)
     } catch (const fs::filesystem_error& failure) {
         expectNone(failure.code());
     }
+    if (std::error_code failure; !fs::exists(freeName(), failure) && failure == std::errc::filename_too_long)
+        expectNone(failure); // now, and not when all is written
     file = openNamelessFile(target.parent_path());
     if (file == nullptr) {
         fs::path free;

@@ -105,8 +105,9 @@ std::error_code takeAttributes(std::FILE* file, const std::filesystem::path& oth
     struct stat old = {};
     struct stat own = {};
     if (stat(other.c_str(), &old) != 0)
-        return errno == ENOENT && fchmod(descriptor, static_cast<mode_t>(newMode)) == 0 ? std::error_code()
-                                                                                        : lastError();
+        return errno == ENOENT && (fchmod(descriptor, static_cast<mode_t>(newMode)) == 0 || errno == ENOTSUP)
+                   ? std::error_code() // some network drives have no modes
+                   : lastError();
     if (fstat(descriptor, &own) != 0)
         return lastError();
     // Only root may change the owner. A user who shares the file by its group can keep the group.

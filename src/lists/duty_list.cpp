@@ -114,7 +114,10 @@ void DutyList::expectNoUnits(const CsvRow& row) const
 {
     for (std::size_t at = 0; at < std::min(row.fields.size(), header_.given); ++at) {
         const ListHeader::Column& column = header_.columns[at];
-        if (column.kind == ListHeader::Kind::duty && listColumns[column.number].isNumber && isUnitAlone(row.fields[at]))
+        std::string_view text = trimmed(row.fields[at]);
+        if (text.size() > 2 && (text.front() == '[' || text.front() == '('))
+            text = text.substr(1, text.size() - 2);
+        if (column.kind == ListHeader::Kind::duty && listColumns[column.number].isNumber && isUnitAlone(text))
             throw CsvProblem(row.line,
                              "column " + std::to_string(at + 1) + ", " + inQuotes(row.fields[at]) +
                                  ": delete this line; a unit is read from the header, as in Pump Rate [m3/h]");

@@ -112,7 +112,7 @@ std::string SummaryFiles::write(DutyList& list, const SizedDuty& duty)
         if (!fs::exists(path, unknown))
             return "";
         ++outdated_;
-        return "the summary " + textOf(path) + " is of an earlier run";
+        return textOf(path) + " is there and not of this run";
     }
     FreshSizing printed = *duty.sizing; // a copy: a failure clears the screen
     printed.messages.texts.clear();

@@ -64,13 +64,13 @@ std::optional<double> inchesOf(std::string bodySize)
 
 bool isMadeADate(const std::string& bodySize)
 {
-    // Months by their first letters in the languages of Western Europe.
+    // Months by their first letters in the languages of Western Europe. February, April and August also in others: the
+    // inches 1/2, 1/4 and 1/8 become these.
     static const std::string month = "(jan|ene|gen|feb|fév|mar|mär|mrz|apr|abr|avr|may|mai|mag|mei|maj|jun|jui|giu|jul|"
-                                     "lug|aug|ago|aoû|sep|set|oct|okt|out|ott|nov|dec|dez|déc|dic)";
-    // In other languages, a word behind a mark that is no inch: "1-lut", "01.Şub", "1.II".
+                                     "lug|aug|ago|aoû|sep|set|oct|okt|out|ott|nov|dec|dez|déc|dic|"
+                                     "fev|lut|úno|şub|Şub|hel|ii|ápr|kwi|dub|nis|huh|iv|sie|srp|ağu|elo|viii)";
     static const std::regex date("\\d{1,4}[. /-]+" + month + ".*|" + month +
-                                     "[a-z]*[. /-]+\\d{1,4}\\.?|"
-                                     "\\d{1,4}[./-] ?(?!in|zoll)[^-\\d\\s\"'.,/]{2,}.*|"
+                                     "r?[. /-]+\\d{1,4}\\.?|"
                                      "\\d{1,4}[./-]\\d{1,2}[./-]\\d{1,4}|[34]\\d{4}",
                                  std::regex::icase);
     // A long text would overflow the stack, for the matching recurses.

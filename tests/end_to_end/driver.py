@@ -61,6 +61,10 @@ class Started(subprocess.Popen):
     def __exit__(self, *exception):
         self.running.remove(self)
         self.terminate()
+        try:
+            self.wait(PATIENCE)
+        except subprocess.TimeoutExpired:  # it hangs
+            self.kill()
         super().__exit__(*exception)
 
 

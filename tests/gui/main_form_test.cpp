@@ -178,6 +178,12 @@ TEST_F(MainFormTest, HelpTakesNoKey)
         EXPECT_EQ(bubbleText().contains(get<QWidget>("txtPumpRate").toolTip()), key == Qt::Key_F1);
     }
     EXPECT_EQ(entered("txtPumpRate"), "250");
+
+    key(Qt::Key_F1, Qt::ShiftModifier);
+    for (QWidget* const window : QApplication::topLevelWidgets())
+        if (window->windowType() == Qt::ToolTip && window->isVisible())
+            QTest::mouseClick(window->windowHandle(), Qt::LeftButton);
+    EXPECT_EQ(bubbleText(), "") << "a click on it closes it";
 }
 
 TEST_F(MainFormTest, EveryControlHasItsHelp)

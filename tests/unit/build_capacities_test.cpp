@@ -115,7 +115,9 @@ TEST_F(BuildCapacities, GoesBothWays)
     EXPECT_TRUE(reported((root / "csv" / "kpa_Pad.csv").string() + ": error", "no table is overwritten")) << messages;
     const fs::path roundabout = root / "none" / ".." / "csv"; // nothing is there to be seen until it is made
     EXPECT_EQ(command({"--export", database.string(), roundabout.string()}), 1);
+#ifndef _WIN32 // where such a name is the same as one without the detour
     EXPECT_TRUE(reported(roundabout.string(), "it exists already")) << messages;
+#endif
     EXPECT_EQ(contents(root / "csv" / "kpa_Pad.csv"), "mine");
 }
 
