@@ -72,8 +72,6 @@ bool ListRun::next()
     }
     if (summaries_)
         duty->summary = summaries_->write(*list_, *duty);
-    if (summaries_ && duty->status == SizedDuty::Status::sized)
-        ++(duty->summary.empty() ? summariesWritten_ : withoutSummary_);
     about(files_.answer, [&] { answer_->write(list_->answer(*duty)); });
     ++counts_[static_cast<std::size_t>(duty->status)];
     return true;
@@ -88,11 +86,8 @@ std::string ListRun::outcome() const
     text += sentences(list_->notes());
     if (summaries_ && summaries_->left() > 0)
         text += ' ' + std::to_string(summaries_->left()) + " summaries were there and say the same.";
-    if (withoutSummary_ > 0)
-        text += ' ' + std::to_string(withoutSummary_) + " summaries are not written, see Messages.";
-    if (summaries_ && summaries_->outdated() > 0)
-        text += ' ' + std::to_string(summaries_->outdated()) +
-                " summaries of an earlier run stay beside rows that are not sized now, see Messages.";
+    for (const std::string& fault : summaries_ ? summaries_->faults() : std::vector<std::string>())
+        text += ' ' + fault + '.';
     if (list_->isDataFileReplaced())
         text += " The data file was changed meanwhile; all rows are sized on the earlier one.";
     return text;
@@ -102,7 +97,7 @@ std::string ListRun::outcomeOfCancel() const
 {
     std::string text =
         "Cancelled after " + std::to_string(done()) + " of " + std::to_string(rowCount()) + " rows; no answer is kept.";
-    if (summariesWritten_ > 0)
-        text += ' ' + std::to_string(summariesWritten_) + " summaries stay in " + textOf(*files_.summaries) + '.';
+    if (summaries_ && summaries_->inPlace() > 0)
+        text += ' ' + std::to_string(summaries_->inPlace()) + " summaries stay in " + textOf(*files_.summaries) + '.';
     return text;
 }

@@ -51,6 +51,4 @@ private:
     std::optional<ReplacementFile> answer_;
     std::optional<SummaryFiles> summaries_;
     std::array<std::size_t, 3> counts_ = {}; ///< of rows, by status
-    std::size_t summariesWritten_ = 0;
-    std::size_t withoutSummary_ = 0;
 };

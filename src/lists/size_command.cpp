@@ -138,7 +138,6 @@ struct Counts
     std::size_t sized = 0;
     std::size_t refused = 0;
     std::size_t failed = 0;
-    std::size_t withoutSummary = 0;
 
     std::size_t rows() const { return sized + refused + failed; }
 
@@ -156,8 +155,6 @@ Counts sizeAll(DutyList& list, Results& results, SummaryFiles* summaries, bool q
     while (std::optional<SizedDuty> duty = list.next()) {
         if (summaries != nullptr)
             duty->summary = summaries->write(list, *duty);
-        if (duty->status == SizedDuty::Status::sized && !duty->summary.empty())
-            ++counts.withoutSummary;
         if (isInterrupted())
             throw Stopped("interrupted after " + std::to_string(counts.rows()) + " rows; " + results.afterStop());
         counts.add(duty->status);
@@ -186,14 +183,12 @@ int run(const Options& options, const SizeCommandSystem& system)
             std::cerr << "size_valves: " << note << '\n';
         if (summaries && summaries->left() > 0 && !options.quiet)
             std::cerr << "size_valves: " << summaries->left() << " summaries were there and say the same\n";
-        if (counts.withoutSummary > 0)
-            std::cerr << "size_valves: " << counts.withoutSummary << " summaries are not written, see Messages\n";
-        if (summaries && summaries->outdated() > 0)
-            std::cerr << "size_valves: " << summaries->outdated()
-                      << " summaries of an earlier run stay beside rows that are not sized now, see Messages\n";
+        for (const std::string& fault : summaries ? summaries->faults() : std::vector<std::string>())
+            std::cerr << "size_valves: " << fault << '\n';
         if (list.isDataFileReplaced())
             std::cerr << "size_valves: the data file was changed meanwhile; all rows are sized on the earlier one\n";
-        return counts.refused + counts.failed + counts.withoutSummary == 0 ? 0 : 1;
+        const std::size_t withoutSummary = summaries ? summaries->notWritten() : 0;
+        return counts.refused + counts.failed + withoutSummary == 0 ? 0 : 1;
     } catch (const CsvProblem& problem) {
         throw Stopped(options.list + ':' + std::to_string(problem.line) + ": " + problem.what());
     }

@@ -119,8 +119,25 @@ std::string SummaryFiles::write(DutyList& list, const SizedDuty& duty)
     try {
         if (const auto page = summaryOfSizing(list.context(printed), today_))
             save(*page, list.tables(), path);
-        return printed.messages.texts.empty() ? "" : printed.messages.texts.front();
+        if (printed.messages.texts.empty()) {
+            ++inPlace_;
+            return "";
+        }
+        ++notWritten_;
+        return printed.messages.texts.front();
     } catch (const std::exception& reason) {
+        ++notWritten_;
         return "the summary " + textOf(path) + " is not written: " + reason.what();
     }
+}
+
+std::vector<std::string> SummaryFiles::faults() const
+{
+    std::vector<std::string> lines;
+    if (notWritten_ > 0)
+        lines.push_back(std::to_string(notWritten_) + " summaries are not written, see Messages");
+    if (outdated_ > 0)
+        lines.push_back(std::to_string(outdated_) +
+                        " summaries of an earlier run stay beside rows that are not sized now, see Messages");
+    return lines;
 }

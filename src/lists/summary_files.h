@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 class DutyList;
 class SummaryForm;
@@ -33,8 +34,13 @@ public:
     /// How many were left because they are there and say the same.
     std::size_t left() const { return left_; }
 
-    /// How many files are there for duties that are not sized.
-    std::size_t outdated() const { return outdated_; }
+    /// How many sized duties have theirs, written now or left, and how many do not.
+    std::size_t inPlace() const { return inPlace_; }
+    std::size_t notWritten() const { return notWritten_; }
+
+    /// What the user is told at the end, a line each: how many are not written, and how many files are there for duties
+    /// that are not sized.
+    std::vector<std::string> faults() const;
 
 private:
     void save(const SummaryForm& page, const std::optional<TablesLabel>& tables, const std::filesystem::path& path);
@@ -45,6 +51,8 @@ private:
     std::string today_;
     bool overwrite_;
     std::size_t left_ = 0;
+    std::size_t inPlace_ = 0;
+    std::size_t notWritten_ = 0;
     std::size_t outdated_ = 0;
     /// By the hash of each name of this run: the last number behind this name. Hashes need less memory than names.
     std::unordered_map<std::size_t, std::size_t> taken_;
